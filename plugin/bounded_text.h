@@ -1,0 +1,37 @@
+// Bounded copy and format: at most size - 1 characters and always a terminator; longer text is cut silently.
+#ifndef SOAPWRAPPER_PLUGIN_BOUNDED_TEXT_H
+#define SOAPWRAPPER_PLUGIN_BOUNDED_TEXT_H
+
+#include <cstdarg>
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+
+namespace soapwrapper
+{
+
+inline void V_strlncpy(char* destination, const char* source, std::size_t size)
+{
+    if (size == 0) return;
+    const std::size_t length = strnlen(source, size - 1);
+    std::memcpy(destination, source, length);
+    destination[length] = '\0';
+}
+
+inline void V_strlcpy(char* destination, const char* source, std::size_t size)
+{
+    V_strlncpy(destination, source, size);
+}
+
+__attribute__((format(printf, 3, 4))) inline void V_snprintf(char* destination, std::size_t size,
+                                                             const char* format, ...)
+{
+    std::va_list arguments;
+    va_start(arguments, format);
+    if (std::vsnprintf(destination, size, format, arguments) < 0 && size > 0) *destination = '\0';
+    va_end(arguments);
+}
+
+} // namespace soapwrapper
+
+#endif

@@ -1,0 +1,81 @@
+// The frame around every call of the service: one proxy, one connection, one request, and what becomes of a
+// failure. What an entry does with a good reply stands in the entry.
+#ifndef SOAPWRAPPER_SERVICE_SERVICE_CALL_H
+#define SOAPWRAPPER_SERVICE_SERVICE_CALL_H
+
+#include "plugin/handle_records.h"
+#include "plugin/session_log.h"
+#include "plugin/status.h"
+#include "service/sigpipe_guard.h"
+
+#include <optional>
+
+#include "soapwrapperPSVWSSoapBindingProxy.h"
+
+namespace soapwrapper
+{
+
+// The status of what failed, if it did. A service may fail a call with the status 0: then the entry ends, and
+// returns 0, without a reply to read.
+using Failure = std::optional<int>;
+
+// The long form of the proxy's operation for a request and its response.
+template <class Request, class Response>
+using Operation = int (PSVWSSoapBindingProxy::*)(const char* endpoint, const char* action, Request*, Response&);
+
+// One call. The object holds the whole SOAP context, and the reply's memory with it: what a reply says is
+// copied out while the call lives.
+class ServiceCall
+{
+  public:
+    // Logs under the entry's name; `log` must outlive the call.
+    explicit ServiceCall(const EntryLog& log);
+    // The same, to where the handle points.
+    ServiceCall(const stsp_server_t& server, const EntryLog& log);
+    ~ServiceCall() = default;
+    ServiceCall(const ServiceCall&) = delete;
+    ServiceCall& operator=(const ServiceCall&) = delete;
+
+    // The URL is borrowed.
+    void set_endpoint(const char* url) { proxy_.soap_endpoint = url; }
+    void set_https(bool use_https) { use_https_ = use_https; }
+    // In seconds; 0 waits for as long as it takes.
+    void set_connect_timeout(int seconds) { proxy_.connect_timeout = seconds; }
+
+    // Sets up TLS where the call is to use it. The peer's certificate is not checked.
+    Failure secure();
+
+    // Sends the request, logs the return code, and turns a failure into a status, which it logs.
+    template <class Request, class Response>
+    Failure send(Operation<Request, Response> operation, Request& request, Response& response)
+    {
+        const int result = send_quietly(operation, request, response);
+        log_.return_code(result);
+        if (result == SOAP_OK) return std::nullopt;
+        return status_of(result, STS_ESOAPERROR);
+    }
+
+    // The bare call: a SOAP error number, nothing logged.
+    template <class Request, class Response>
+    int send_quietly(Operation<Request, Response> operation, Request& request, Response& response)
+    {
+        return (proxy_.*operation)(nullptr, nullptr, &request, response);
+    }
+
+    // The status of a failed call, logged as a failure: what the service's fault says, or `without_fault`
+    // where there is no fault to read.
+    int status_of(int result, int without_fault);
+
+  private:
+    int status_of_fault();
+
+    const EntryLog& log_;
+    // Ahead of the proxy, because closing a TLS connection may raise the signal too.
+    std::optional<SigpipeGuard> sigpipe_guard_;
+    PSVWSSoapBindingProxy proxy_;
+    bool use_https_ = false;
+};
+
+} // namespace soapwrapper
+
+#endif

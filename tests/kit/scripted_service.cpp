@@ -1,0 +1,303 @@
+#include "tests/kit/scripted_service.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <stdexcept>
+#include <tuple>
+#include <utility>
+
+namespace kit
+{
+namespace
+{
+
+constexpr unsigned char kTlsHandshake = 0x16; // the first byte of a TLS client
+
+// Bound to a drawn port of the loopback address.
+std::pair<int, int> bound_socket()
+{
+    const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    if (descriptor < 0 || bind(descriptor, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
+        getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
+        throw std::runtime_error("can't bind a loopback port");
+    }
+    return {descriptor, ntohs(address.sin_port)};
+}
+
+// A connection, plain or TLS.
+class Stream
+{
+  public:
+    explicit Stream(int descriptor) : socket_(descriptor) {}
+    ~Stream()
+    {
+        SSL_free(tls_);
+        if (socket_ >= 0) close(socket_);
+    }
+    Stream(const Stream&) = delete;
+    Stream& operator=(const Stream&) = delete;
+
+    bool secure(SSL_CTX* context)
+    {
+        tls_ = SSL_new(context);
+        SSL_set_fd(tls_, socket_);
+        return SSL_accept(tls_) == 1;
+    }
+
+    bool is_tls() const { return tls_ != nullptr; }
+
+    // What the client begins with, left in place; 0 if it goes away.
+    unsigned char first_byte() const
+    {
+        unsigned char byte = 0;
+        return recv(socket_, &byte, 1, MSG_PEEK) == 1 ? byte : 0;
+    }
+
+    bool read_some(std::string& text)
+    {
+        char buffer[16384];
+        const auto count = tls_ ? SSL_read(tls_, buffer, sizeof buffer)
+                                : static_cast<int>(recv(socket_, buffer, sizeof buffer, 0));
+        if (count <= 0) return false;
+        text.append(buffer, static_cast<std::size_t>(count));
+        return true;
+    }
+
+    void write_all(std::string_view bytes)
+    {
+        while (!bytes.empty()) {
+            const auto count =
+                tls_ ? SSL_write(tls_, bytes.data(), static_cast<int>(bytes.size()))
+                     : static_cast<int>(send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL));
+            if (count <= 0) return;
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+        }
+    }
+
+    void end()
+    {
+        if (tls_) SSL_shutdown(tls_);
+        shutdown(socket_, SHUT_WR);
+    }
+
+    void reset()
+    {
+        const linger at_once = {1, 0};
+        setsockopt(socket_, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
+        close(std::exchange(socket_, -1));
+    }
+
+  private:
+    int socket_;
+    SSL* tls_ = nullptr;
+};
+
+std::size_t content_length(const std::string& head)
+{
+    const std::size_t at = head.find("Content-Length:");
+    return at == std::string::npos ? 0 : std::strtoul(head.c_str() + at + 15, nullptr, 10);
+}
+
+bool read_head(Stream& stream, std::string& text, Request& request)
+{
+    std::size_t end = std::string::npos;
+    while ((end = text.find("\r\n\r\n")) == std::string::npos) {
+        if (!stream.read_some(text)) return false;
+    }
+    request.tls = stream.is_tls();
+    request.head = text.substr(0, end + 2);
+    text.erase(0, end + 4);
+    return true;
+}
+
+bool read_body(Stream& stream, std::string& text, Request& request)
+{
+    const std::size_t length = content_length(request.head);
+    while (text.size() < length) {
+        if (!stream.read_some(text)) return false;
+    }
+    request.body = text;
+    return true;
+}
+
+} // namespace
+
+std::string http_message(std::string_view soap, int code, std::string_view reason)
+{
+    return "HTTP/1.1 " + std::to_string(code) + " " + std::string(reason) +
+           "\r\nContent-Type: text/xml; charset=utf-8\r\nContent-Length: " + std::to_string(soap.size()) +
+           "\r\nConnection: close\r\n\r\n" + std::string(soap);
+}
+
+Answer answer(std::string_view soap)
+{
+    return {Answer::Manner::reply, http_message(soap)};
+}
+
+Answer fault_answer(std::string_view soap)
+{
+    return {Answer::Manner::reply, http_message(soap, 500, "Internal Server Error")};
+}
+
+ScriptedService::ScriptedService() : tls_(make_tls_server_context())
+{
+    std::tie(listener_, port_) = bound_socket();
+    if (listen(listener_, 64) != 0 || pipe(wake_) != 0) throw std::runtime_error("can't listen");
+    thread_ = std::thread([this] { serve(); });
+}
+
+ScriptedService::~ScriptedService()
+{
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        stopping_ = true;
+        changed_.notify_all();
+    }
+    const char byte = 0;
+    if (write(wake_[1], &byte, 1) != 1) std::abort();
+    thread_.join();
+    for (std::thread& thread : connection_threads_) thread.join();
+    close(listener_);
+    close(wake_[0]);
+    close(wake_[1]);
+}
+
+std::string ScriptedService::url() const
+{
+    return "http://127.0.0.1:" + std::to_string(port_);
+}
+std::string ScriptedService::tls_url() const
+{
+    return "https://127.0.0.1:" + std::to_string(port_);
+}
+
+void ScriptedService::script(Answer answer)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    answers_.push_back(std::move(answer));
+}
+
+void ScriptedService::script(const std::vector<Answer>& answers)
+{
+    for (const Answer& answer : answers) script(answer);
+}
+
+std::vector<Request> ScriptedService::requests() const
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return requests_;
+}
+
+std::string ScriptedService::request_body(std::size_t number) const
+{
+    constexpr std::string_view kOpen = "<SOAP-ENV:Body>";
+    const std::vector<Request> all = requests();
+    if (number >= all.size()) return "";
+    const std::string& text = all[number].body;
+    const std::size_t begin = text.find(kOpen);
+    const std::size_t end = text.rfind("</SOAP-ENV:Body>");
+    if (begin == std::string::npos || end == std::string::npos) return "no SOAP body";
+    return text.substr(begin + kOpen.size(), end - begin - kOpen.size());
+}
+
+std::size_t ScriptedService::connections() const
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return connections_;
+}
+
+void ScriptedService::wait_for_requests(std::size_t count) const
+{
+    std::unique_lock<std::mutex> lock(mutex_);
+    changed_.wait(lock, [&] { return requests_.size() >= count; });
+}
+
+void ScriptedService::release()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    released_ = true;
+    changed_.notify_all();
+}
+
+Answer ScriptedService::next_answer()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    ++connections_;
+    if (answers_.empty()) return {Answer::Manner::close_at_once, ""};
+    Answer answer = std::move(answers_.front());
+    answers_.pop_front();
+    return answer;
+}
+
+void ScriptedService::serve()
+{
+    for (;;) {
+        pollfd waiting[2] = {{listener_, POLLIN, 0}, {wake_[0], POLLIN, 0}};
+        if (poll(waiting, 2, -1) < 0) continue;
+        if (waiting[1].revents != 0) return;
+        const int connection = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+        if (connection < 0) continue;
+        connection_threads_.emplace_back(
+            [this, connection, answer = next_answer()] { serve_connection(connection, answer); });
+    }
+}
+
+void ScriptedService::serve_connection(int connection, const Answer& answer)
+{
+    // The kit's own writes over TLS may meet a closed peer; the library's are left to show what they do.
+    sigset_t sigpipe;
+    sigemptyset(&sigpipe);
+    sigaddset(&sigpipe, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &sigpipe, nullptr);
+
+    using Manner = Answer::Manner;
+    Stream stream(connection);
+    // A client that is dropped too early in the handshake could not tell it from a dead port.
+    if (answer.manner == Manner::close_at_once) return;
+    if (answer.manner == Manner::reset_at_once) return stream.reset();
+    const bool tls = stream.first_byte() == kTlsHandshake;
+    if (answer.manner == Manner::refuse_handshake) return stream.write_all("this is no TLS\r\n\r\n");
+    if (tls && !stream.secure(tls_.get())) return;
+
+    Request request;
+    std::string text;
+    if (!read_head(stream, text, request)) return;
+    if (answer.manner == Manner::close_mid_request) return;
+    if (!read_body(stream, text, request)) return;
+    {
+        std::unique_lock<std::mutex> lock(mutex_);
+        requests_.push_back(std::move(request));
+        changed_.notify_all();
+        if (answer.manner == Manner::hold) changed_.wait(lock, [this] { return released_ || stopping_; });
+    }
+    stream.write_all(answer.bytes);
+    if (answer.manner == Manner::reset) return stream.reset();
+    stream.end();
+}
+
+DeadPort::DeadPort()
+{
+    std::tie(socket_, port_) = bound_socket();
+}
+
+DeadPort::~DeadPort()
+{
+    close(socket_);
+}
+
+std::string DeadPort::url() const
+{
+    return "http://127.0.0.1:" + std::to_string(port_);
+}
+
+} // namespace kit

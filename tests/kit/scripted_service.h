@@ -1,0 +1,112 @@
+// A service that answers what a test tells it to, over a real socket, and keeps what it was sent.
+#ifndef SOAPWRAPPER_TESTS_KIT_SCRIPTED_SERVICE_H
+#define SOAPWRAPPER_TESTS_KIT_SCRIPTED_SERVICE_H
+
+#include "tests/kit/certificate.h"
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace kit
+{
+
+// What one connection gets.
+struct Answer {
+    enum class Manner {
+        reply,             // read the request, send `bytes`, close
+        reset,             // read the request, send `bytes`, reset the connection
+        close_at_once,     // close without reading
+        reset_at_once,     // reset without reading
+        close_mid_request, // close when the request's header has arrived, its body unread
+        hold,              // read the request and keep silent until release() or the end of the service
+        refuse_handshake   // over TLS: answer the client's hello with garbage
+    };
+    Manner manner = Manner::reply;
+    std::string bytes;
+};
+
+// A whole HTTP message around a SOAP body, with a true Content-Length.
+std::string http_message(std::string_view soap, int code = 200, std::string_view reason = "OK");
+
+// HTTP 200 with this SOAP text; faults travel as 500.
+Answer answer(std::string_view soap);
+Answer fault_answer(std::string_view soap);
+
+struct Request {
+    bool tls = false;
+    std::string head; // the request line and the header
+    std::string body;
+};
+
+class ScriptedService
+{
+  public:
+    ScriptedService();
+    ~ScriptedService();
+    ScriptedService(const ScriptedService&) = delete;
+    ScriptedService& operator=(const ScriptedService&) = delete;
+
+    int port() const { return port_; }
+    // "http://127.0.0.1:PORT" and its https form: both are served on the one port, told apart by the first
+    // byte that the client sends.
+    std::string url() const;
+    std::string tls_url() const;
+
+    // Answers are used in order, one a connection. With none left, a connection is closed unanswered.
+    void script(Answer answer);
+    void script(const std::vector<Answer>& answers);
+
+    std::vector<Request> requests() const;
+    // What stood in the SOAP body of the request with this number, counted from 0; empty if there is none.
+    std::string request_body(std::size_t number) const;
+    std::size_t connections() const;
+    // Blocks until this many requests have been read.
+    void wait_for_requests(std::size_t count) const;
+    // Lets held connections go.
+    void release();
+
+  private:
+    void serve();
+    void serve_connection(int socket, const Answer& answer);
+    Answer next_answer();
+
+    int listener_ = -1;
+    int wake_[2] = {-1, -1};
+    int port_ = 0;
+    TlsContext tls_;
+    mutable std::mutex mutex_;
+    mutable std::condition_variable changed_;
+    std::deque<Answer> answers_;
+    std::vector<Request> requests_;
+    std::size_t connections_ = 0;
+    bool released_ = false;
+    bool stopping_ = false;
+    std::vector<std::thread> connection_threads_;
+    std::thread thread_;
+};
+
+// A port on which nobody listens, for as long as the object lives: bound, and never listened on.
+class DeadPort
+{
+  public:
+    DeadPort();
+    ~DeadPort();
+    DeadPort(const DeadPort&) = delete;
+    DeadPort& operator=(const DeadPort&) = delete;
+
+    int port() const { return port_; }
+    std::string url() const;
+
+  private:
+    int socket_ = -1;
+    int port_ = 0;
+};
+
+} // namespace kit
+
+#endif
