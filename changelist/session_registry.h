@@ -23,7 +23,7 @@ struct isid_contents {
     std::int32_t use_zapi;
 };
 
-// A path that begins with `prefix` has `original_path` in it replaced by `target_path`.
+// A path that begins with `target_path` lay under `original_path` on the source. `prefix` is only logged.
 struct snapdiff_repl_pattern {
     std::string prefix;
     std::string target_path;

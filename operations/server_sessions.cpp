@@ -1,5 +1,6 @@
 // The server handle, to which all other operations lead back: open, open through another, close, properties.
 #include "conversion/server_information.h"
+#include "operations/handle_text.h"
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
 #include "plugin/handle_records.h"
@@ -34,21 +35,13 @@ bool find_endpoint(const sts_session_def_v7_t* session, const char* server_name,
     return chosen->second.type == "https";
 }
 
-// A text of the handle's own, in a block of `size` bytes.
-char* allocate_text(const char* text, std::size_t size)
-{
-    auto* copy = static_cast<char*>(std::malloc(size));
-    if (copy) V_strlcpy(copy, text, size);
-    return copy;
-}
-
 stsp_server_t* make_handle(const char* server_name, const sts_session_def_v7_t* session,
                            const std::string& token, const char* endpoint, bool use_https)
 {
     auto* server = new stsp_server_t();
     V_strlcpy(server->server_name, server_name, sizeof server->server_name);
     server->session = session;
-    server->service_handle = allocate_text(token.c_str(), token.size() + 1);
+    server->service_handle = allocate_text(token);
     server->endpoint = allocate_text(endpoint, kEndpointSize);
     server->use_https = use_https;
     return server;

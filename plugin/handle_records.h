@@ -19,4 +19,33 @@ struct stsp_server {
     bool use_https; // what discovery chose; not derived from the endpoint's text
 };
 
+struct stsp_list {
+    stsp_server_t* server; // borrowed
+    char* token;           // malloc, exactly the text with its terminator
+};
+
+struct stsp_evc {
+    stsp_server_t* server;               // the channel's own
+    const sts_session_def_v7_t* session; // the host's, borrowed
+    char* token;                         // malloc, exactly the text with its terminator
+};
+
+struct sts_handle_s; // the second plug-in's
+
+// A list of the service has no cells and no volume.
+struct stsp_change_list {
+    stsp_server_t* server; // borrowed
+    char* token;           // malloc
+    sts_handle_s** zapi_list_cell;
+    sts_handle_s** zapi_server_cell;
+    sts_handle_s** zapi_session_cell;
+    sts_volume_spec_v11_t* volume_copy; // malloc
+};
+
+struct stsp_async {
+    stsp_server_t* server; // borrowed; for an operation on an LSU, that of the reference
+    char* op_token;        // malloc, exactly the text with its terminator
+    int32_t pendingflag;   // that of the start, or 0; read by the wait for a copy
+};
+
 #endif

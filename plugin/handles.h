@@ -6,4 +6,27 @@
  * stspi_close_server. Every other handle borrows one and must be closed before it. */
 typedef struct stsp_server stsp_server_t;
 
+/* An open list of LSUs, images or snapshots: made by the open entry of its kind and ended by the close entry
+ * of the same kind. The service keeps its place in the list. */
+typedef struct stsp_list stsp_list_t;
+
+/* A started operation: made by the stspi_async_* entries that start one. No entry ends it, and nothing of it
+ * is ever released, so it may be waited on any number of times, for as long as its server is open. */
+typedef struct stsp_async stsp_async_t;
+
+/* An open image. No entry makes one, so its two fields are told here: the server under which the image is
+ * open, and the service's token for it. Both stay the host's. */
+typedef struct stsp_image {
+    stsp_server_t* server;
+    const char* token;
+} stsp_image_t;
+
+/* An open channel of events: made by stspi_open_evchannel_v11 and ended by stspi_close_evchannel. It has an
+ * open server of its own, for as long as it lives. */
+typedef struct stsp_evc stsp_evc_t;
+
+/* An open list of what differs between two snapshots: made by stspi_open_snap_change_list and ended by
+ * stspi_close_snap_change_list. Driven by one thread at a time. */
+typedef struct stsp_change_list stsp_change_list_t;
+
 #endif

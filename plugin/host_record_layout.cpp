@@ -129,6 +129,32 @@ FIELD(sts_image_info_v10_t, exports, 7912, 4128);
 FIELD(sts_image_info_v10_t, status, 12040, 4);
 RECORD(sts_image_info_v10_t, 12048);
 
+FIELD(sts_snap_def_v11_t, snapName, 0, 2048);
+FIELD(sts_snap_def_v11_t, snapType, 2048, 4);
+FIELD(sts_snap_def_v11_t, snapFlags, 2052, 4);
+FIELD(sts_snap_def_v11_t, snapSaveas, 2056, 4);
+FIELD(sts_snap_def_v11_t, isid, 2064, 4200);
+RECORD(sts_snap_def_v11_t, 6264);
+
+FIELD(sts_volume_spec_v11_t, first, 0, 1024);
+FIELD(sts_volume_spec_v11_t, second, 1024, 1024);
+FIELD(sts_volume_spec_v11_t, third, 2048, 1024);
+FIELD(sts_volume_spec_v11_t, volumeType, 3072, 4);
+RECORD(sts_volume_spec_v11_t, 3076);
+
+FIELD(sts_snap_info_v11_t, snapDef, 0, 6264);
+FIELD(sts_snap_info_v11_t, snapServer, 6264, 512);
+FIELD(sts_snap_info_v11_t, snapLsu, 6776, 1024);
+FIELD(sts_snap_info_v11_t, snapVolSpec, 7800, 3076);
+FIELD(sts_snap_info_v11_t, snapStatus, 10876, 4);
+FIELD(sts_snap_info_v11_t, snapSize, 10880, 8);
+RECORD(sts_snap_info_v11_t, 10888);
+
+FIELD(sts_host_spec_v11_t, hostname, 0, 16384);
+FIELD(sts_host_spec_v11_t, port, 16384, 16384);
+FIELD(sts_host_spec_v11_t, flags, 32768, 4);
+RECORD(sts_host_spec_v11_t, 32772);
+
 FIELD(sts_file_attr_v11_t, name, 0, 4096);
 FIELD(sts_file_attr_v11_t, ftype, 4096, 4);
 FIELD(sts_file_attr_v11_t, changetype, 4100, 4);
@@ -143,6 +169,11 @@ FIELD(sts_file_attr_v11_t, permissions, 4152, 8);
 FIELD(sts_file_attr_v11_t, inode, 4160, 4);
 FIELD(sts_file_attr_v11_t, gnum, 4164, 4);
 RECORD(sts_file_attr_v11_t, 4168);
+
+// An image handle is the host's own record, the others are opaque.
+FIELD(stsp_image_t, server, 0, 8);
+FIELD(stsp_image_t, token, 8, 8);
+RECORD(stsp_image_t, 16);
 
 // The bytes of a credential follow its two numbers directly.
 FIELD(sts_cred_t, len, 0, 4);

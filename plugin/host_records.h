@@ -22,6 +22,9 @@ enum {
     STS_IMAGE_EXPORTS = 4,
     STS_EXPORT_HOSTS = 16,
     STS_HOST_TEXT_SIZE = 1024,
+    STS_SNAP_NAME_SIZE = 2048,
+    STS_VOLUME_TEXT_SIZE = 1024,
+    STS_ROLLBACK_ROW_SIZE = 1024,
     STS_PATH_SIZE = 4096
 };
 
@@ -47,11 +50,14 @@ typedef struct sts_session_def_v7 {
 
 /* A credential: `len` bytes stand directly behind `type`. They are sent from where they stand, and never
  * copied, changed or logged. */
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wpedantic" /* C++ has no open array, but its compilers do */
 typedef struct sts_cred {
     int32_t len;
     int32_t type;
-    __extension__ unsigned char cert[];
+    unsigned char cert[];
 } sts_cred_t;
+#pragma GCC diagnostic pop
 
 typedef struct sts_server_info_v8 {
     char server[STS_SERVER_NAME_SIZE];
@@ -60,7 +66,8 @@ typedef struct sts_server_info_v8 {
     int32_t maxconnect;
     int32_t nconnect;
     uint32_t cap[STS_CAPABILITY_WORDS]; /* capability n is bit n % 32 of word n / 32 */
-    char requiredInterface[STS_INTERFACES][STS_INTERFACE_SIZE]; /* "major;minor;sdk;type;url", ends at an empty row */
+    /* "major;minor;sdk;type;url" each; the list ends at an empty row */
+    char requiredInterface[STS_INTERFACES][STS_INTERFACE_SIZE];
     int32_t cred[STS_CREDENTIAL_TYPES];
     char ndmpHost[STS_SERVER_NAME_SIZE];
 } sts_server_info_v8_t;
@@ -166,6 +173,48 @@ typedef struct sts_image_info_v10 {
     sts_export_v7_t exports[STS_IMAGE_EXPORTS];
     int32_t status;
 } sts_image_info_v10_t;
+
+/* The identity of one snapshot. */
+typedef struct sts_snap_def_v11 {
+    char snapName[STS_SNAP_NAME_SIZE];
+    int32_t snapType;
+    int32_t snapFlags;
+    int32_t snapSaveas;
+    sts_isid_t isid;
+} sts_snap_def_v11_t;
+
+/* The kinds of a volume. */
+enum {
+    STS_VOLUME_NFS = 0,    /* first: host, second: export name, third: export path */
+    STS_VOLUME_CIFS = 1,   /* first: host, second: share name, third: export path */
+    STS_VOLUME_SCSI = 2,   /* first: world-wide node name of the LUN, second: its serial number */
+    STS_VOLUME_DEVICE = 3, /* first: device path; never filled by the plug-in */
+    STS_VOLUME_NDMP = 4    /* first: filer, second: export path */
+};
+
+/* One volume: three texts, whose meaning follows the kind. */
+typedef struct sts_volume_spec_v11 {
+    char first[STS_VOLUME_TEXT_SIZE];
+    char second[STS_VOLUME_TEXT_SIZE];
+    char third[STS_VOLUME_TEXT_SIZE];
+    int32_t volumeType;
+} sts_volume_spec_v11_t;
+
+typedef struct sts_snap_info_v11 {
+    sts_snap_def_v11_t snapDef;
+    char snapServer[STS_SERVER_NAME_SIZE];
+    char snapLsu[STS_LSU_NAME_SIZE];
+    sts_volume_spec_v11_t snapVolSpec;
+    int32_t snapStatus;
+    int64_t snapSize;
+} sts_snap_info_v11_t;
+
+/* The host that an export is for. All rows count: an empty one is an empty text, not an absent one. */
+typedef struct sts_host_spec_v11 {
+    char hostname[STS_EXPORT_HOSTS][STS_HOST_TEXT_SIZE];
+    char port[STS_EXPORT_HOSTS][STS_HOST_TEXT_SIZE];
+    int32_t flags;
+} sts_host_spec_v11_t;
 
 /* One entry of a change list. */
 typedef struct sts_file_attr_v11 {

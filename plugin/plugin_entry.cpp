@@ -34,9 +34,15 @@ extern "C" {
 int32_t stspi_ismt = 0;
 const char TH_STATIC_RELEASE_STR[24] = "\n@(#) Tarnholme_9.1.0.1";
 
-const char* get_TH_binary_version1(void) { return TH_STATIC_RELEASE_STR; }
+const char* get_TH_binary_version1(void)
+{
+    return TH_STATIC_RELEASE_STR;
+}
 
-const char* get_TH_binary_version2(void) { return TH_STATIC_RELEASE_STR + kReleaseMarkerSize; }
+const char* get_TH_binary_version2(void)
+{
+    return TH_STATIC_RELEASE_STR + kReleaseMarkerSize;
+}
 
 int CRYPTO_thread_setup(void)
 {
@@ -94,6 +100,9 @@ int stspi_terminate(void)
     return STS_EOK;
 }
 
-int stspi_copy_image(void) { return STS_EOK; }
+int stspi_copy_image(void)
+{
+    return STS_EOK;
+}
 
 } // extern "C"

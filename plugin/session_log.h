@@ -17,7 +17,10 @@ inline bool somebody_listens(const sts_session_def_v7_t* session)
     return session && session->log_callback;
 }
 
-inline void append_piece(std::string& text, std::string_view piece) { text.append(piece); }
+inline void append_piece(std::string& text, std::string_view piece)
+{
+    text.append(piece);
+}
 
 template <class Number, class = std::enable_if_t<std::is_integral_v<Number>>>
 void append_piece(std::string& text, Number number)

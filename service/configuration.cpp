@@ -25,7 +25,10 @@ struct CloseFile {
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
 // In the library's directory. A path without a slash is kept whole, and the name goes behind it.
-std::string configuration_path() { return pluginPath.substr(0, pluginPath.rfind('/')) + kFileName; }
+std::string configuration_path()
+{
+    return pluginPath.substr(0, pluginPath.rfind('/')) + kFileName;
+}
 
 // The value of the first line with this key. Keys compare without regard to case.
 bool find_key(std::FILE* file, const char* key, char* value, std::size_t size)

@@ -27,7 +27,10 @@ std::vector<std::string> split(std::string_view row)
     }
 }
 
-int to_number(const std::string& text) { return static_cast<int>(std::strtol(text.c_str(), nullptr, 10)); }
+int to_number(const std::string& text)
+{
+    return static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
+}
 
 // One number to compare by, in 32 bits that wrap: parts of 100 and more run into the next one's place.
 std::int32_t version_of(const interface_detail& detail)

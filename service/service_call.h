@@ -21,7 +21,8 @@ using Failure = std::optional<int>;
 
 // The long form of the proxy's operation for a request and its response.
 template <class Request, class Response>
-using Operation = int (PSVWSSoapBindingProxy::*)(const char* endpoint, const char* action, Request*, Response&);
+using Operation = int (PSVWSSoapBindingProxy::*)(const char* endpoint, const char* action, Request*,
+                                                 Response&);
 
 // One call. The object holds the whole SOAP context, and the reply's memory with it: what a reply says is
 // copied out while the call lives.
@@ -42,8 +43,10 @@ class ServiceCall
     // In seconds; 0 waits for as long as it takes.
     void set_connect_timeout(int seconds) { proxy_.connect_timeout = seconds; }
 
-    // Sets up TLS where the call is to use it. The peer's certificate is not checked.
-    Failure secure();
+    // Sets up TLS where the call is to use it. The peer's certificate is not checked. A failure is told to
+    // the log's session, or to another.
+    Failure secure() { return secure(log_.session()); }
+    Failure secure(const sts_session_def_v7_t* session);
 
     // Sends the request, logs the return code, and turns a failure into a status, which it logs.
     template <class Request, class Response>
@@ -51,8 +54,7 @@ class ServiceCall
     {
         const int result = send_quietly(operation, request, response);
         log_.return_code(result);
-        if (result == SOAP_OK) return std::nullopt;
-        return status_of(result, STS_ESOAPERROR);
+        return failure_of(result);
     }
 
     // The bare call: a SOAP error number, nothing logged.
@@ -62,17 +64,37 @@ class ServiceCall
         return (proxy_.*operation)(nullptr, nullptr, &request, response);
     }
 
+    // What a result of send_quietly means, logged if it is a failure.
+    Failure failure_of(int result)
+    {
+        if (result == SOAP_OK) return std::nullopt;
+        return status_of(result, STS_ESOAPERROR);
+    }
+
+    // Gives back the memory of the reply so far, where a call asks more than once.
+    void release_reply() { proxy_.destroy(); }
+
+    // Whether the result of a call is a fault that the service sent, and that says something of its own.
+    bool is_service_fault(int result) const
+    {
+        return (result == SOAP_CLI_FAULT || result == SOAP_FAULT) && proxy_.fault;
+    }
+
     // The status of a failed call, logged as a failure: what the service's fault says, or `without_fault`
     // where there is no fault to read.
     int status_of(int result, int without_fault);
 
   private:
-    int status_of_fault();
+    using Connect = decltype(PSVWSSoapBindingProxy::fopen);
+
+    static int connect(soap* context, const char* url, const char* host, int port);
+    int status_of_fault(const sts_session_def_v7_t* session);
 
     const EntryLog& log_;
     // Ahead of the proxy, because closing a TLS connection may raise the signal too.
     std::optional<SigpipeGuard> sigpipe_guard_;
     PSVWSSoapBindingProxy proxy_;
+    Connect runtime_connect_;
     bool use_https_ = false;
 };
 

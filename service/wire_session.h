@@ -1,4 +1,4 @@
-// Who asks, as requests say it: the session, a credential, a server handle. Each object owns what one request
+// Who asks, as requests say it: the session, a credential, a handle. Each object owns what one request
 // points at for the length of one call.
 #ifndef SOAPWRAPPER_SERVICE_WIRE_SESSION_H
 #define SOAPWRAPPER_SERVICE_WIRE_SESSION_H
@@ -43,23 +43,24 @@ class WireCredential
     ns1__Credential credential_;
 };
 
-// A server handle as the service wants it.
-class WireServerHandle
+// A handle as the service wants it: most of its handles are nothing but the token that it gave out. A null
+// token goes out empty.
+template <class Handle>
+class WireToken
 {
   public:
-    explicit WireServerHandle(const char* service_handle) : token_(service_handle)
-    {
-        handle_.token = &token_;
-    }
-    WireServerHandle(const WireServerHandle&) = delete;
-    WireServerHandle& operator=(const WireServerHandle&) = delete;
+    explicit WireToken(const char* token) : token_(token ? token : "") { handle_.token = &token_; }
+    WireToken(const WireToken&) = delete;
+    WireToken& operator=(const WireToken&) = delete;
 
-    ns1__ServerHandle* get() { return &handle_; }
+    Handle* get() { return &handle_; }
 
   private:
     std::string token_;
-    ns1__ServerHandle handle_;
+    Handle handle_;
 };
+
+using WireServerHandle = WireToken<ns1__ServerHandle>;
 
 } // namespace soapwrapper
 

@@ -20,6 +20,9 @@ class ns1__Event {
 
 class ns1__EventBody {
   public:
+    // For a class with nothing but a choice soapcpp2 makes a reader that fails at an empty element and at an
+    // unknown one. A function ahead of the choice, which nobody calls, gets it the ordinary reader.
+    void no_bare_choice() const;
     $int __union_EventBody;
     union _ns1__union_EventBody {
         ns1__OperationStatus* op;

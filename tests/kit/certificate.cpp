@@ -19,7 +19,8 @@ void require(bool good, const char* what)
 
 TlsContext make_tls_server_context()
 {
-    const std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)> key(EVP_EC_gen("P-256"), EVP_PKEY_free);
+    const std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)> key(
+        EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256"), EVP_PKEY_free);
     require(key != nullptr, "no key");
     const std::unique_ptr<X509, decltype(&X509_free)> certificate(X509_new(), X509_free);
     ASN1_INTEGER_set(X509_get_serialNumber(certificate.get()), 1);

@@ -1,0 +1,263 @@
+// Opening and closing the list of what differs between two snapshots of a volume. The list comes from the
+// second plug-in, which asks the filer itself, or from the service.
+#include "changelist/start_request.h"
+#include "changelist/transformation_mapping.h"
+#include "changelist/zapi_cells.h"
+#include "changelist/zapi_connection.h"
+#include "conversion/wire_objects.h"
+#include "operations/handle_text.h"
+#include "operations/reference_checks.h"
+#include "plugin/bounded_text.h"
+#include "plugin/entry_points.h"
+#include "plugin/plugin_globals.h"
+#include "service/service_call.h"
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+using namespace soapwrapper;
+
+namespace
+{
+
+// What one open is about, and what it has learnt.
+struct Opening {
+    const stsp_lsu_v7_t& lsu;
+    const sts_snap_def_v11_t* base; // may be null
+    const sts_snap_def_v11_t& diff;
+    sts_volume_spec_v11_t& volume;
+    std::uint32_t flags;
+    stsp_change_list_t** out;
+    const EntryLog& log;
+    snapdiff_session_info info{};
+};
+
+// Files what the listing will need. A list that is already there under this token keeps what it has.
+void register_list(Opening& opening, const char* token)
+{
+    const MutexLock lock(snapdiff_session_map_mutex);
+    snapdiff_info_per_session.try_emplace(token, std::move(opening.info));
+}
+
+void unregister_list(const char* token)
+{
+    const MutexLock lock(snapdiff_session_map_mutex);
+    snapdiff_info_per_session.erase(token);
+}
+
+// With mounts the volume decides, and without them the text.
+bool route_is_zapi(const snapdiff_session_info& info, const sts_volume_spec_v11_t& volume)
+{
+    if (!info.parsed_isid.mpfs_vec.empty()) return volume.volumeType == STS_VOLUME_NDMP;
+    return info.parsed_isid.use_zapi == 1;
+}
+
+// A snapshot as the second plug-in is told of it: by its export path alone.
+std::unique_ptr<sts_snap_def_v11_t> snapshot_by_export(const std::string& export_path)
+{
+    auto snap = std::make_unique<sts_snap_def_v11_t>();
+    V_strlcpy(snap->snapName, export_path.c_str(), sizeof snap->snapName);
+    return snap;
+}
+
+// There is no sequence number: two lists on one volume have one name.
+char* make_zapi_token(const sts_volume_spec_v11_t& volume)
+{
+    const std::size_t size = std::strlen(volume.first) + std::strlen(volume.second) + 13;
+    auto* token = static_cast<char*>(std::malloc(size));
+    if (token) std::snprintf(token, size, "%s_%s_%s", "ZAPI_TOKEN", volume.first, volume.second);
+    return token;
+}
+
+int make_zapi_record(Opening& opening, ZapiCells& cells)
+{
+    auto* record = new stsp_change_list_t();
+    *opening.out = record;
+    record->token = make_zapi_token(opening.volume);
+    if (!record->token) {
+        opening.log.failure("Failed to allocate memory for tokenname.");
+        return STS_ENOMEM;
+    }
+    record->server = opening.lsu.server;
+    record->volume_copy = static_cast<sts_volume_spec_v11_t*>(std::malloc(sizeof *record->volume_copy));
+    if (record->volume_copy) *record->volume_copy = opening.volume;
+    cells.hand_over(*record);
+    register_list(opening, record->token);
+    return STS_EOK;
+}
+
+// Has the second plug-in open the list on a connection that stands.
+int open_zapi_list(Opening& opening, ZapiCells& cells)
+{
+    stsp_lsu_v7_t lsu{};
+    lsu.server = reinterpret_cast<stsp_server_t*>(*cells.server());
+    const auto base = opening.base ? snapshot_by_export(opening.info.base_export) : nullptr;
+    const auto diff = snapshot_by_export(opening.info.diff_export);
+    int status =
+        api_open_snap_change_list(&lsu, base.get(), diff.get(), &opening.volume, opening.flags, cells.list());
+    if (status == STS_EOK) status = make_zapi_record(opening, cells);
+    if (status != STS_EOK) {
+        api_close_snap_change_list(*cells.list());
+        opening.log.record("ZAPI failed with return value = ", status);
+    }
+    return status;
+}
+
+// The outcome of a route: a status for the end of the open, or one to return at once.
+struct Outcome {
+    int status;
+    bool at_once = false;
+};
+
+Outcome open_through_zapi(Opening& opening)
+{
+    ZapiCells cells;
+    if (const int status = open_zapi_connection(opening.volume.first, opening.log.session(), cells.session(),
+                                                cells.server())) {
+        opening.log.record("failed to open zapi connection");
+        return {status, true};
+    }
+    opening.log.record("succeed to open zapi connection");
+    if (const int status = start_snapdiff(*opening.lsu.server, opening.volume, opening.log)) return {status};
+    return {open_zapi_list(opening, cells)};
+}
+
+// What stands behind the first blank is the filer's credentials: neither sent nor left with the caller.
+void cut_at_first_blank(char (&text)[STS_VOLUME_TEXT_SIZE])
+{
+    const std::string filer(text, std::strcspn(text, " "));
+    V_strlcpy(text, filer.c_str(), sizeof text);
+}
+
+Outcome open_at_service(Opening& opening)
+{
+    stsp_server_t& server = *opening.lsu.server;
+    ServiceCall call(server, opening.log);
+    if (const Failure failure = call.secure()) return {*failure, true};
+
+    WireLsu lsu(opening.lsu);
+    WireSnapDef base(*opening.base);
+    WireSnapDef diff(opening.diff);
+    cut_at_first_blank(opening.volume.first);
+    WireVolume volume(opening.volume);
+    _ns1__openSnapChangeList request;
+    request.lsu = lsu.get();
+    request.baseSnapshot = base.get();
+    request.diffSnapshot = diff.get();
+    request.sourceVolSpec = volume.get();
+    request.diffFlag = static_cast<int>(opening.flags);
+    _ns1__openSnapChangeListResponse response;
+    const int result = call.send_quietly(&PSVWSSoapBindingProxy::openSnapChangeList, request, response);
+    opening.log.return_code(result);
+    if (result != SOAP_OK) return {call.status_of(result, STS_ESOAPERROR), call.is_service_fault(result)};
+    if (!response.fileListHandle || !response.fileListHandle->token) return {STS_EPLUGIN, true};
+
+    auto* record = new stsp_change_list_t();
+    record->server = &server;
+    record->token = allocate_text(*response.fileListHandle->token);
+    delete std::exchange(*opening.out, record); // one that the second plug-in's route left half-made
+    register_list(opening, record->token);
+    return {STS_EOK};
+}
+
+// Nobody has a list: says so. A filer that stayed busy is the one reason that reaches the host.
+int status_without_list(int status, const sts_session_def_v7_t* session)
+{
+    if (status == STS_ETIMEDOUT) {
+        log_message(session, STS_LOG_FAILURE,
+                    "Filer is unable to service snapdiff requests, even after retries.");
+        return status;
+    }
+    log_message(session, STS_LOG_FAILURE, "Unable to open file list handle using zapi or THUPlugin");
+    return STS_ESOAPERROR;
+}
+
+int close_zapi_list(stsp_change_list_t* list, const EntryLog& log)
+{
+    if (const int status = api_close_snap_change_list(*list->zapi_list_cell)) {
+        log.record("API failed in zapi plugin.", status);
+        return status;
+    }
+    // Sent whatever the server's name is, and also when no start was.
+    stop_snapdiff(*list->server, *list->volume_copy);
+    unregister_list(list->token);
+    const int status =
+        close_zapi_connection(*list->zapi_session_cell, *list->zapi_server_cell, log.session());
+    std::free(list->volume_copy);
+    std::free(list->zapi_session_cell);
+    std::free(list->zapi_server_cell);
+    std::free(list->zapi_list_cell);
+    std::free(list->token);
+    delete list;
+    if (status != STS_EOK) {
+        log.record("FAILED to close zapi connection");
+        return STS_EPLUGIN;
+    }
+    return log.ok();
+}
+
+int close_service_list(stsp_change_list_t* list, const EntryLog& log)
+{
+    ServiceCall call(*list->server, log);
+    if (const Failure failure = call.secure()) return *failure;
+
+    WireToken<ns1__FileListHandle> list_handle(list->token);
+    _ns1__closeSnapChangeList request;
+    request.fileListHandle = list_handle.get();
+    _ns1__closeSnapChangeListResponse response;
+    const int result = call.send_quietly(&PSVWSSoapBindingProxy::closeSnapChangeList, request, response);
+    // Whatever the service says: a list that it wouldn't close is not listed on with what was known of it.
+    unregister_list(list->token);
+    log.return_code(result);
+    if (result != SOAP_OK) return call.status_of(result, STS_ESOAPERROR);
+    std::free(list->token);
+    delete list;
+    return log.ok();
+}
+
+} // namespace
+
+extern "C" int stspi_open_snap_change_list(const stsp_lsu_v7_t* lsu, const sts_snap_def_v11_t* base,
+                                           const sts_snap_def_v11_t* diff, sts_volume_spec_v11_t* volume,
+                                           std::uint32_t flags, stsp_change_list_t** out)
+{
+    if (!lsu) return STS_ENULLARG;
+    *out = nullptr;
+    if (const int status = check_server(lsu->server)) return status;
+    const EntryLog log(lsu->server->session, "stspi_open_snap_change_list");
+    log.enter();
+    if (!diff || !volume) return STS_ENULLARG;
+
+    Opening opening{*lsu, base, *diff, *volume, flags, out, log};
+    if (!get_transformation_mapping(lsu, base, diff, log.session(), opening.info)) {
+        log_message(log.session(), STS_LOG_FAILURE, "get_transformation_mapping failed");
+        return STS_ESOAPERROR;
+    }
+
+    Outcome outcome{STS_EOK};
+    bool opened = false;
+    if (route_is_zapi(opening.info, *volume)) {
+        outcome = open_through_zapi(opening);
+        if (outcome.at_once) return outcome.status;
+        opened = *out && outcome.status == STS_EOK;
+    }
+    // The service is asked only for a difference between two snapshots.
+    if (!opened && base) {
+        outcome = open_at_service(opening);
+        if (outcome.at_once) return outcome.status;
+    }
+    if (!*out) outcome.status = status_without_list(outcome.status, log.session());
+    log.record(outcome.status);
+    return outcome.status;
+}
+
+extern "C" int stspi_close_snap_change_list(stsp_change_list_t* list)
+{
+    const EntryLog log(list ? list->server->session : nullptr, "stspi_close_snap_change_list");
+    log.enter();
+    if (!list) return STS_ENULLARG;
+    if (!list->token) return STS_EBADARG;
+    return list->zapi_list_cell ? close_zapi_list(list, log) : close_service_list(list, log);
+}

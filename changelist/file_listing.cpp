@@ -1,0 +1,164 @@
+// The entries of a change list, one a call, with their paths as the host knows them.
+#include "changelist/path_transformation.h"
+#include "changelist/zapi_api.h"
+#include "conversion/file_attributes.h"
+#include "plugin/bounded_text.h"
+#include "plugin/entry_points.h"
+#include "plugin/plugin_globals.h"
+#include "service/clock.h"
+#include "service/service_call.h"
+#include "service/wire_session.h"
+
+#include <algorithm>
+#include <cstring>
+
+using namespace soapwrapper;
+
+namespace
+{
+
+constexpr std::size_t kFilterSize = 1024;
+
+// What the caller of one listing asks for.
+struct Filters {
+    std::uint32_t count;
+    const char* rows; // kFilterSize bytes each; may be null if there are none
+};
+
+// The list's own record, or an empty one for a list that nobody filed. It stays where it is until the close.
+snapdiff_session_info& session_info(const char* token)
+{
+    const MutexLock lock(snapdiff_session_map_mutex);
+    return snapdiff_info_per_session[token];
+}
+
+void rewrite_path(sts_file_attr_v11_t& entry, const snapdiff_session_info& info,
+                  const sts_session_def_v7_t* session)
+{
+    V_strlcpy(entry.name, transform_path(&entry, info, session).c_str(), sizeof entry.name);
+}
+
+int next_from_zapi(const stsp_change_list_t& list, const Filters& filters, const snapdiff_session_info& info,
+                   sts_file_attr_v11_t& entry, const EntryLog& log)
+{
+    do {
+        const int status = api_list_file(*list.zapi_list_cell, filters.count, filters.rows, &entry);
+        if (status == STS_ENOENT) log.record("STS_ENOENT");
+        if (status != STS_EOK) return status;
+    } while (!check_if_qtree_match(entry.name, info.qtree_paths, log.session()));
+    rewrite_path(entry, info, log.session());
+    return STS_EOK;
+}
+
+int next_from_buffer(snapdiff_session_info& info, sts_file_attr_v11_t& entry, const EntryLog& log)
+{
+    entry = info.entry_buffer.back();
+    log_message(log.session(), STS_LOG_RECORD, "file name: ", entry.name);
+    rewrite_path(entry, info, log.session());
+    info.entry_buffer.pop_back();
+    log.record("Returning from buffer: STS_EOK");
+    return STS_EOK;
+}
+
+// The pause that the last reply asked for, as far as it isn't over yet.
+void wait_until_serviced_again(snapdiff_session_info& info, const EntryLog& log)
+{
+    if (info.retry_interval != 0) {
+        const std::int64_t left = info.last_reply_time + info.retry_interval - now();
+        if (left > 0) {
+            const auto seconds = static_cast<std::uint32_t>(left);
+            log.record("Sleeping for ", seconds, " seconds until list_file can be serviced again.");
+            pause_for(seconds);
+        }
+    }
+    info.retry_interval = 0;
+    info.last_reply_time = 0;
+}
+
+std::vector<std::string> all_filters(const Filters& filters, const snapdiff_session_info& info)
+{
+    std::vector<std::string> paths;
+    paths.reserve(filters.count + info.qtree_paths.size());
+    for (std::size_t i = 0; i < filters.count; ++i) {
+        const char* row = filters.rows + i * kFilterSize;
+        paths.emplace_back(row, strnlen(row, kFilterSize));
+    }
+    paths.insert(paths.end(), info.qtree_paths.begin(), info.qtree_paths.end());
+    return paths;
+}
+
+// The entries that a reply really holds: no more than it counts, and none that is nil.
+std::vector<const ns1__FileAttr*> delivered(const _ns1__listFileResponse& response)
+{
+    std::vector<const ns1__FileAttr*> entries;
+    if (!response.fileAttrList || response.numFiles == 0) return entries;
+    for (const ns1__FileAttr* entry : response.fileAttrList->item) {
+        if (entry) entries.push_back(entry);
+    }
+    if (response.numFiles > 0) {
+        entries.resize(std::min(entries.size(), static_cast<std::size_t>(response.numFiles)));
+    }
+    return entries;
+}
+
+int deliver_batch(const std::vector<const ns1__FileAttr*>& batch, snapdiff_session_info& info,
+                  sts_file_attr_v11_t& entry, const EntryLog& log)
+{
+    log_message(log.session(), STS_LOG_RECORD, "file name: ", batch.front()->name);
+    set_file_attr_from_soap(entry, batch.front());
+    rewrite_path(entry, info, log.session());
+    info.entry_buffer.reserve(batch.size() - 1);
+    for (std::size_t i = 1; i < batch.size(); ++i) {
+        info.entry_buffer.emplace_back();
+        set_file_attr_from_soap(info.entry_buffer.back(), batch[i]);
+    }
+    return log.ok();
+}
+
+int next_batch(const stsp_change_list_t& list, const Filters& filters, snapdiff_session_info& info,
+               sts_file_attr_v11_t& entry, const EntryLog& log)
+{
+    wait_until_serviced_again(info, log);
+    ServiceCall call(*list.server, log);
+    if (const Failure failure = call.secure()) return *failure;
+
+    WireToken<ns1__FileListHandle> list_handle(list.token);
+    ns1__ArrayOfString paths;
+    paths.item = all_filters(filters, info);
+    _ns1__listFile request;
+    request.fileListHandle = list_handle.get();
+    request.filterPathNum = static_cast<int>(paths.item.size());
+    request.filterPathList = &paths;
+    _ns1__listFileResponse response;
+    const int result = call.send_quietly(&PSVWSSoapBindingProxy::listFile, request, response);
+    log.record("SOAP return code = ", result, " retryInterval = ", response.retryInterval);
+    if (result != SOAP_OK) return call.status_of(result, STS_ESOAPERROR);
+
+    info.retry_interval = response.retryInterval;
+    info.last_reply_time = now();
+    if (response.error == STS_EBUSY) {
+        log.record("STS_EBUSY received");
+        return STS_EBUSY;
+    }
+    const std::vector<const ns1__FileAttr*> batch = delivered(response);
+    if (batch.empty()) {
+        log.record("no more entries");
+        return STS_ENOENT;
+    }
+    return deliver_batch(batch, info, entry, log);
+}
+
+} // namespace
+
+extern "C" int stspi_list_file(stsp_change_list_t* list, std::uint32_t filter_count, const char* filters,
+                               sts_file_attr_v11_t* entry)
+{
+    if (!list || !entry) return STS_ENULLARG;
+    if (!list->token) return STS_EBADARG;
+    const EntryLog log(list->server->session, "stspi_list_file");
+    snapdiff_session_info& info = session_info(list->token);
+    const Filters asked_for{filter_count, filters};
+    if (list->zapi_list_cell) return next_from_zapi(*list, asked_for, info, *entry, log);
+    if (!info.entry_buffer.empty()) return next_from_buffer(info, *entry, log);
+    return next_batch(*list, asked_for, info, *entry, log);
+}

@@ -1,0 +1,89 @@
+#include "changelist/zapi_api.h"
+
+#include "plugin/status.h"
+
+const sts_api_slot* sts_api = nullptr;
+
+namespace soapwrapper
+{
+namespace
+{
+
+constexpr std::uint64_t kInterfaceVersion = 12;
+
+enum Position : std::size_t {
+    kClose = 24,
+    kCloseSnapChangeList = 25,
+    kListFile = 79,
+    kOpenServer = 109,
+    kOpenSession = 110,
+    kOpenSnapChangeList = 111
+};
+
+// Calls the operation at a position as a function of these arguments.
+template <class... Arguments>
+int call(Position position, Arguments... arguments)
+{
+    if (!sts_api) return sts_notinit();
+    return reinterpret_cast<int (*)(Arguments...)>(sts_api[position])(arguments...);
+}
+
+} // namespace
+
+int sts_init(std::uint64_t version, const char* plugin_path)
+{
+    if (version != kInterfaceVersion) return STS_EINTERFACE;
+    if (!plugin_path) return STS_ENULLARG;
+    if (!stsm_init) return STS_ENOTINIT;
+    return stsm_init(version, plugin_path, &sts_api);
+}
+
+int sts_terminate()
+{
+    if (!stsm_terminate) return STS_ENOTINIT;
+    const int result = stsm_terminate();
+    if (result == STS_EINUSE) return STS_EOK;
+    if (result == STS_EOK) sts_api = nullptr;
+    return result;
+}
+
+int sts_notinit()
+{
+    return STS_ENOTINIT;
+}
+
+int api_close(sts_handle_s* handle)
+{
+    return call(kClose, handle, 0);
+}
+
+int api_close_snap_change_list(sts_handle_s* list)
+{
+    return call(kCloseSnapChangeList, list);
+}
+
+int api_list_file(sts_handle_s* list, std::uint32_t filter_count, const char* filters,
+                  sts_file_attr_v11_t* entry)
+{
+    return call(kListFile, list, filter_count, filters, entry);
+}
+
+int api_open_server(sts_handle_s* session, const char* server_name, const sts_cred_block* credentials,
+                    sts_handle_s** server)
+{
+    return call(kOpenServer, session, server_name, credentials, "", server);
+}
+
+int api_open_session(sts_session_def_v7_t* definition, sts_handle_s** session)
+{
+    return call(kOpenSession, definition, session);
+}
+
+int api_open_snap_change_list(const stsp_lsu_v7_t* lsu, const sts_snap_def_v11_t* base,
+                              const sts_snap_def_v11_t* diff, sts_volume_spec_v11_t* volume,
+                              std::uint32_t flags, sts_handle_s** list)
+{
+    return call(kOpenSnapChangeList, lsu, base, diff, volume, flags, list);
+}
+
+} // namespace soapwrapper

@@ -1,0 +1,55 @@
+// The second plug-in of this interface family, which speaks ZAPI to a filer: the table of operations through
+// which it is reached. The table is another library's; each operation used here stands at a fixed position.
+#ifndef SOAPWRAPPER_CHANGELIST_ZAPI_API_H
+#define SOAPWRAPPER_CHANGELIST_ZAPI_API_H
+
+#include "plugin/host_records.h"
+
+#include <cstddef>
+#include <cstdint>
+
+struct sts_handle_s;
+using sts_api_slot = void (*)();
+
+// The credentials of a server: a user name and a password, each with its terminator.
+struct sts_cred_block {
+    std::uint64_t reserved;
+    char names[1024];
+};
+static_assert(sizeof(sts_cred_block) == 1032 && offsetof(sts_cred_block, names) == 8, "sts_cred_block");
+
+// Null until the second plug-in has been started.
+extern const sts_api_slot* sts_api;
+
+extern "C" {
+
+// The framework's plug-in manager. Weak: a process without it can load this library all the same.
+__attribute__((weak)) int stsm_init(std::uint64_t version, const char* plugin_path, const sts_api_slot** api);
+__attribute__((weak)) int stsm_terminate(void);
+}
+
+namespace soapwrapper
+{
+
+// 2060007 for a version other than 12, 2060001 for a null path, otherwise what the manager says.
+int sts_init(std::uint64_t version, const char* plugin_path);
+// A second plug-in that is still in use counts as ended, and stays reachable.
+int sts_terminate();
+// Stands in for every operation while there is no table.
+int sts_notinit();
+
+// The operations. All return a status.
+int api_close(sts_handle_s* handle);
+int api_close_snap_change_list(sts_handle_s* list);
+int api_list_file(sts_handle_s* list, std::uint32_t filter_count, const char* filters,
+                  sts_file_attr_v11_t* entry);
+int api_open_server(sts_handle_s* session, const char* server_name, const sts_cred_block* credentials,
+                    sts_handle_s** server);
+int api_open_session(sts_session_def_v7_t* definition, sts_handle_s** session);
+int api_open_snap_change_list(const stsp_lsu_v7_t* lsu, const sts_snap_def_v11_t* base,
+                              const sts_snap_def_v11_t* diff, sts_volume_spec_v11_t* volume,
+                              std::uint32_t flags, sts_handle_s** list);
+
+} // namespace soapwrapper
+
+#endif

@@ -1,0 +1,16 @@
+#ifndef SOAPWRAPPER_CONVERSION_FILE_ATTRIBUTES_H
+#define SOAPWRAPPER_CONVERSION_FILE_ATTRIBUTES_H
+
+#include "plugin/host_records.h"
+
+class ns1__FileAttr;
+
+namespace soapwrapper
+{
+
+// One entry of a change list. A field whose element is nil stays as it stood.
+void set_file_attr_from_soap(sts_file_attr_v11_t& file, const ns1__FileAttr* wire);
+
+} // namespace soapwrapper
+
+#endif

@@ -1,0 +1,26 @@
+// The handle of a started operation.
+#ifndef SOAPWRAPPER_OPERATIONS_ASYNC_HANDLE_H
+#define SOAPWRAPPER_OPERATIONS_ASYNC_HANDLE_H
+
+#include "plugin/handle_records.h"
+#include "plugin/session_log.h"
+#include "plugin/status.h"
+
+#include <cstdint>
+
+class ns1__OperationID;
+
+namespace soapwrapper
+{
+
+// For the operations that have no such flag.
+constexpr std::int32_t kNoPendingflag = 0;
+
+// What every start does with a good reply: a new handle in `out` for the operation that the service named.
+// Some entries take it on trust that there is somewhere to put the handle.
+int hand_out_async(const ns1__OperationID* opid, stsp_server_t* server, std::int32_t pendingflag,
+                   stsp_async_t** out, const EntryLog& log);
+
+} // namespace soapwrapper
+
+#endif

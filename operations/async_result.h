@@ -1,0 +1,24 @@
+// What a wait brings, in the host's records.
+#ifndef SOAPWRAPPER_OPERATIONS_ASYNC_RESULT_H
+#define SOAPWRAPPER_OPERATIONS_ASYNC_RESULT_H
+
+#include "plugin/async_records.h"
+#include "plugin/session_log.h"
+
+class ns1__AIOResult;
+class ns1__AIOResultSnap;
+
+namespace soapwrapper
+{
+
+// Fills the record and logs what it says. A missing result leaves the record as it stands.
+void set_async_result(sts_async_result_t& record, const ns1__AIOResult* result, const EntryLog& log);
+
+// The same. A result of no kind that can be told is a failure, for which the record already holds the error
+// and the retry interval.
+int set_async_snap_result(sts_async_snap_result_t& record, const ns1__AIOResultSnap* result,
+                          const EntryLog& log);
+
+} // namespace soapwrapper
+
+#endif

@@ -1,0 +1,35 @@
+// The list handle, the same for LSUs, images and snapshots.
+#ifndef SOAPWRAPPER_OPERATIONS_LIST_HANDLE_H
+#define SOAPWRAPPER_OPERATIONS_LIST_HANDLE_H
+
+#include "plugin/handle_records.h"
+#include "plugin/session_log.h"
+#include "plugin/status.h"
+
+#include <string>
+
+namespace soapwrapper
+{
+
+// The session to log to, for the entries that log ahead of their null check: none for a null handle.
+inline const sts_session_def_v7_t* session_of(const stsp_list_t* list)
+{
+    return list ? list->server->session : nullptr;
+}
+
+stsp_list_t* make_list(stsp_server_t* server, const std::string& token);
+void destroy_list(stsp_list_t* list);
+
+// What every open does with a good reply: a new handle in `list` for the token that came. One entry takes it
+// on trust that there is somewhere to put the handle.
+template <class Handle>
+int hand_out_list(const Handle* reply, stsp_server_t* server, stsp_list_t** list, const EntryLog& log)
+{
+    if (!reply || !reply->token) return STS_EPLUGIN;
+    if (list) *list = make_list(server, *reply->token);
+    return log.ok();
+}
+
+} // namespace soapwrapper
+
+#endif

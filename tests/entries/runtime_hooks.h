@@ -1,0 +1,53 @@
+// Stands between the library and the system: this program's own SSL_CTX_new, connect, poll and select come
+// before the system's, as any host's would.
+#ifndef SOAPWRAPPER_TESTS_ENTRIES_RUNTIME_HOOKS_H
+#define SOAPWRAPPER_TESTS_ENTRIES_RUNTIME_HOOKS_H
+
+#include <cstddef>
+#include <vector>
+
+namespace hooks
+{
+
+// How often a TLS context was asked for, by anybody.
+std::size_t tls_contexts_asked_for();
+
+// While one lives, no TLS context can be had.
+class NoTlsContexts
+{
+  public:
+    NoTlsContexts();
+    ~NoTlsContexts();
+    NoTlsContexts(const NoTlsContexts&) = delete;
+    NoTlsContexts& operator=(const NoTlsContexts&) = delete;
+};
+
+// One connection that was tried.
+struct Attempt {
+    int port;
+    bool blocks;           // waits for as long as the system does
+    int longest_wait = -1; // otherwise: for so many milliseconds altogether
+};
+
+// While one lives, nobody answers the calling thread: a connection that blocks ends as timed out, and all
+// others stay under way for as long as they are waited for. No time passes.
+class DeadNetwork
+{
+  public:
+    DeadNetwork();
+    ~DeadNetwork();
+    DeadNetwork(const DeadNetwork&) = delete;
+    DeadNetwork& operator=(const DeadNetwork&) = delete;
+
+    const std::vector<Attempt>& attempts() const { return attempts_; }
+
+    int connect(int socket, int port);
+    int wait(int milliseconds);
+
+  private:
+    std::vector<Attempt> attempts_;
+};
+
+} // namespace hooks
+
+#endif

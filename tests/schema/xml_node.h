@@ -1,0 +1,55 @@
+// Small XML texts: a tree that can be rendered in the ways in which a service may write the same content.
+#ifndef SCHEMA_TEST_XML_NODE_H
+#define SCHEMA_TEST_XML_NODE_H
+
+#include <string>
+#include <vector>
+
+namespace schema_test
+{
+
+inline std::string element(const std::string& name, const std::string& content)
+{
+    return "<ns1:" + name + ">" + content + "</ns1:" + name + ">";
+}
+inline std::string zero(const std::string& name)
+{
+    return element(name, "0");
+}
+inline std::string no(const std::string& name)
+{
+    return element(name, "false");
+}
+inline std::string empty(const std::string& name)
+{
+    return "<ns1:" + name + "/>";
+}
+inline std::string nil(const std::string& name)
+{
+    return "<ns1:" + name + " xsi:nil=\"true\"/>";
+}
+
+struct Node {
+    std::string name;
+    std::string text; // of a leaf, as it stands in XML
+    std::vector<Node> children;
+    // Of a parent with a choice: the names of the choices that weren't made.
+    std::vector<std::string> other_choices;
+};
+
+// How the children of each element are written.
+struct Rendering {
+    std::string prefix = "ns1:";
+    bool reversed = false;     // last first; the items of a list keep their order
+    bool with_unknown = false; // elements of no known name, each with a subtree, before and behind each child
+    bool each_twice = false;   // a second, different occurrence behind each child, and each other choice
+};
+
+std::string rendered(const Node& node, const Rendering& how = {});
+
+// The inside of an element: its children alone.
+std::string inner(const Node& node, const Rendering& how = {});
+
+} // namespace schema_test
+
+#endif

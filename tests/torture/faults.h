@@ -1,0 +1,34 @@
+// The table of what can go wrong on the wire.
+#ifndef SOAPWRAPPER_TESTS_TORTURE_FAULTS_H
+#define SOAPWRAPPER_TESTS_TORTURE_FAULTS_H
+
+#include "tests/kit/scripted_service.h"
+
+#include <string>
+#include <vector>
+
+namespace torture
+{
+
+// What a call comes to.
+enum class End {
+    succeeds,
+    fails,   // with the entry's status for a service that gives no answer
+    survives // either way: how much of the reply counts is the runtime's business
+};
+
+struct Fault {
+    std::string name;
+    End end;
+    kit::Answer answer;
+};
+
+// The faults that a good reply can meet.
+std::vector<Fault> transport_faults(const std::string& good_reply);
+std::vector<Fault> header_faults(const std::string& good_reply);
+std::vector<Fault> body_faults(const std::string& good_reply);
+std::vector<Fault> http_errors(const std::string& good_reply);
+
+} // namespace torture
+
+#endif

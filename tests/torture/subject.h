@@ -1,0 +1,65 @@
+// What a tortured entry works on, and the table of the entries.
+#ifndef SOAPWRAPPER_TESTS_TORTURE_SUBJECT_H
+#define SOAPWRAPPER_TESTS_TORTURE_SUBJECT_H
+
+#include "plugin/handle_records.h"
+#include "tests/kit/host.h"
+#include "tests/kit/log_recorder.h"
+#include "tests/kit/scripted_service.h"
+#include "tests/kit/soap_text.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace torture
+{
+
+struct FreeServer {
+    void operator()(stsp_server_t* server) const;
+};
+
+// A host with an open handle at one URL. Entries that find their service by a name find it under `name`.
+class Subject
+{
+  public:
+    Subject(const std::string& url, bool tls);
+    ~Subject();
+    Subject(const Subject&) = delete;
+    Subject& operator=(const Subject&) = delete;
+
+    // A handle that was open before may be gone.
+    void open_handle();
+    void give_handle_back() { server.release(); }
+
+    kit::RecordedSession session;
+    kit::Credential credential;
+    std::unique_ptr<stsp_server_t, FreeServer> server;
+    const char* name;
+
+  private:
+    std::string url_;
+    bool tls_;
+};
+
+struct Entry {
+    std::string name;
+    // Calls the entry as a host does, and holds what a host may rely on after a failure.
+    std::function<int(Subject&)> call;
+    // The SOAP text of a reply that makes the call succeed.
+    std::string good_reply;
+    // What the host sees if there is no answer that can be read.
+    int status_without_answer = 2060017;
+};
+
+// One row for each entry that calls the service once, by the kinds of entries.
+std::vector<Entry> server_entries();
+std::vector<Entry> catalogue_entries();
+std::vector<Entry> start_entries();
+std::vector<Entry> follow_entries();
+std::vector<Entry> event_entries();
+
+} // namespace torture
+
+#endif

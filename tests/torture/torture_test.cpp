@@ -1,0 +1,197 @@
+// Each entry against each fault of the wire: the status is right, nothing is left open, and the handle serves
+// the next call as if nothing had happened.
+#include "tests/torture/faults.h"
+#include "tests/torture/subject.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <future>
+#include <ostream>
+
+using namespace kit;
+using namespace torture;
+
+namespace
+{
+
+std::size_t descriptors()
+{
+    std::size_t count = 0;
+    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) ++count;
+    return count;
+}
+
+struct Case {
+    Entry entry;
+    bool tls;
+};
+
+std::vector<Case> plain_cases()
+{
+    std::vector<Case> all;
+    for (const auto& some :
+         {server_entries(), catalogue_entries(), start_entries(), follow_entries(), event_entries()}) {
+        for (const Entry& entry : some) all.push_back({entry, false});
+    }
+    return all;
+}
+
+// The frame is the same for all entries, so those of the servers stand for the others over TLS.
+std::vector<Case> tls_cases()
+{
+    std::vector<Case> all;
+    for (const Entry& entry : server_entries()) all.push_back({entry, true});
+    return all;
+}
+
+void PrintTo(const Case& test, std::ostream* out)
+{
+    *out << test.entry.name;
+}
+
+class Torture : public testing::TestWithParam<Case>
+{
+  protected:
+    Torture() { Host::instance(); } // what it opens, it has now
+
+    static const Entry& entry() { return GetParam().entry; }
+    static bool tls() { return GetParam().tls; }
+    static std::string url_of(const ScriptedService& service)
+    {
+        return tls() ? service.tls_url() : service.url();
+    }
+
+    static void expect_end(const Fault& fault, int status)
+    {
+        if (fault.end == End::succeeds) {
+            EXPECT_EQ(status, 0);
+        } else if (fault.end == End::fails) {
+            EXPECT_EQ(status, entry().status_without_answer);
+        }
+    }
+
+    static void expect_a_failure_in_the_log(const Subject& subject)
+    {
+        const std::vector<LogLine> lines = subject.session.lines();
+        EXPECT_TRUE(std::any_of(lines.begin(), lines.end(),
+                                [](const LogLine& line) { return line.level == STS_LOG_FAILURE; }));
+    }
+
+    // One connection a call: nothing is tried again, and no redirection is followed.
+    static void expect_one_connection_more(const ScriptedService& service, std::size_t before)
+    {
+        EXPECT_EQ(service.connections(), before + 1);
+    }
+
+    static void suffer(const Fault& fault)
+    {
+        SCOPED_TRACE(fault.name);
+        ScriptedService service;
+        Subject subject(url_of(service), tls());
+        const std::size_t connections = service.connections();
+        service.script(fault.answer);
+        subject.session.clear();
+        const int status = entry().call(subject);
+        expect_end(fault, status);
+        if (status == entry().status_without_answer) expect_a_failure_in_the_log(subject);
+        expect_one_connection_more(service, connections);
+        service.script(answer(entry().good_reply));
+        EXPECT_EQ(entry().call(subject), 0) << "the handle is of no more use";
+    }
+
+    static void suffer_all(const std::vector<Fault>& faults)
+    {
+        for (const Fault& fault : faults) {
+            suffer(fault); // the first call of all may leave something open for all others
+            if (&fault == &faults.front()) descriptors_before_ = descriptors();
+            EXPECT_EQ(descriptors(), descriptors_before_) << fault.name;
+        }
+    }
+
+    static std::size_t descriptors_before_;
+};
+
+std::size_t Torture::descriptors_before_ = 0;
+
+class TortureOverTls : public Torture
+{
+};
+
+std::string name_of(const testing::TestParamInfo<Case>& info)
+{
+    return info.param.entry.name;
+}
+
+} // namespace
+
+TEST_P(Torture, ByTheTransport)
+{
+    suffer_all(transport_faults(entry().good_reply));
+}
+
+TEST_P(Torture, ByTheHeader)
+{
+    suffer_all(header_faults(entry().good_reply));
+}
+
+TEST_P(Torture, ByTheBody)
+{
+    suffer_all(body_faults(entry().good_reply));
+}
+
+TEST_P(Torture, ByHttp)
+{
+    suffer_all(http_errors(entry().good_reply));
+}
+
+TEST_P(Torture, ByAServiceThatIsntThere)
+{
+    const DeadPort port;
+    const std::string port_text = std::to_string(port.port());
+    Subject subject((tls() ? "https://127.0.0.1:" : "http://127.0.0.1:") + port_text, tls());
+    const std::size_t before = descriptors();
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(entry().call(subject), entry().status_without_answer);
+    EXPECT_EQ(descriptors(), before);
+}
+
+TEST_P(Torture, ByAServiceThatTakesItsTime)
+{
+    ScriptedService service;
+    Subject subject(url_of(service), tls());
+    service.script({Answer::Manner::hold, http_message(entry().good_reply)});
+    std::future<int> status = std::async(std::launch::async, [&] { return entry().call(subject); });
+    service.wait_for_requests(1);
+    service.release();
+    EXPECT_EQ(status.get(), 0);
+}
+
+TEST_P(TortureOverTls, ByAServiceThatSpeaksNoTls)
+{
+    suffer_all({{"no TLS", End::fails, {Answer::Manner::refuse_handshake, ""}},
+                {"no TLS again", End::fails, {Answer::Manner::refuse_handshake, ""}}});
+}
+
+TEST_P(Torture, ByAnEndAtAnyByte)
+{
+    const std::string whole = http_message(entry().good_reply);
+    constexpr std::size_t kCallsPerService = 100;
+    std::size_t before = 0;
+    for (std::size_t length = 0; length < whole.size();) {
+        if (length == kCallsPerService) before = descriptors();
+        ScriptedService service;
+        Subject subject(url_of(service), tls());
+        for (std::size_t i = 0; i < kCallsPerService && length < whole.size(); ++i, ++length) {
+            service.script({Answer::Manner::reply, whole.substr(0, length)});
+            EXPECT_EQ(entry().call(subject), entry().status_without_answer) << "after " << length << " bytes";
+        }
+        service.script(answer(entry().good_reply));
+        EXPECT_EQ(entry().call(subject), 0);
+    }
+    EXPECT_EQ(descriptors(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Plain, Torture, testing::ValuesIn(plain_cases()), name_of);
+INSTANTIATE_TEST_SUITE_P(Tls, Torture, testing::ValuesIn(tls_cases()), name_of);
+INSTANTIATE_TEST_SUITE_P(Tls, TortureOverTls, testing::ValuesIn(tls_cases()), name_of);

@@ -1,0 +1,71 @@
+// Bounds on what a document may cost to read. Declarations expand, default and nest, so that a short document
+// can ask for any amount of memory, time or stack; all of that passes through the parser's allocations.
+#ifndef SOAPWRAPPER_XMLHELPER_PARSE_MEMORY_H
+#define SOAPWRAPPER_XMLHELPER_PARSE_MEMORY_H
+
+#include <xercesc/framework/MemoryManager.hpp>
+
+#include <cstddef>
+#include <stdexcept>
+
+namespace Oskelund::Tarnholme::VMware::XMLHelper
+{
+
+// A document went past a bound.
+class ParseRefused : public std::runtime_error
+{
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+// Ahead of each block of parse_memory(). Blocks of one parse form a ring.
+struct alignas(std::max_align_t) MemoryBlock {
+    MemoryBlock* previous;
+    MemoryBlock* next;
+    std::size_t size;
+};
+
+// Counts what the thread takes from parse_memory() while the object lives.
+class ParseBudget
+{
+  public:
+    explicit ParseBudget(std::size_t document_size);
+    // Gives back whatever is left, unless it was kept: an interrupted parser doesn't clean up everything.
+    ~ParseBudget();
+    ParseBudget(const ParseBudget&) = delete;
+    ParseBudget& operator=(const ParseBudget&) = delete;
+
+    // What is left is a document's now.
+    void keep();
+
+    // The document type's declarations begin, another one begins, or they are behind us. The parser follows
+    // the content model of an element with a call for each of its parts.
+    void begin_declaration();
+    void end_declarations() { in_declaration_ = false; }
+
+    // Throws ParseRefused if a bound was passed. Allocations only note it, for the parser allocates in
+    // destructors too; all but the large ones, of which there is no end otherwise.
+    void check() const;
+    void charge(MemoryBlock* block);
+    void credit(const MemoryBlock* block);
+    void refuse_large(std::size_t size);
+
+  private:
+    ParseBudget* const outer_;
+    const std::size_t memory_limit_;
+    const int exceptions_;
+    MemoryBlock ring_;
+    std::size_t memory_ = 0;
+    std::size_t large_blocks_ = 0;
+    std::size_t declaration_ = 0;
+    bool in_declaration_ = false;
+    bool was_interrupted_ = false;
+    const char* excess_ = nullptr;
+};
+
+// Where the parser and its documents take memory from.
+xercesc::MemoryManager* parse_memory();
+
+} // namespace Oskelund::Tarnholme::VMware::XMLHelper
+
+#endif
