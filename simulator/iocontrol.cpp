@@ -1,0 +1,110 @@
+#include "simulator/iocontrol.h"
+
+#include "simulator/text.h"
+#include "simulator/wire.h"
+
+#include <algorithm>
+
+namespace soapwrapper::simulator
+{
+namespace
+{
+
+enum Command {
+    kEcho = 1,              // answers the text as plain text
+    kCountedEcho = 2,       // answers the text as counted bytes
+    kStartSnapDiff = 10102, // a listing of changes begins on a volume
+    kStopSnapDiff = 10103,  // and ends
+    kGetPathMap = 10104     // answers a snapshot's path map
+};
+
+constexpr int kWantsAnswer = 2; // in ioflag
+
+std::string escaped(const std::string& text)
+{
+    std::string result;
+    for (const char c : text) {
+        if (c == '&') {
+            result += "&amp;";
+        } else if (c == '<') {
+            result += "&lt;";
+        } else if (c == '>') {
+            result += "&gt;";
+        } else {
+            result += c;
+        }
+    }
+    return result;
+}
+
+std::string path_map_document(const Snapshot& snapshot)
+{
+    std::string document = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<path_maps>";
+    for (const PathMapping& mapping : snapshot.path_map) {
+        document += "<path_map><prefix>" + escaped(mapping.prefix) + "</prefix><original_path>" +
+                    escaped(mapping.original_path) + "</original_path><target_path>" +
+                    escaped(mapping.target_path) + "</target_path></path_map>";
+    }
+    return document + "</path_maps>";
+}
+
+// A snapshot's name is all that the command has to go by, so the server's first one of that name is meant.
+const Snapshot& snapshot_of(const StorageServer& server, const std::string& name)
+{
+    for (const Lsu& lsu : server.lsus) {
+        for (const auto& entry : lsu.snapshots) {
+            if (entry.second.name == name) return entry.second;
+        }
+    }
+    throw Fault(kUnknownSnapshot, "the server has no snapshot called \"" + printable(name) + "\"");
+}
+
+void require_volume(const std::string& args)
+{
+    if (args.empty()) throw Fault(kBadValue, "the command needs a volume's texts as its args");
+}
+
+// A caller that sent a text told by len how large its buffer is, terminator included. A text that it would
+// have to cut is no use to it, and a plain one might not even be cut.
+void require_fitting(const _ns1__ioControl& request, const std::string& answer)
+{
+    if (!request.args.empty() &&
+        (request.len <= 0 || answer.size() >= static_cast<std::size_t>(request.len))) {
+        throw Fault(kBadValue, "the answer doesn't fit into a buffer of len bytes");
+    }
+}
+
+} // namespace
+
+void handle(Call& call, const _ns1__ioControl& request, _ns1__ioControlResponse& response)
+{
+    const Model::Use storage = call.model().use();
+    const StorageServer& server = storage->server(storage->session(token_of(request.serverHandle)).server);
+    bool is_counted = false;
+    std::string answer;
+    switch (request.command) {
+    case kEcho:
+        answer = request.args;
+        break;
+    case kCountedEcho:
+        answer = request.args;
+        is_counted = true;
+        break;
+    case kStartSnapDiff:
+    case kStopSnapDiff:
+        require_volume(request.args);
+        break;
+    case kGetPathMap:
+        answer = path_map_document(snapshot_of(server, request.args));
+        is_counted = true;
+        break;
+    default:
+        throw Fault(kUnknownCommand, "there is no control command " + std::to_string(request.command));
+    }
+    if ((request.ioflag & kWantsAnswer) == 0) return;
+    require_fitting(request, answer);
+    response.args = std::move(answer);
+    if (is_counted) response.len = static_cast<int>(response.args.size());
+}
+
+} // namespace soapwrapper::simulator

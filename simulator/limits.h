@@ -1,0 +1,25 @@
+#ifndef SOAPWRAPPER_SIMULATOR_LIMITS_H
+#define SOAPWRAPPER_SIMULATOR_LIMITS_H
+
+#include <chrono>
+#include <cstddef>
+
+namespace soapwrapper::simulator
+{
+
+using Clock = std::chrono::steady_clock;
+
+// What clients get of the simulator's time and room.
+struct Limits {
+    std::chrono::milliseconds for_request{
+        30000};                                  // from the first byte of the handshake to the request's last
+    std::chrono::milliseconds for_answer{30000}; // to take the answer
+    std::chrono::milliseconds for_goodbye{2000}; // to close, once answered
+    std::chrono::milliseconds for_stop{5000};    // what a stop leaves to answers that are under way
+    // With one more, the client that has kept its request waiting longest is dropped.
+    std::size_t connections = 256;
+};
+
+} // namespace soapwrapper::simulator
+
+#endif

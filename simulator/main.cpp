@@ -1,0 +1,137 @@
+#include "simulator/address.h"
+#include "simulator/interference.h"
+#include "simulator/model.h"
+#include "simulator/options.h"
+#include "simulator/request_log.h"
+#include "simulator/scenario.h"
+#include "simulator/server.h"
+#include "simulator/service.h"
+#include "simulator/tls_identity.h"
+
+#include <sys/signalfd.h>
+
+#include <csignal>
+#include <iostream>
+#include <stdexcept>
+
+namespace soapwrapper::simulator
+{
+namespace
+{
+
+// Ahead of any thread, so that none of them is interrupted: the loop reads the signals.
+Descriptor take_stop_signals()
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    Descriptor descriptor(signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC));
+    if (!descriptor.valid()) throw std::runtime_error("can't wait for signals");
+    return descriptor;
+}
+
+bool is_wildcard(const std::string& host)
+{
+    return host == "0.0.0.0" || host == "::";
+}
+
+// The host to name to clients. Where the socket is bound to all addresses, the machine's name is.
+std::string advertised_host(const Options& options, const Address& bound)
+{
+    if (!options.advertise.empty()) return options.advertise;
+    if (!is_wildcard(bound.host)) return bound.host;
+    char name[256] = "";
+    if (gethostname(name, sizeof name - 1) != 0 || name[0] == '\0') return "localhost";
+    return name;
+}
+
+// The interfaces that a server names: what clients of today speak, and for them to pass over, one older than
+// that and one newer.
+std::vector<std::string> interface_rows(const std::string& http_url, const std::string& https_url)
+{
+    const std::string& any_url = https_url.empty() ? http_url : https_url;
+    const std::string type = https_url.empty() ? "http" : "https";
+    std::vector<std::string> rows;
+    rows.push_back("11;1;1;" + type + ";" + any_url);
+    if (!http_url.empty()) rows.push_back("11;1;2;http;" + http_url);
+    if (!https_url.empty()) rows.push_back("11;1;2;https;" + https_url);
+    rows.push_back("11;2;0;" + type + ";" + any_url);
+    return rows;
+}
+
+struct Front {
+    std::vector<Listener> listeners;
+    TlsContext tls;
+    std::vector<std::string> urls; // as they are bound
+    std::vector<std::string> interfaces;
+};
+
+Front open_front(const Options& options)
+{
+    Front front;
+    std::string http_url;
+    std::string https_url;
+    if (options.http) {
+        Descriptor socket = listen_on(*options.http);
+        const Address bound = address_of(socket.get());
+        front.urls.push_back("http://" + to_string(bound));
+        http_url = "http://" + to_string({advertised_host(options, bound), bound.port});
+        front.listeners.push_back({std::move(socket), nullptr});
+    }
+    if (options.https) {
+        Descriptor socket = listen_on(*options.https);
+        const Address bound = address_of(socket.get());
+        const std::string host = advertised_host(options, bound);
+        front.tls = make_tls_identity(host);
+        front.urls.push_back("https://" + to_string(bound));
+        https_url = "https://" + to_string({host, bound.port});
+        front.listeners.push_back({std::move(socket), front.tls.get()});
+    }
+    front.interfaces = interface_rows(http_url, https_url);
+    return front;
+}
+
+void simulate(const Options& options)
+{
+    const Scenario scenario = options.scenario.empty() ? default_scenario() : load_scenario(options.scenario);
+    const Descriptor stop_signals = take_stop_signals();
+    Front front = open_front(options);
+    Model model(scenario, front.interfaces, options.credential);
+    Interference interference(options.faults, options.delays);
+    RequestLog log(options.verbose);
+    const Backend backend{model, interference, log};
+    Server server(
+        std::move(front.listeners), options.threads,
+        [&backend](const Request& request) { return serve_request(backend, request); }, log,
+        stop_signals.get(), [&interference] { interference.stop(); });
+
+    for (const std::string& url : front.urls) std::cout << url << '\n';
+    std::cout << "ready" << std::endl;
+    server.run();
+}
+
+} // namespace
+} // namespace soapwrapper::simulator
+
+int main(int argc, char** argv)
+{
+    using namespace soapwrapper::simulator;
+    const CommandLine command_line = parse_command_line({argv + 1, argv + argc});
+    if (!command_line.options) {
+        (command_line.exit_code == 0 ? std::cout : std::cerr) << command_line.text;
+        return command_line.exit_code;
+    }
+    try {
+        simulate(*command_line.options);
+        return 0;
+    } catch (const ScenarioError& trouble) {
+        std::cerr << "soapwrapper-sim: " << trouble.what() << '\n';
+        return kExitUsage;
+    } catch (const std::exception& trouble) {
+        std::cerr << "soapwrapper-sim: " << trouble.what() << '\n';
+        return kExitStartFailed;
+    }
+}

@@ -1,0 +1,74 @@
+#include "simulator/model.h"
+
+#include "simulator/fault.h"
+#include "simulator/fault_codes.h"
+
+#include <openssl/crypto.h>
+
+namespace soapwrapper::simulator
+{
+
+Model::Model(const Scenario& scenario, std::vector<std::string> interfaces, std::string credential)
+    : interfaces_(std::move(interfaces)), credential_(std::move(credential)), storage_(scenario)
+{
+}
+
+ServerProperties Model::properties_by_name(const std::string& server) const
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return describe(storage_.server(storage_.server_index(server)), server);
+}
+
+ServerProperties Model::properties(const std::string& token) const
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const Session& found = storage_.session(token);
+    return describe(storage_.server(found.server), found.name);
+}
+
+std::string Model::open_server(const std::string& server, const Credential& credential)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return open_session(server, credential);
+}
+
+std::string Model::open_target_server(const std::string& source_token, const std::string& server,
+                                      const Credential& credential)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    storage_.session(source_token);
+    return open_session(server, credential);
+}
+
+void Model::close_server(const std::string& token)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    storage_.close_session(token);
+}
+
+std::string Model::open_session(const std::string& name, const Credential& credential)
+{
+    storage_.server_index(name); // an unknown server is told ahead of a wrong credential
+    if (credential.type != kCredentialType || credential.bytes.size() != credential_.size() ||
+        CRYPTO_memcmp(credential.bytes.data(), credential_.data(), credential_.size()) != 0) {
+        throw Fault(kCredentialRefused, "the credential is refused");
+    }
+    return storage_.open_session(name);
+}
+
+ServerProperties Model::describe(const StorageServer& server, const std::string& name) const
+{
+    ServerProperties properties;
+    properties.name = name;
+    properties.types = server.scenario.types;
+    properties.flags = server.scenario.flags;
+    properties.max_sessions = server.scenario.max_sessions;
+    properties.open_sessions = server.open_sessions;
+    properties.capabilities = server.scenario.capabilities;
+    properties.interfaces = interfaces_;
+    properties.credential_types = {kCredentialType};
+    properties.ndmp_host = host_of(name);
+    return properties;
+}
+
+} // namespace soapwrapper::simulator

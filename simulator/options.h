@@ -1,0 +1,41 @@
+// The command line.
+#ifndef SOAPWRAPPER_SIMULATOR_OPTIONS_H
+#define SOAPWRAPPER_SIMULATOR_OPTIONS_H
+
+#include "simulator/address.h"
+#include "simulator/interference.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace soapwrapper::simulator
+{
+
+constexpr int kExitStartFailed = 1;
+constexpr int kExitUsage = 2;
+
+struct Options {
+    std::optional<Address> http = Address{"127.0.0.1", 8085};
+    std::optional<Address> https = Address{"127.0.0.1", 8086};
+    std::string advertise; // empty: the address bound
+    std::string credential = "simulator";
+    std::string scenario; // a file; empty: the built-in one
+    unsigned threads = 8;
+    bool verbose = false;
+    std::vector<FaultRule> faults;
+    std::vector<DelayRule> delays;
+};
+
+// What the command line comes to: options to start with, or a text to print and an exit code.
+struct CommandLine {
+    std::optional<Options> options;
+    int exit_code = 0;
+    std::string text;
+};
+
+CommandLine parse_command_line(const std::vector<std::string>& arguments);
+
+} // namespace soapwrapper::simulator
+
+#endif

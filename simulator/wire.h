@@ -1,0 +1,39 @@
+// What several groups of operations put into their replies and find in their requests.
+#ifndef SOAPWRAPPER_SIMULATOR_WIRE_H
+#define SOAPWRAPPER_SIMULATOR_WIRE_H
+
+#include "simulator/call.h"
+
+#include <string>
+#include <vector>
+
+namespace soapwrapper::simulator
+{
+
+// A handle of any of the types that hold a token and nothing else.
+template <class Handle>
+Handle* wire_handle(const Call& call, Handle* (*factory)(soap*, int), const std::string& token)
+{
+    Handle* handle = call.make(factory);
+    handle->token = call.text(token);
+    return handle;
+}
+
+template <class Handle>
+const std::string& token_of(const Handle* handle, const char* element)
+{
+    return required(required(handle, element).token, "token");
+}
+
+// The LSU that a request is about.
+Place place_of(Storage& storage, const ns1__LSU* lsu);
+
+ns1__IndependentSupplierId* wire_supplier_id(const Call& call, const std::optional<SupplierId>& isid);
+
+ns1__VolumeSpecification* wire_volume(const Call& call, const Volume& volume);
+// A volume of the request, of which the client names one kind.
+Volume volume_of(const ns1__VolumeSpecification* wire, const char* element);
+
+} // namespace soapwrapper::simulator
+
+#endif

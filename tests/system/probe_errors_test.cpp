@@ -1,0 +1,163 @@
+// How soapwrapper-probe tells what went wrong.
+#include "probe_fixture.h"
+
+#include <nlohmann/json.hpp>
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace
+{
+
+using nlohmann::json;
+using ::testing::AllOf;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+// A port of loopback that is taken and where nobody answers.
+class ClosedPort
+{
+  public:
+    ClosedPort() : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        address_.sin_family = AF_INET;
+        address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address_;
+        EXPECT_EQ(bind(socket_, reinterpret_cast<sockaddr*>(&address_), size), 0);
+        EXPECT_EQ(getsockname(socket_, reinterpret_cast<sockaddr*>(&address_), &size), 0);
+    }
+    ~ClosedPort() { close(socket_); }
+    ClosedPort(const ClosedPort&) = delete;
+    ClosedPort& operator=(const ClosedPort&) = delete;
+    std::string number() const { return std::to_string(ntohs(address_.sin_port)); }
+
+  private:
+    int socket_;
+    sockaddr_in address_ = {};
+};
+
+TEST_F(ProbeTest, Error_OfANamedStatusTellsItsMeaningAndWhatTheServiceSaid)
+{
+    service.refuse("getServerPropByName", "come back tomorrow", 2060005);
+    const ProcessResult result = probe({"discover", kName});
+    EXPECT_EQ(result.exit_code, 4);
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_THAT(
+        result.err,
+        AllOf(StartsWith("STS_EBUSY(2060005): the service is busy and asks to come back later\n    SOAP"),
+              HasSubstr("\n    \"come back tomorrow\"\n"), EndsWith("HANDLE_SOAP_FAULT: 2060005\n")));
+}
+
+TEST_F(ProbeTest, Error_OfAnotherNumberIsTheServicesOwn)
+{
+    for (const int number : {12345, -7}) {
+        service.refuse("getServerPropByName", "no", number);
+        const ProcessResult result = probe({"discover", kName});
+        EXPECT_EQ(result.exit_code, 4);
+        EXPECT_THAT(result.err, StartsWith("service status(" + std::to_string(number) +
+                                           "): the storage service's own status\n"));
+    }
+}
+
+TEST_F(ProbeTest, Error_OfAFaultWithoutANumberSaysSo)
+{
+    service.refuse("getServerPropByName", "no reason", std::string());
+    const ProcessResult result = probe({"discover", kName});
+    EXPECT_EQ(result.exit_code, 4);
+    EXPECT_THAT(result.err,
+                AllOf(StartsWith("STS_EFAULTDETAIL(2060021): the service refused without saying why\n"),
+                      HasSubstr("no reason")));
+}
+
+TEST_F(ProbeTest, Error_OfARefusalWithTheStatusOfSuccessIsNoSuccess)
+{
+    service.refuse("getServerPropByName", "sly", 0);
+    const ProcessResult result = probe({"discover", kName});
+    EXPECT_EQ(result.exit_code, 4);
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_THAT(result.err,
+                AllOf(StartsWith("STS_EOK(0): the service refused, but with the status of success\n"),
+                      HasSubstr("sly")));
+}
+
+TEST_F(ProbeTest, Error_OfAServiceThatIsNotThere)
+{
+    const ClosedPort port;
+    folder.write("soapwrapper.conf", "filer = http://127.0.0.1:" + port.number() + "\n");
+    const ProcessResult result = probe({"discover", kName});
+    EXPECT_EQ(result.exit_code, 4);
+    EXPECT_THAT(result.err,
+                AllOf(StartsWith("STS_ESOAPERROR(2060017): the service could not be reached or its "
+                                 "answer could not be read\n"),
+                      HasSubstr("\n    \"Connection refused\"\n")));
+}
+
+TEST_F(ProbeTest, Error_OfAnAnswerThatIsNotSoap)
+{
+    for (const char* answer : {"HTTP/1.1 200 OK\r\nContent-Length: 7\r\n\r\ngarbage", "garbage", "",
+                               "HTTP/1.1 503 Service Unavailable\r\nContent-Length: 0\r\n\r\n"}) {
+        service.answer_raw("getServerPropByName", answer);
+        const ProcessResult result = probe({"discover", kName});
+        EXPECT_EQ(result.exit_code, 4) << answer;
+        EXPECT_THAT(result.err, StartsWith("STS_ESOAPERROR(2060017): ")) << answer;
+    }
+}
+
+TEST_F(ProbeTest, Error_OfANameThatBelongsToAnotherPlugIn)
+{
+    const ProcessResult result = probe({"discover", "Disk_store:filer"});
+    EXPECT_EQ(result.exit_code, 4);
+    EXPECT_EQ(result.err, "STS_ENOTMINE(2060009): the server name bears another plug-in's prefix\n");
+    EXPECT_THAT(service.operations(), IsEmpty());
+}
+
+TEST_F(ProbeTest, Error_OfANameWithoutAColon)
+{
+    const ProcessResult result = probe({"discover", "Network_store"});
+    EXPECT_EQ(result.exit_code, 4);
+    EXPECT_EQ(result.err,
+              "STS_ENULLARG(2060001): a required argument is missing, or the server name has no colon\n");
+    EXPECT_THAT(service.operations(), IsEmpty());
+}
+
+TEST_F(ProbeTest, Error_IsAlsoPrintedAsJson)
+{
+    service.refuse("getServerPropByName", "come\nback", 2060005);
+    const ProcessResult result = probe({"discover", kName, "--json"});
+    EXPECT_EQ(result.exit_code, 4);
+    EXPECT_THAT(result.err, StartsWith("STS_EBUSY(2060005): "));
+    const json document = json::parse(result.out);
+    EXPECT_EQ(document.size(), 1U);
+    const json& error = document.at("error");
+    EXPECT_EQ(error.at("name"), "STS_EBUSY");
+    EXPECT_EQ(error.at("status"), 2060005);
+    EXPECT_EQ(error.at("meaning"), "the service is busy and asks to come back later");
+    EXPECT_THAT(std::string(error.at("detail")), AllOf(HasSubstr("\"come\nback\"\n"), EndsWith(": 2060005")));
+}
+
+TEST_F(ProbeTest, Error_TextIsCleanedForTerminalAndJson)
+{
+    service.refuse("getServerPropByName", "red &#27;]0;owned&#7; \xC2\x9B end", 2060005);
+    const auto is_clean = AllOf(HasSubstr("red \xEF\xBF\xBD]0;owned\xEF\xBF\xBD \xEF\xBF\xBD end"),
+                                Not(HasSubstr("\x1B")), Not(HasSubstr("\x07")), Not(HasSubstr("\xC2\x9B")));
+    const ProcessResult result = probe({"discover", kName, "--json", "--log", "failure"});
+    EXPECT_THAT(result.err, is_clean);
+    EXPECT_THAT(std::string(json::parse(result.out).at("error").at("detail")), is_clean);
+}
+
+TEST_F(ProbeTest, Error_TextOfAnySizeStaysReadable)
+{
+    std::string flood;
+    for (int i = 0; i < 5000; ++i) flood += "line " + std::to_string(i) + "\n";
+    service.refuse("getServerPropByName", flood, 2060005);
+    const ProcessResult result = probe({"discover", kName});
+    EXPECT_EQ(result.exit_code, 4);
+    EXPECT_LT(std::count(result.err.begin(), result.err.end(), '\n'), 50);
+    EXPECT_THAT(result.err, AllOf(HasSubstr("line 1\n"), EndsWith("HANDLE_SOAP_FAULT: 2060005\n")));
+}
+
+} // namespace

@@ -1,0 +1,43 @@
+// The probe as a process, and a folder of its own for each test.
+#ifndef SOAPWRAPPER_TESTS_SYSTEM_PROBE_PROCESS_H
+#define SOAPWRAPPER_TESTS_SYSTEM_PROBE_PROCESS_H
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+struct ProcessResult {
+    int exit_code = -1; // negative: ended by a signal
+    std::string out;
+    std::string err;
+};
+
+// Runs a program to its end. The environment is this one's without SOAPWRAPPER_CREDENTIAL, with the variables
+// given. `out_file`, if any, takes the standard output.
+ProcessResult run_process(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+                          const std::map<std::string, std::string>& environment = {},
+                          const std::string& out_file = {});
+
+// A folder that lasts as long as the object.
+class TemporaryFolder
+{
+  public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+
+    // Writes a file that only its owner may read, or one with other permissions.
+    std::string write(const std::string& name, const std::string& content,
+                      std::filesystem::perms permissions = static_cast<std::filesystem::perms>(0600)) const;
+
+  private:
+    std::filesystem::path path_;
+};
+
+std::string read_file(const std::filesystem::path& path);
+
+#endif

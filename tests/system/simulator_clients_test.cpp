@@ -1,0 +1,330 @@
+// What clients do that no good client does, and how the simulator starts and stops.
+#include "tests/kit/soap_text.h"
+#include "tests/system/probe_process.h"
+#include "tests/system/simulator_process.h"
+#include "tests/system/soap_client.h"
+
+#include <gmock/gmock.h>
+#include <openssl/ec.h>
+#include <openssl/x509v3.h>
+
+#include <sys/socket.h>
+
+#include <csignal>
+#include <deque>
+
+namespace
+{
+
+using kit::element;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+const std::string kProperties = element("server", "Network_NTAP:127.0.0.1");
+
+bool answers(const SimulatorProcess& simulator)
+{
+    return ask(simulator.http_port(), "getServerPropByName", kProperties).status == 200 &&
+           ask(simulator.https_port(), "getServerPropByName", kProperties, true).status == 200;
+}
+
+HttpReply send_raw(int port, const std::string& bytes)
+{
+    const ClientSocket client(port);
+    client.send(bytes);
+    return parse_reply(client.receive_all());
+}
+
+int status_of_head(const SimulatorProcess& simulator, const std::string& head)
+{
+    return send_raw(simulator.http_port(), head + "\r\n\r\n").status;
+}
+
+TEST(SimulatorClients, AHeadThatIsNoHttp_IsABadRequest)
+{
+    const SimulatorProcess simulator;
+    EXPECT_EQ(status_of_head(simulator, "\x01\x02 what is this"), 400);
+    EXPECT_EQ(status_of_head(simulator, ""), 400);
+    EXPECT_EQ(status_of_head(simulator, "POST /"), 400);
+    EXPECT_EQ(status_of_head(simulator, "POST / HTTP/1.1\r\nno colon"), 400);
+    EXPECT_EQ(status_of_head(simulator, "POST / HTTP/1.1\r\nContent-Length: -1"), 400);
+    EXPECT_EQ(status_of_head(simulator, "POST / HTTP/1.1\r\nContent-Length: 1x"), 400);
+    EXPECT_EQ(status_of_head(simulator, "POST / HTTP/1.1\r\nContent-Length:"), 400);
+    EXPECT_EQ(status_of_head(simulator, "POST / HTTP/1.1\r\nContent-Length: 0\r\nContent-Length: 0"), 400);
+    EXPECT_TRUE(answers(simulator));
+}
+
+TEST(SimulatorClients, WhatTheServiceDoesNotTake_IsRefusedByItsHttpStatus)
+{
+    const SimulatorProcess simulator;
+    EXPECT_EQ(status_of_head(simulator, "GET / HTTP/1.1\r\nHost: x"), 405);
+    EXPECT_EQ(status_of_head(simulator, "POST / HTTP/1.1\r\nHost: x"), 411);
+    EXPECT_EQ(status_of_head(simulator, "POST / HTTP/1.1\r\nTransfer-Encoding: chunked"), 411);
+    EXPECT_EQ(status_of_head(simulator, "POST / HTTP/1.1\r\nContent-Encoding: gzip\r\nContent-Length: 1"),
+              415);
+    EXPECT_TRUE(answers(simulator));
+}
+
+TEST(SimulatorClients, ABodyOrHeadBeyondTheBound_IsRefusedUnread)
+{
+    const SimulatorProcess simulator;
+    const std::string post = "POST / HTTP/1.1\r\nContent-Length: ";
+    EXPECT_EQ(status_of_head(simulator, post + "1048577"), 413);
+    EXPECT_EQ(status_of_head(simulator, post + "99999999999999999999999999"), 413);
+    EXPECT_EQ(send_raw(simulator.http_port(), post_text(std::string(3 * 1024 * 1024, 'x'))).status, 413);
+    EXPECT_EQ(send_raw(simulator.http_port(), std::string(16 * 1024 + 1, 'x')).status, 431);
+    EXPECT_TRUE(answers(simulator));
+}
+
+TEST(SimulatorClients, ABodyOfTheGreatestSize_IsRead)
+{
+    const SimulatorProcess simulator;
+    std::string body = kit::envelope(element("getServerPropByName", kProperties));
+    body.append(1024 * 1024 - body.size(), ' ');
+    EXPECT_EQ(send_raw(simulator.http_port(), post_text(body)).status, 200);
+}
+
+TEST(SimulatorClients, ABodyThatIsNoSoap_GetsAFault)
+{
+    const SimulatorProcess simulator;
+    std::string deep;
+    for (int i = 0; i < 100000; ++i) deep += "<a>";
+    for (const std::string& body :
+         {std::string(), std::string("garbage"), std::string("<<<>"), std::string("\0\xff\xfe", 3),
+          std::string("{\"json\": true}"), std::string("<getServerPropByName/>"), deep, kit::envelope(deep),
+          kit::envelope(""), kit::envelope(element("getServerPropByName", kProperties)).substr(0, 300)}) {
+        const HttpReply reply = send_raw(simulator.http_port(), post_text(body));
+        EXPECT_EQ(reply.status, 500) << body.substr(0, 50);
+        EXPECT_THAT(reply.body, HasSubstr("<SOAP-ENV:Fault><faultcode>SOAP-ENV:")) << body.substr(0, 50);
+        EXPECT_EQ(reply.body.find("STSException"), std::string::npos);
+    }
+    EXPECT_TRUE(answers(simulator));
+}
+
+TEST(SimulatorClients, AnUnknownElement_IsSkippedHoweverDeeplyItIsNested)
+{
+    const SimulatorProcess simulator;
+    std::string nested;
+    for (int i = 0; i < 50000; ++i) nested += "<ns1:a>";
+    for (int i = 0; i < 50000; ++i) nested += "</ns1:a>";
+    EXPECT_EQ(ask(simulator.http_port(), "getServerPropByName", nested + kProperties).status, 200);
+}
+
+TEST(SimulatorClients, AnEntityOfTheDocument_IsNotExpanded)
+{
+    const SimulatorProcess simulator;
+    std::string body = kit::envelope(element("getServerPropByName", element("server", "&e;")));
+    body.insert(body.find("<SOAP-ENV:Envelope"),
+                "<!DOCTYPE x [<!ENTITY e SYSTEM \"file:///etc/hostname\">]>");
+    const HttpReply reply = send_raw(simulator.http_port(), post_text(body));
+    EXPECT_EQ(reply.status, 500);
+    EXPECT_TRUE(answers(simulator));
+}
+
+TEST(SimulatorClients, AnEnvelopeOfTheNewerSoap_IsAnsweredInKind)
+{
+    const SimulatorProcess simulator;
+    std::string body = kit::envelope(element("getServerPropByName", element("server", "nobody")));
+    const std::string old_namespace = "http://schemas.xmlsoap.org/soap/envelope/";
+    body.replace(body.find(old_namespace), old_namespace.size(), "http://www.w3.org/2003/05/soap-envelope");
+    const HttpReply reply = send_raw(simulator.http_port(), post_text(body));
+    EXPECT_EQ(reply.status, 500);
+    EXPECT_THAT(reply.head, HasSubstr("application/soap+xml"));
+    EXPECT_EQ(text_of(text_of(reply.body, "STSException"), "errorCode"), "2069001");
+}
+
+TEST(SimulatorClients, ARequestInSmallPieces_IsPutTogether)
+{
+    const SimulatorProcess simulator;
+    const ClientSocket client(simulator.http_port());
+    for (const char byte : post_text(kit::envelope(element("getServerPropByName", kProperties)))) {
+        client.send({&byte, 1});
+    }
+    EXPECT_EQ(parse_reply(client.receive_all()).status, 200);
+}
+
+TEST(SimulatorClients, AClientThatWaitsForAWord_IsToldToGoOn)
+{
+    const SimulatorProcess simulator;
+    const std::string body = kit::envelope(element("getServerPropByName", kProperties));
+    const ClientSocket client(simulator.http_port());
+    client.send("POST / HTTP/1.1\r\nExpect: 100-continue\r\nContent-Length: " + std::to_string(body.size()) +
+                "\r\n\r\n");
+    char word[26] = "";
+    ASSERT_EQ(recv(client.fd(), word, 25, MSG_WAITALL), 25);
+    EXPECT_STREQ(word, "HTTP/1.1 100 Continue\r\n\r\n");
+    client.send(body);
+    EXPECT_EQ(parse_reply(client.receive_all()).status, 200);
+}
+
+TEST(SimulatorClients, SilentAndHalfOpenClients_KeepNobodyWaiting)
+{
+    SimulatorProcess simulator({"--threads", "2"});
+    const std::string whole = post_text(kit::envelope(element("getServerPropByName", kProperties)));
+    std::deque<ClientSocket> clients;
+    for (int i = 0; i < 10; ++i) {
+        clients.emplace_back(simulator.http_port());
+        clients.emplace_back(simulator.https_port());
+        clients.emplace_back(simulator.http_port()).send(whole.substr(0, 30));
+        clients.emplace_back(simulator.http_port()).send(whole.substr(0, whole.size() - 1));
+        clients.emplace_back(simulator.https_port()).send("\x16\x03\x01");
+    }
+    EXPECT_TRUE(answers(simulator));
+    clients[3].send(whole.substr(whole.size() - 1));
+    EXPECT_EQ(parse_reply(clients[3].receive_all()).status, 200);
+    EXPECT_EQ(simulator.stop(SIGTERM), 0) << simulator.errors();
+}
+
+TEST(SimulatorClients, MoreSilentClientsThanThereIsRoomFor_MakeRoomForOneThatAsks)
+{
+    const SimulatorProcess simulator;
+    std::deque<ClientSocket> clients;
+    for (int i = 0; i < 300; ++i) clients.emplace_back(simulator.http_port());
+    EXPECT_TRUE(answers(simulator));
+    EXPECT_THAT(clients.front().receive_all(), IsEmpty()); // dropped: the read ends
+    EXPECT_FALSE(clients.back().has_something_to_read());
+}
+
+TEST(SimulatorClients, ClientsThatVanish_DisturbNothing)
+{
+    SimulatorProcess simulator({"--delay", "openServer=3600000", "--threads", "4"});
+    const std::string whole = post_text(kit::envelope(element("openServer", kProperties)));
+    for (int i = 0; i < 2; ++i) {
+        ClientSocket in_service(simulator.http_port());
+        in_service.send(whole);
+        in_service.reset();
+    }
+    const std::string quick = post_text(kit::envelope(element("getServerPropByName", kProperties)));
+    for (int i = 0; i < 10; ++i) {
+        ClientSocket impatient(simulator.http_port());
+        impatient.send(quick);
+        impatient.reset();
+        ClientSocket torn(simulator.https_port());
+        torn.send("\x16\x03");
+        torn.reset();
+    }
+    EXPECT_TRUE(answers(simulator));
+    EXPECT_EQ(simulator.stop(SIGTERM), 0) << simulator.errors();
+}
+
+TEST(SimulatorClients, PlainTextOnTheTlsPort_DisturbsNothing)
+{
+    SimulatorProcess simulator({"-v"});
+    const std::string request = post_text(kit::envelope(element("getServerPropByName", kProperties)));
+    EXPECT_EQ(send_raw(simulator.https_port(), request).status, 0);
+    EXPECT_TRUE(answers(simulator));
+    EXPECT_EQ(simulator.stop(SIGTERM), 0);
+    EXPECT_THAT(simulator.errors(), HasSubstr(" -: closed without a whole request"));
+}
+
+TEST(SimulatorTls, TheCertificate_IsForTheHostAndSignedByItself)
+{
+    const SimulatorProcess simulator({"--advertise", "storage.example"});
+    const TlsClient client(simulator.https_port());
+    X509* certificate = SSL_get0_peer_certificate(client.ssl());
+    ASSERT_NE(certificate, nullptr);
+    for (const char* host : {"storage.example", "localhost"}) {
+        EXPECT_EQ(X509_check_host(certificate, host, 0, 0, nullptr), 1) << host;
+    }
+    for (const char* number : {"127.0.0.1", "::1"}) {
+        EXPECT_EQ(X509_check_ip_asc(certificate, number, 0), 1) << number;
+    }
+    char name[64] = "";
+    X509_NAME_get_text_by_NID(X509_get_subject_name(certificate), NID_commonName, name, sizeof name);
+    EXPECT_STREQ(name, "storage.example");
+    EVP_PKEY* key = X509_get0_pubkey(certificate);
+    EXPECT_EQ(X509_verify(certificate, key), 1);
+    char group[64] = "";
+    EXPECT_EQ(EVP_PKEY_get_group_name(key, group, sizeof group, nullptr), 1);
+    EXPECT_STREQ(group, "prime256v1");
+}
+
+TEST(SimulatorTls, TheCertificate_IsAnotherOneAtEachStart)
+{
+    const SimulatorProcess first;
+    const SimulatorProcess second;
+    const TlsClient one(first.https_port());
+    const TlsClient other(second.https_port());
+    EXPECT_NE(X509_cmp(SSL_get0_peer_certificate(one.ssl()), SSL_get0_peer_certificate(other.ssl())), 0);
+}
+
+TEST(SimulatorStart, UrlsAreToldInOrderWithTheirRealPorts)
+{
+    const SimulatorProcess simulator;
+    ASSERT_EQ(simulator.urls().size(), 2U);
+    EXPECT_EQ(simulator.urls()[0], "http://127.0.0.1:" + std::to_string(simulator.http_port()));
+    EXPECT_EQ(simulator.urls()[1], "https://127.0.0.1:" + std::to_string(simulator.https_port()));
+    EXPECT_GT(simulator.http_port(), 0);
+    EXPECT_NE(simulator.http_port(), simulator.https_port());
+}
+
+TEST(SimulatorStart, AnIpv6Address_IsServedAndNamedInBrackets)
+{
+    try {
+        const SimulatorProcess simulator(
+            SimulatorProcess::Exactly{{"--http", "[::1]:0", "--https", "127.0.0.1:0"}});
+        EXPECT_THAT(simulator.urls().front(), StartsWith("http://[::1]:"));
+        const ClientSocket client(simulator.http_port(), "::1");
+        client.send(post_text(kit::envelope(element("getServerPropByName", kProperties))));
+        EXPECT_THAT(client.receive_all(), HasSubstr("11;1;2;http;" + simulator.urls().front() + "<"));
+    } catch (const std::runtime_error& error) {
+        if (std::string(error.what()).find("can't listen on [::1]:0") == std::string::npos) throw;
+        GTEST_SKIP() << "this machine has no IPv6 loopback";
+    }
+}
+
+TEST(SimulatorStart, APortInUse_IsNamedInTheError)
+{
+    const SimulatorProcess first;
+    const std::string taken = "127.0.0.1:" + std::to_string(first.http_port());
+    const ProcessResult second = run_process(SIMULATOR_PROGRAM, {"--http", taken, "--https", "127.0.0.1:0"});
+    EXPECT_EQ(second.exit_code, 1);
+    EXPECT_EQ(second.out, "");
+    EXPECT_THAT(second.err,
+                AllOf(StartsWith("soapwrapper-sim: can't listen on " + taken), HasSubstr("in use")));
+}
+
+TEST(SimulatorStart, AWrongCommandLine_IsExplainedAndEndsWithTwo)
+{
+    const ProcessResult result = run_process(SIMULATOR_PROGRAM, {"--fault", "openServr=1"});
+    EXPECT_EQ(result.exit_code, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.err, HasSubstr("--fault: \"openServr=1\" doesn't begin with an operation"));
+}
+
+TEST(SimulatorStart, HelpAndVersion_GoToStandardOutput)
+{
+    const ProcessResult version = run_process(SIMULATOR_PROGRAM, {"--version"});
+    EXPECT_EQ(version.exit_code, 0);
+    EXPECT_EQ(version.out, "soapwrapper-sim " SOAPWRAPPER_VERSION "\n");
+    const ProcessResult help = run_process(SIMULATOR_PROGRAM, {"--help"});
+    EXPECT_EQ(help.exit_code, 0);
+    EXPECT_EQ(help.err, "");
+    for (const char* option : {"--http", "--https", "--no-http", "--no-https", "--advertise", "--credential",
+                               "--threads", "--fault", "--delay", "--verbose", "--version"}) {
+        EXPECT_THAT(help.out, HasSubstr(option));
+    }
+}
+
+TEST(SimulatorStop, EitherSignal_EndsItWithZero)
+{
+    for (const int signal : {SIGINT, SIGTERM}) {
+        SimulatorProcess simulator;
+        EXPECT_TRUE(answers(simulator));
+        EXPECT_EQ(simulator.stop(signal), 0) << simulator.errors();
+        EXPECT_EQ(simulator.errors(), "");
+    }
+}
+
+TEST(SimulatorStop, ASilentClient_DoesNotHoldIt)
+{
+    SimulatorProcess simulator;
+    const ClientSocket silent(simulator.http_port());
+    EXPECT_TRUE(answers(simulator));
+    EXPECT_EQ(simulator.stop(SIGTERM), 0) << simulator.errors();
+    EXPECT_THAT(silent.receive_all(), IsEmpty());
+}
+
+} // namespace

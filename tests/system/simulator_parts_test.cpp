@@ -1,0 +1,275 @@
+#include "simulator/fault.h"
+#include "simulator/fault_codes.h"
+#include "simulator/interference.h"
+#include "simulator/model.h"
+#include "simulator/options.h"
+#include "simulator/server.h"
+
+#include <gmock/gmock.h>
+
+#include <netinet/in.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <thread>
+
+namespace
+{
+
+using namespace soapwrapper::simulator;
+using testing::HasSubstr;
+
+// The code of the fault that a call ends with; 0 if it ends without one.
+template <class Function>
+int fault_of(const Function& function)
+{
+    try {
+        function();
+        return 0;
+    } catch (const Fault& fault) {
+        return fault.code();
+    }
+}
+
+std::string usage_error(const std::vector<std::string>& arguments)
+{
+    const CommandLine parsed = parse_command_line(arguments);
+    EXPECT_FALSE(parsed.options);
+    EXPECT_EQ(parsed.exit_code, 2);
+    return parsed.text;
+}
+
+TEST(SimulatorCommandLine, WithoutOptions_HasTheDocumentedDefaults)
+{
+    const std::optional<Options> options = parse_command_line({}).options;
+    ASSERT_TRUE(options);
+    EXPECT_EQ(to_string(*options->http), "127.0.0.1:8085");
+    EXPECT_EQ(to_string(*options->https), "127.0.0.1:8086");
+    EXPECT_EQ(options->advertise, "");
+    EXPECT_EQ(options->credential, "simulator");
+    EXPECT_EQ(options->threads, 8U);
+    EXPECT_FALSE(options->verbose);
+    EXPECT_TRUE(options->faults.empty());
+    EXPECT_TRUE(options->delays.empty());
+}
+
+TEST(SimulatorCommandLine, FaultsAndDelays_AreReadInTheirOrder)
+{
+    const std::optional<Options> options =
+        parse_command_line({"--fault", "listLSU=2060013,3", "--delay=ioControl=250", "--fault",
+                            "listLSU=-2147483648", "--delay", "openServer=0"})
+            .options;
+    ASSERT_TRUE(options);
+    ASSERT_EQ(options->faults.size(), 2U);
+    EXPECT_EQ(options->faults[0].operation, "listLSU");
+    EXPECT_EQ(options->faults[0].code, 2060013);
+    EXPECT_EQ(options->faults[0].count, 3U);
+    EXPECT_EQ(options->faults[1].code, -2147483647 - 1);
+    EXPECT_EQ(options->faults[1].count, std::nullopt);
+    ASSERT_EQ(options->delays.size(), 2U);
+    EXPECT_EQ(options->delays[0].operation, "ioControl");
+    EXPECT_EQ(options->delays[0].delay, std::chrono::milliseconds(250));
+    EXPECT_EQ(options->delays[1].delay, std::chrono::milliseconds(0));
+}
+
+TEST(SimulatorCommandLine, AWrongFault_IsExplained)
+{
+    for (const char* wrong : {"openServer=", "openServer=x", "openServer=1x", "openServer=2147483648",
+                              "openServer=,1", "openServer= 1"}) {
+        EXPECT_THAT(usage_error({"--fault", wrong}), HasSubstr("names no CODE in 32 bits")) << wrong;
+    }
+    for (const char* wrong : {"openServer=1,", "openServer=1,0", "openServer=1,-1", "openServer=1,2,3"}) {
+        EXPECT_THAT(usage_error({"--fault", wrong}), HasSubstr("a COUNT that is not 1 or more")) << wrong;
+    }
+    EXPECT_THAT(usage_error({"--fault", "openServer"}), HasSubstr("has no \"=\""));
+    for (const char* wrong : {"=1", "openserver=1", "_ns1__openServer=1", "openServerResponse=1"}) {
+        EXPECT_THAT(usage_error({"--fault", wrong}), HasSubstr("doesn't begin with an operation")) << wrong;
+    }
+}
+
+TEST(SimulatorCommandLine, AWrongDelay_IsExplained)
+{
+    for (const char* wrong : {"openServer=", "openServer=1s", "openServer=-1", "openServer=3600001"}) {
+        EXPECT_THAT(usage_error({"--delay", wrong}), HasSubstr("not a number from 0 to 3600000")) << wrong;
+    }
+    EXPECT_THAT(usage_error({"--delay", "nope=1"}), HasSubstr("doesn't begin with an operation"));
+    EXPECT_THAT(usage_error({"--delay", "openServer=1", "--delay", "openServer=2"}), HasSubstr("second one"));
+}
+
+TEST(SimulatorCommandLine, AWrongAddress_IsExplained)
+{
+    for (const char* wrong : {"8085", "127.0.0.1", "127.0.0.1:", "127.0.0.1:x", "127.0.0.1:65536", ":8085",
+                              "::1:8085", "[::1]", "[]:1", "[::1]8085", "http://host:1"}) {
+        EXPECT_THAT(usage_error({"--http", wrong}), HasSubstr("is not HOST:PORT")) << wrong;
+        EXPECT_THAT(usage_error({"--https", wrong}), HasSubstr("--https")) << wrong;
+    }
+}
+
+TEST(SimulatorCommandLine, WhatMakesNoSenseElsewhere_IsExplained)
+{
+    EXPECT_THAT(usage_error({"--no-http", "--no-https"}), HasSubstr("leave nothing to serve"));
+    EXPECT_THAT(usage_error({"--threads", "0"}), HasSubstr("--threads"));
+    EXPECT_THAT(usage_error({"--threads", "65"}), HasSubstr("--threads"));
+    EXPECT_THAT(usage_error({"--advertise", "a;b"}), HasSubstr("is not a host"));
+    EXPECT_THAT(usage_error({"--advertise", ""}), HasSubstr("is not a host"));
+    EXPECT_THAT(usage_error({"--frobnicate"}), HasSubstr("--frobnicate"));
+    EXPECT_THAT(usage_error({"stray"}), HasSubstr("stray"));
+}
+
+TEST(SimulatorCommandLine, Ipv6Addresses_LoseTheirBracketsAndGetThemBack)
+{
+    const std::optional<Options> options =
+        parse_command_line({"--http", "[fe80::1]:80", "--advertise", "[::1]"}).options;
+    ASSERT_TRUE(options);
+    EXPECT_EQ(options->http->host, "fe80::1");
+    EXPECT_EQ(options->http->port, 80);
+    EXPECT_EQ(to_string(*options->http), "[fe80::1]:80");
+    EXPECT_EQ(options->advertise, "::1");
+}
+
+TEST(SimulatorInterference, WithoutRules_LetsEverythingPass)
+{
+    Interference interference({}, {});
+    EXPECT_EQ(fault_of([&] { interference.apply("openServer"); }), 0);
+}
+
+TEST(SimulatorInterference, AStop_EndsDelaysThatRunAndThoseToCome)
+{
+    Interference interference({{"openServer", 5, 1U}}, {{"openServer", std::chrono::hours(1)}});
+    int code = 0;
+    std::thread waiting([&] { code = fault_of([&] { interference.apply("openServer"); }); });
+    interference.apply("closeServer");
+    interference.stop();
+    waiting.join();
+    EXPECT_EQ(code, 5);
+    EXPECT_EQ(fault_of([&] { interference.apply("openServer"); }), 0);
+}
+
+TEST(SimulatorModel, SessionsAreBoundedByMaxconnectAndFreedByAClose)
+{
+    Scenario scenario = default_scenario();
+    scenario.servers[0].max_sessions = 2;
+    Model model(scenario, {}, "secret");
+    const Credential credential{1, "secret"};
+    const std::string first = model.open_server("Network_NTAP:a", credential);
+    model.open_target_server(first, "Network_NTAP:b", credential);
+    EXPECT_EQ(fault_of([&] { model.open_server("Network_NTAP:c", credential); }), kTooManySessions);
+    EXPECT_EQ(fault_of([&] { model.open_server("Network_VAULT:c", credential); }), 0);
+    model.close_server(first);
+    EXPECT_EQ(model.properties_by_name("Network_NTAP:x").open_sessions, 1);
+    EXPECT_EQ(fault_of([&] { model.open_server("Network_NTAP:c", credential); }), 0);
+}
+
+TEST(SimulatorFaultCodes, EachStandsInTheDocumentWithItsName)
+{
+    std::ifstream file(SIMULATOR_DOCUMENT);
+    const std::string document(std::istreambuf_iterator<char>(file), {});
+    ASSERT_FALSE(document.empty());
+    for (const FaultCodeName& entry : kFaultCodeNames) {
+        EXPECT_THAT(document, HasSubstr("| " + std::to_string(entry.code) + " | " + entry.name + " |"));
+    }
+}
+
+// A server on a socket of the loopback, in a thread of its own.
+class RunningServer
+{
+  public:
+    RunningServer(const Limits& limits, Handler handler) : stop_(eventfd(0, EFD_CLOEXEC))
+    {
+        std::vector<Listener> listeners;
+        listeners.push_back({listen_on({"127.0.0.1", 0}), nullptr});
+        port_ = address_of(listeners.front().socket.get()).port;
+        server_.emplace(
+            std::move(listeners), 2, std::move(handler), log_, stop_.get(), [this] { told_ = true; }, limits);
+        thread_ = std::thread([this] { server_->run(); });
+    }
+    ~RunningServer()
+    {
+        eventfd_write(stop_.get(), 1);
+        thread_.join();
+        EXPECT_TRUE(told_);
+    }
+
+    Descriptor connect() const
+    {
+        Descriptor client(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(port_);
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        EXPECT_EQ(::connect(client.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+        return client;
+    }
+
+  private:
+    Descriptor stop_;
+    RequestLog log_{false};
+    std::uint16_t port_ = 0;
+    bool told_ = false;
+    std::optional<Server> server_;
+    std::thread thread_;
+};
+
+std::size_t bytes_until_the_end(const Descriptor& client)
+{
+    std::size_t total = 0;
+    char buffer[4096];
+    for (;;) {
+        const ssize_t got = recv(client.get(), buffer, sizeof buffer, 0);
+        if (got <= 0) return total;
+        total += static_cast<std::size_t>(got);
+    }
+}
+
+const std::string kEmptyPost = "POST / HTTP/1.1\r\nContent-Length: 0\r\n\r\n";
+
+TEST(SimulatorServer, AClientThatIsTooSlowWithItsRequest_IsDropped)
+{
+    Limits limits;
+    limits.for_request = std::chrono::milliseconds(0);
+    const RunningServer server(limits, [](const Request&) { return std::string(); });
+    const Descriptor client = server.connect();
+    EXPECT_EQ(bytes_until_the_end(client), 0U);
+}
+
+TEST(SimulatorServer, AClientThatDoesNotTakeItsAnswer_IsDropped)
+{
+    constexpr std::size_t kMoreThanSocketsHold = 64 * 1024 * 1024;
+    Limits limits;
+    limits.for_answer = std::chrono::milliseconds(0);
+    const RunningServer server(limits, [](const Request&) { return std::string(kMoreThanSocketsHold, 'x'); });
+    const Descriptor client = server.connect();
+    ASSERT_EQ(send(client.get(), kEmptyPost.data(), kEmptyPost.size(), MSG_NOSIGNAL),
+              static_cast<ssize_t>(kEmptyPost.size()));
+    EXPECT_LT(bytes_until_the_end(client), kMoreThanSocketsHold);
+}
+
+TEST(SimulatorServer, ALargeAnswer_ArrivesWholeAndThenTheStreamEnds)
+{
+    constexpr std::size_t kLarge = 16 * 1024 * 1024;
+    Limits limits;
+    limits.for_goodbye = std::chrono::hours(1); // it isn't the deadline that ends the stream
+    const RunningServer server(limits, [](const Request&) { return std::string(kLarge, 'x'); });
+    const Descriptor client = server.connect();
+    ASSERT_EQ(send(client.get(), kEmptyPost.data(), kEmptyPost.size(), MSG_NOSIGNAL),
+              static_cast<ssize_t>(kEmptyPost.size()));
+    EXPECT_EQ(bytes_until_the_end(client), kLarge);
+}
+
+TEST(SimulatorServer, AClientBeyondTheRoom_TakesThePlaceOfTheOldestThatKeepsItsRequestWaiting)
+{
+    Limits limits;
+    limits.connections = 2;
+    const RunningServer server(limits, [](const Request&) { return http_refusal(400); });
+    const Descriptor oldest = server.connect();
+    const Descriptor second = server.connect();
+    const Descriptor third = server.connect();
+    EXPECT_EQ(bytes_until_the_end(oldest), 0U);
+    ASSERT_GT(send(second.get(), kEmptyPost.data(), kEmptyPost.size(), MSG_NOSIGNAL), 0);
+    EXPECT_GT(bytes_until_the_end(second), 0U);
+}
+
+} // namespace

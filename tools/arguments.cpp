@@ -1,0 +1,88 @@
+#include "tools/arguments.h"
+
+#include <CLI/CLI.hpp>
+
+namespace soapwrapper::probe
+{
+
+void add_server_arguments(CLI::App& command, ServerArguments& arguments)
+{
+    command.add_option("NAME", arguments.name, "Server name: prefix, colon, host")->required()->type_name("");
+    add_login_options(command, arguments.login);
+}
+
+void add_lsu_arguments(CLI::App& command, LsuArguments& arguments)
+{
+    add_server_arguments(command, arguments);
+    add_lsu_argument(command, arguments.lsu)->required();
+}
+
+CLI::Option* add_lsu_argument(CLI::App& command, std::string& lsu)
+{
+    return add_text_argument(command, "LSU", lsu, STS_LSU_NAME_SIZE, "Name of the logical storage unit")
+        ->required(false);
+}
+
+CLI::Option* add_text_argument(CLI::App& command, const char* name, std::string& text, std::size_t room,
+                               const char* description)
+{
+    CLI::Option* option = command.add_option(name, text, description)->required()->type_name("");
+    limit_length(*option, room);
+    return option;
+}
+
+void add_host_options(CLI::App& command, HostArguments& arguments)
+{
+    CLI::Option* hosts =
+        command.add_option("--host", arguments.hosts, "Host that the export is for; up to 16 times")
+            ->required()
+            ->type_name("TEXT");
+    CLI::Option* ports =
+        command.add_option("--port", arguments.ports, "Port of a host; up to 16 times")->type_name("TEXT");
+    for (CLI::Option* option : {hosts, ports}) {
+        option->allow_extra_args(false); // one text each time, or it would take the arguments behind it
+        limit_length(*option, STS_HOST_TEXT_SIZE);
+    }
+    command.add_option("--flags", arguments.flags, "Flags of the export")
+        ->type_name("N")
+        ->capture_default_str();
+}
+
+void limit_length(CLI::Option& option, std::size_t room)
+{
+    option.check(CLI::Validator(
+        [room](const std::string& text) {
+            return text.size() < room ? std::string()
+                                      : "at most " + std::to_string(room - 1) + " bytes are possible";
+        },
+        ""));
+}
+
+void set_footer(CLI::App& command, const std::string& example)
+{
+    command.footer("Example:\n  soapwrapper-probe " + example +
+                   "\n\nSee also: soapwrapper-probe --help, for the options of all commands.");
+}
+
+stsp_lsu_v7_t lsu_reference(const ServerLogin& login, const LsuArguments& arguments)
+{
+    stsp_lsu_v7_t lsu = {};
+    lsu.server = login.handle();
+    put(lsu.name, arguments.lsu);
+    return lsu;
+}
+
+sts_host_spec_v11_t host_specification(const HostArguments& arguments)
+{
+    if (arguments.hosts.size() > STS_EXPORT_HOSTS || arguments.ports.size() > STS_EXPORT_HOSTS) {
+        throw usage_problem("an export has at most " + std::to_string(STS_EXPORT_HOSTS) +
+                            " hosts and as many ports");
+    }
+    sts_host_spec_v11_t host = {};
+    for (std::size_t i = 0; i < arguments.hosts.size(); ++i) put(host.hostname[i], arguments.hosts[i]);
+    for (std::size_t i = 0; i < arguments.ports.size(); ++i) put(host.port[i], arguments.ports[i]);
+    host.flags = arguments.flags;
+    return host;
+}
+
+} // namespace soapwrapper::probe

@@ -1,0 +1,72 @@
+// Arguments that many commands share.
+#ifndef SOAPWRAPPER_TOOLS_ARGUMENTS_H
+#define SOAPWRAPPER_TOOLS_ARGUMENTS_H
+
+#include "plugin/host_records.h"
+#include "tools/server_login.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace CLI
+{
+class App;
+class Option;
+} // namespace CLI
+
+namespace soapwrapper::probe
+{
+
+struct ServerArguments {
+    std::string name;
+    LoginOptions login;
+};
+
+struct LsuArguments : ServerArguments {
+    std::string lsu;
+};
+
+// The hosts that an export is for.
+struct HostArguments {
+    std::vector<std::string> hosts;
+    std::vector<std::string> ports;
+    std::int32_t flags = 0;
+};
+
+// NAME, and how to log in.
+void add_server_arguments(CLI::App& command, ServerArguments& arguments);
+
+// NAME and LSU, and how to log in.
+void add_lsu_arguments(CLI::App& command, LsuArguments& arguments);
+CLI::Option* add_lsu_argument(CLI::App& command, std::string& lsu);
+
+// A positional text that must fit a field of `room` bytes: nothing is cut without a word.
+CLI::Option* add_text_argument(CLI::App& command, const char* name, std::string& text, std::size_t room,
+                               const char* description);
+
+void add_host_options(CLI::App& command, HostArguments& arguments);
+
+// Refuses texts that wouldn't fit, for options that may be given several times.
+void limit_length(CLI::Option& option, std::size_t room);
+
+void set_footer(CLI::App& command, const std::string& example);
+
+// `text` is known to fit.
+template <std::size_t Room>
+void put(char (&field)[Room], const std::string& text)
+{
+    std::strncpy(field, text.c_str(), Room - 1);
+    field[Room - 1] = '\0';
+}
+
+stsp_lsu_v7_t lsu_reference(const ServerLogin& login, const LsuArguments& arguments);
+
+// Too many hosts or ports are thrown as a Problem.
+sts_host_spec_v11_t host_specification(const HostArguments& arguments);
+
+} // namespace soapwrapper::probe
+
+#endif

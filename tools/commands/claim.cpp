@@ -1,0 +1,39 @@
+#include "tools/arguments.h"
+#include "tools/commands/command.h"
+#include "tools/records.h"
+#include "tools/volume_argument.h"
+
+#include <CLI/CLI.hpp>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+struct ClaimOptions : ServerArguments {
+    sts_volume_spec_v11_t volume = {};
+};
+
+void claim(const Probe& probe, const ClaimOptions& options)
+{
+    ServerLogin login(probe, options.name, options.login);
+    require(probe, kClaimVolume, login.handle(), &options.volume);
+    Properties done;
+    done.add("Claimed volume", "claimed_volume", volume_text(options.volume));
+    done.show(probe.output);
+    login.close();
+}
+
+} // namespace
+
+void add_claim_command(CLI::App& program, Run& run)
+{
+    CLI::App* command = program.add_subcommand("claim", "Claim a volume");
+    auto options = std::make_shared<ClaimOptions>();
+    add_server_arguments(*command, *options);
+    add_volume_option(*command, options->volume, "Volume to claim")->required();
+    set_footer(*command, "claim Network_storage:filer1.example.com --volume scsi:serial");
+    command->callback(chosen(run, options, claim));
+}
+
+} // namespace soapwrapper::probe

@@ -1,0 +1,53 @@
+// The commands, one file each. Each function adds its subcommand to the command line, or to a group of it; if
+// the user names that one, parsing puts into `run` what is to be done once the library is loaded.
+#ifndef SOAPWRAPPER_TOOLS_COMMANDS_COMMAND_H
+#define SOAPWRAPPER_TOOLS_COMMANDS_COMMAND_H
+
+#include "tools/probe.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace CLI
+{
+class App;
+}
+
+namespace soapwrapper::probe
+{
+
+using Run = std::function<void(const Probe&)>;
+
+// Adds all of them.
+void add_commands(CLI::App& program, Run& run);
+
+void add_discover_command(CLI::App& program, Run& run);
+void add_server_command(CLI::App& program, Run& run);
+void add_lsus_command(CLI::App& program, Run& run);
+void add_lsu_command(CLI::App& program, Run& run);
+void add_replication_command(CLI::App& program, Run& run);
+void add_images_command(CLI::App& program, Run& run);
+void add_image_show_command(CLI::App& group, Run& run);
+void add_image_delete_command(CLI::App& group, Run& run);
+void add_snapshots_command(CLI::App& program, Run& run);
+void add_snapshot_show_command(CLI::App& group, Run& run);
+void add_snapshot_delete_command(CLI::App& group, Run& run);
+void add_rollback_check_command(CLI::App& group, Run& run);
+void add_export_create_command(CLI::App& group, Run& run);
+void add_export_add_command(CLI::App& group, Run& run);
+void add_export_delete_command(CLI::App& group, Run& run);
+void add_claim_command(CLI::App& program, Run& run);
+void add_ioctl_command(CLI::App& program, Run& run);
+
+// For a command's callback: puts `act` into `run`, with the options that parsing has filled by then.
+template <class Options>
+std::function<void()> chosen(Run& run, std::shared_ptr<Options> options,
+                             void (*act)(const Probe&, const Options&))
+{
+    return [&run, options, act] { run = [options, act](const Probe& probe) { act(probe, *options); }; };
+}
+
+} // namespace soapwrapper::probe
+
+#endif

@@ -1,0 +1,44 @@
+#include "tools/commands/command.h"
+
+#include <CLI/CLI.hpp>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+CLI::App& add_group(CLI::App& program, const char* name, const char* description)
+{
+    CLI::App* group = program.add_subcommand(name, description);
+    group->require_subcommand(1);
+    return *group;
+}
+
+} // namespace
+
+void add_commands(CLI::App& program, Run& run)
+{
+    add_discover_command(program, run);
+    add_server_command(program, run);
+    add_lsus_command(program, run);
+    add_lsu_command(program, run);
+    add_replication_command(program, run);
+    add_images_command(program, run);
+    CLI::App& image = add_group(program, "image", "Show or delete an image");
+    add_image_show_command(image, run);
+    add_image_delete_command(image, run);
+    add_snapshots_command(program, run);
+    CLI::App& snapshot = add_group(program, "snapshot", "Show or delete a snapshot");
+    add_snapshot_show_command(snapshot, run);
+    add_snapshot_delete_command(snapshot, run);
+    CLI::App& rollback = add_group(program, "rollback", "Look at a rollback ahead");
+    add_rollback_check_command(rollback, run);
+    CLI::App& exports = add_group(program, "export", "Make snapshots and volumes reachable from hosts");
+    add_export_create_command(exports, run);
+    add_export_add_command(exports, run);
+    add_export_delete_command(exports, run);
+    add_claim_command(program, run);
+    add_ioctl_command(program, run);
+}
+
+} // namespace soapwrapper::probe

@@ -1,0 +1,52 @@
+#include "tools/arguments.h"
+#include "tools/commands/command.h"
+#include "tools/image_records.h"
+#include "tools/list_reader.h"
+
+#include <CLI/CLI.hpp>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+struct ImagesOptions : LsuArguments {
+    std::int32_t type = 0;
+    ListOptions list;
+};
+
+void show_images(const Probe& probe, const ImagesOptions& options)
+{
+    ServerLogin login(probe, options.name, options.login);
+    const stsp_lsu_v7_t lsu = lsu_reference(login, options);
+    ListHandle list(probe, kCloseImageList);
+    require(probe, kOpenImageList, &lsu, options.type, list.address());
+    stsp_list_t* const handle = list.get();
+
+    sts_image_def_v10_t image;
+    EntryList images = image_list();
+    const auto problem = read_list(
+        probe, options.list, EntryRoom(image), [&] { return call(probe, kListImage, handle, &image); },
+        [&] { add_image(images, image); });
+    images.show(probe.output, !problem);
+    if (problem) throw Problem(*problem);
+    list.close();
+    login.close();
+}
+
+} // namespace
+
+void add_images_command(CLI::App& program, Run& run)
+{
+    CLI::App* command = program.add_subcommand("images", "List the images of an LSU");
+    auto options = std::make_shared<ImagesOptions>();
+    add_lsu_arguments(*command, *options);
+    command->add_option("--type", options->type, "Type of the list, which the service reads as it likes")
+        ->type_name("N")
+        ->capture_default_str();
+    add_list_options(*command, options->list);
+    set_footer(*command, "images Network_storage:filer1.example.com vol1");
+    command->callback(chosen(run, options, show_images));
+}
+
+} // namespace soapwrapper::probe

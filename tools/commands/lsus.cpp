@@ -1,0 +1,52 @@
+#include "tools/arguments.h"
+#include "tools/commands/command.h"
+#include "tools/list_reader.h"
+#include "tools/records.h"
+#include "tools/text.h"
+
+#include <CLI/CLI.hpp>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+struct LsusOptions : ServerArguments {
+    ListOptions list;
+};
+
+struct LsuName {
+    char text[STS_LSU_NAME_SIZE];
+};
+
+void show_lsus(const Probe& probe, const LsusOptions& options)
+{
+    ServerLogin login(probe, options.name, options.login);
+    ListHandle list(probe, kCloseLsuList);
+    require(probe, kOpenLsuList, login.handle(), nullptr, list.address());
+    stsp_list_t* const handle = list.get();
+
+    LsuName name;
+    EntryList lsus("lsus", {{"LSU", "name"}});
+    const auto problem = read_list(
+        probe, options.list, EntryRoom(name), [&] { return call(probe, kListLsu, handle, name.text); },
+        [&] { lsus.add({clean_field(name.text)}); });
+    lsus.show(probe.output, !problem);
+    if (problem) throw Problem(*problem);
+    list.close();
+    login.close();
+}
+
+} // namespace
+
+void add_lsus_command(CLI::App& program, Run& run)
+{
+    CLI::App* command = program.add_subcommand("lsus", "List the LSUs of a server");
+    auto options = std::make_shared<LsusOptions>();
+    add_server_arguments(*command, *options);
+    add_list_options(*command, options->list);
+    set_footer(*command, "lsus Network_storage:filer1.example.com");
+    command->callback(chosen(run, options, show_lsus));
+}
+
+} // namespace soapwrapper::probe

@@ -1,0 +1,45 @@
+#include "tools/arguments.h"
+#include "tools/commands/command.h"
+#include "tools/confirmation.h"
+#include "tools/records.h"
+#include "tools/snapshot_records.h"
+#include "tools/text.h"
+
+#include <CLI/CLI.hpp>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+struct DeleteOptions : SnapshotArguments {
+    bool yes = false;
+};
+
+void delete_snapshot(const Probe& probe, const DeleteOptions& options)
+{
+    const std::string name = clean_line(options.snapshot);
+    confirm_deletion("snapshot " + name + " of LSU " + clean_line(options.lsu), options.yes);
+    ServerLogin login(probe, options.name, options.login);
+    const stsp_lsu_v7_t lsu = lsu_reference(login, options);
+    const sts_snap_def_v11_t snap = snapshot_named(options.snapshot);
+    require(probe, kDeleteSnap, &lsu, &snap);
+    Properties done;
+    done.add("Deleted snapshot", "deleted_snapshot", name);
+    done.show(probe.output);
+    login.close();
+}
+
+} // namespace
+
+void add_snapshot_delete_command(CLI::App& group, Run& run)
+{
+    CLI::App* command = group.add_subcommand("delete", "Delete a snapshot");
+    auto options = std::make_shared<DeleteOptions>();
+    add_snapshot_arguments(*command, *options);
+    add_yes_option(*command, options->yes);
+    set_footer(*command, "snapshot delete Network_storage:filer1.example.com vol1 nightly.0");
+    command->callback(chosen(run, options, delete_snapshot));
+}
+
+} // namespace soapwrapper::probe

@@ -1,0 +1,34 @@
+#include "tools/arguments.h"
+#include "tools/commands/command.h"
+#include "tools/snapshot_records.h"
+
+#include <CLI/CLI.hpp>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+void show_snapshot(const Probe& probe, const SnapshotArguments& options)
+{
+    ServerLogin login(probe, options.name, options.login);
+    const stsp_lsu_v7_t lsu = lsu_reference(login, options);
+    const sts_snap_def_v11_t snap = snapshot_named(options.snapshot);
+    sts_snap_info_v11_t info = {};
+    require(probe, kGetSnapPropByname, &lsu, &snap, &info);
+    show_snapshot_information(probe.output, info);
+    login.close();
+}
+
+} // namespace
+
+void add_snapshot_show_command(CLI::App& group, Run& run)
+{
+    CLI::App* command = group.add_subcommand("show", "Show the properties of one snapshot");
+    auto options = std::make_shared<SnapshotArguments>();
+    add_snapshot_arguments(*command, *options);
+    set_footer(*command, "snapshot show Network_storage:filer1.example.com vol1 nightly.0");
+    command->callback(chosen(run, options, show_snapshot));
+}
+
+} // namespace soapwrapper::probe

@@ -1,0 +1,61 @@
+#include "tools/arguments.h"
+#include "tools/commands/command.h"
+#include "tools/list_reader.h"
+#include "tools/snapshot_records.h"
+#include "tools/volume_argument.h"
+
+#include <CLI/CLI.hpp>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+struct SnapshotsOptions : LsuArguments {
+    sts_volume_spec_v11_t volume = {};
+    bool by_volume = false;
+    ListOptions list;
+};
+
+void open_list(const Probe& probe, const SnapshotsOptions& options, const ServerLogin& login,
+               ListHandle& list)
+{
+    if (options.by_volume) {
+        require(probe, kOpenSnapListByVolume, login.handle(), &options.volume, list.address());
+    } else {
+        const stsp_lsu_v7_t lsu = lsu_reference(login, options);
+        require(probe, kOpenSnapList, &lsu, list.address());
+    }
+}
+
+void show_snapshots(const Probe& probe, const SnapshotsOptions& options)
+{
+    ServerLogin login(probe, options.name, options.login);
+    ListHandle list(probe, kCloseSnapList);
+    open_list(probe, options, login, list);
+    show_snapshot_list(probe, options.list, list);
+    list.close();
+    login.close();
+}
+
+} // namespace
+
+void add_snapshots_command(CLI::App& program, Run& run)
+{
+    CLI::App* command = program.add_subcommand("snapshots", "List the snapshots of an LSU or of a volume");
+    auto options = std::make_shared<SnapshotsOptions>();
+    add_server_arguments(*command, *options);
+    CLI::Option* lsu = add_lsu_argument(*command, options->lsu);
+    CLI::Option* volume =
+        add_volume_option(*command, options->volume, "List the snapshots of this volume instead");
+    lsu->excludes(volume);
+    add_list_options(*command, options->list);
+    set_footer(*command, "snapshots Network_storage:filer1.example.com --volume nfs:filer1:/vol/vol1");
+    command->callback([lsu, volume, options, choose = chosen(run, options, show_snapshots)] {
+        options->by_volume = !volume->empty();
+        if (lsu->empty() && volume->empty()) throw CLI::RequiredError("LSU or --volume");
+        choose();
+    });
+}
+
+} // namespace soapwrapper::probe

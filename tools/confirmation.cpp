@@ -1,0 +1,38 @@
+#include "tools/confirmation.h"
+
+#include "tools/problem.h"
+
+#include <CLI/CLI.hpp>
+
+#include <unistd.h>
+
+#include <iostream>
+
+namespace soapwrapper::probe
+{
+
+void add_yes_option(CLI::App& command, bool& yes)
+{
+    command.add_flag("--yes", yes, "Delete without asking; required where there is no terminal to ask on");
+}
+
+bool answered_yes(const std::string& question, std::istream& in, std::ostream& out)
+{
+    out << question << " [y/N] " << std::flush;
+    std::string answer;
+    std::getline(in, answer);
+    return answer == "y" || answer == "Y" || answer == "yes" || answer == "Yes" || answer == "YES";
+}
+
+void confirm_deletion(const std::string& thing, bool yes)
+{
+    if (yes) return;
+    if (isatty(STDIN_FILENO) == 0 || isatty(STDERR_FILENO) == 0) {
+        throw usage_problem("nothing was deleted: there is no terminal to ask on; say --yes");
+    }
+    // On standard error: the standard output may go to a file.
+    if (answered_yes("Delete " + thing + "?", std::cin, std::cerr)) return;
+    throw Problem(ExitCode::Operation, "cancelled", std::nullopt, "nothing was deleted");
+}
+
+} // namespace soapwrapper::probe

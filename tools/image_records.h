@@ -1,0 +1,29 @@
+// Images: how the command line names one, and how they are shown.
+#ifndef SOAPWRAPPER_TOOLS_IMAGE_RECORDS_H
+#define SOAPWRAPPER_TOOLS_IMAGE_RECORDS_H
+
+#include "plugin/host_records.h"
+#include "tools/arguments.h"
+#include "tools/records.h"
+
+namespace soapwrapper::probe
+{
+
+struct ImageArguments : LsuArguments {
+    std::string basename;
+    std::string date;
+};
+
+void add_image_arguments(CLI::App& command, ImageArguments& arguments);
+
+// The definition with what the command line knows; the rest is empty.
+sts_image_def_v10_t image_named(const ImageArguments& arguments);
+
+EntryList image_list();
+void add_image(EntryList& list, const sts_image_def_v10_t& image);
+
+void show_image_information(Output& output, const sts_image_info_v10_t& info);
+
+} // namespace soapwrapper::probe
+
+#endif

@@ -1,0 +1,18 @@
+#include "tools/server_discovery.h"
+
+namespace soapwrapper::probe
+{
+
+ServerDiscovery discover_server(const Probe& probe, const std::string& name)
+{
+    require(probe, kClaim, name.c_str());
+    ServerDiscovery found;
+    found.info = std::make_unique<sts_server_info_v8_t>();
+    const int status =
+        call(probe, kGetServerPropByname, probe.session.record(), name.c_str(), found.info.get());
+    found.selection = probe.session.last_record("Interface selected: ");
+    found.problem = problem_of(probe, status);
+    return found;
+}
+
+} // namespace soapwrapper::probe

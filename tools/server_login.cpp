@@ -1,0 +1,91 @@
+#include "tools/server_login.h"
+
+#include "tools/credential.h"
+#include "tools/server_discovery.h"
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+#include <utility>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+Credential read_credential(const LoginOptions& options)
+{
+    if (options.credential_file.empty()) return Credential::from_environment(options.credential_type);
+    Credential::forget_environment();
+    return Credential::from_file(options.credential_file, options.credential_type, std::cerr);
+}
+
+// Has the session watch a credential for as long as a scope lasts.
+class Watch
+{
+  public:
+    Watch(Session& session, const Credential& credential) : session_(session) { session_.watch(&credential); }
+    ~Watch() { session_.watch(nullptr); }
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+
+  private:
+    Session& session_;
+};
+
+} // namespace
+
+void add_login_options(CLI::App& command, LoginOptions& options)
+{
+    command
+        .add_option("--credential-file", options.credential_file,
+                    std::string("File that holds the credential; a line feed at its end is dropped. "
+                                "Without it the credential comes from the environment variable ") +
+                        kCredentialVariable)
+        ->type_name("FILE");
+    command.add_option("--credential-type", options.credential_type, "Type number of the credential")
+        ->type_name("N")
+        ->capture_default_str();
+    command.add_option("--interface", options.required_interface, "Interface to require of the service")
+        ->type_name("TEXT");
+    command.add_flag("--no-discover", options.no_discovery,
+                     "Open without discovery: at the URL of soapwrapper.conf, else at http on port 8085");
+}
+
+ServerLogin::ServerLogin(const Probe& probe, const std::string& name, const LoginOptions& options)
+    : probe_(probe)
+{
+    probe.library.entry(kCloseServer); // what couldn't be closed again isn't opened
+    const Credential credential = read_credential(options);
+    const Watch watch(probe.session, credential);
+    if (options.no_discovery) {
+        require(probe, kClaim, name.c_str());
+    } else {
+        ServerDiscovery found = discover_server(probe, name);
+        if (found.problem) throw Problem(*found.problem);
+        selection_ = std::move(found.selection);
+    }
+    require(probe, kOpenServer, probe.session.record(), name.c_str(), credential.record(),
+            options.required_interface.c_str(), &handle_);
+    if (!handle_) {
+        throw Problem(ExitCode::Operation, "no handle", std::nullopt,
+                      "the server was opened, but the library gave no handle for it");
+    }
+}
+
+ServerLogin::~ServerLogin()
+{
+    if (!handle_) return;
+    if (const auto problem = close_handle(probe_, kCloseServer, handle_)) {
+        warn("the server could not be closed", *problem);
+    }
+}
+
+void ServerLogin::close()
+{
+    // Whatever comes of it, it isn't tried again.
+    const auto problem = close_handle(probe_, kCloseServer, std::exchange(handle_, nullptr));
+    if (problem) throw Problem(*problem);
+}
+
+} // namespace soapwrapper::probe
