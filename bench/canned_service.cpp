@@ -1,0 +1,153 @@
+#include "bench/canned_service.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <stdexcept>
+
+namespace bench
+{
+namespace
+{
+
+sockaddr_in loopback(int port)
+{
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    return address;
+}
+
+int connected_socket(int port)
+{
+    const int descriptor = socket(AF_INET, SOCK_STREAM, 0);
+    const sockaddr_in address = loopback(port);
+    if (connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+        throw std::runtime_error("can't connect");
+    }
+    const int on = 1;
+    setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    return descriptor;
+}
+
+bool is_whole(const std::string& request)
+{
+    const std::size_t head = request.find("\r\n\r\n");
+    if (head == std::string::npos) return false;
+    const std::size_t at = request.find("Content-Length: ");
+    const std::size_t length = at < head ? std::strtoul(request.c_str() + at + 16, nullptr, 10) : 0;
+    return request.size() >= head + 4 + length;
+}
+
+} // namespace
+
+CannedService::CannedService(std::string reply, bool tls)
+    : reply_(std::move(reply)), tls_(tls), context_(kit::make_tls_server_context())
+{
+    listener_ = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address = loopback(0);
+    socklen_t size = sizeof address;
+    if (bind(listener_, reinterpret_cast<sockaddr*>(&address), size) != 0 || listen(listener_, 128) != 0 ||
+        getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
+        throw std::runtime_error("can't listen");
+    }
+    port_ = ntohs(address.sin_port);
+    thread_ = std::thread([this] { serve(); });
+}
+
+CannedService::~CannedService()
+{
+    stopping_ = true;
+    close(connected_socket(port_));
+    thread_.join();
+    close(listener_);
+}
+
+std::string CannedService::url() const
+{
+    return (tls_ ? "https://127.0.0.1:" : "http://127.0.0.1:") + std::to_string(port_);
+}
+
+void CannedService::serve()
+{
+    sigset_t sigpipe;
+    sigemptyset(&sigpipe);
+    sigaddset(&sigpipe, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &sigpipe, nullptr);
+    while (!stopping_) {
+        const int connection = accept(listener_, nullptr, nullptr);
+        if (connection >= 0 && !stopping_) serve_connection(connection);
+        close(connection);
+    }
+}
+
+void CannedService::serve_connection(int connection)
+{
+    SSL* ssl = nullptr;
+    if (tls_) {
+        ssl = SSL_new(context_.get());
+        SSL_set_fd(ssl, connection);
+        if (SSL_accept(ssl) != 1) return SSL_free(ssl);
+    }
+    std::string request;
+    char buffer[16384];
+    while (!is_whole(request)) {
+        const auto count = ssl ? SSL_read(ssl, buffer, sizeof buffer)
+                               : static_cast<int>(recv(connection, buffer, sizeof buffer, 0));
+        if (count <= 0) break;
+        request.append(buffer, static_cast<std::size_t>(count));
+    }
+    last_request_ = std::move(request);
+    if (ssl) {
+        SSL_write(ssl, reply_.data(), static_cast<int>(reply_.size()));
+        SSL_shutdown(ssl);
+        SSL_free(ssl);
+    } else {
+        const char* at = reply_.data();
+        for (std::size_t left = reply_.size(); left > 0;) {
+            const ssize_t count = send(connection, at, left, MSG_NOSIGNAL);
+            if (count <= 0) break;
+            at += count;
+            left -= static_cast<std::size_t>(count);
+        }
+    }
+}
+
+std::size_t bare_exchange(int port, const std::string& request)
+{
+    const int descriptor = connected_socket(port);
+    std::size_t total = 0;
+    if (send(descriptor, request.data(), request.size(), MSG_NOSIGNAL) > 0) {
+        char buffer[65536];
+        ssize_t count = 0;
+        while ((count = recv(descriptor, buffer, sizeof buffer, 0)) > 0)
+            total += static_cast<std::size_t>(count);
+    }
+    close(descriptor);
+    return total;
+}
+
+std::size_t bare_tls_exchange(int port, const std::string& request, SSL_CTX* context)
+{
+    const int descriptor = connected_socket(port);
+    SSL* ssl = SSL_new(context);
+    SSL_set_fd(ssl, descriptor);
+    std::size_t total = 0;
+    if (SSL_connect(ssl) == 1 && SSL_write(ssl, request.data(), static_cast<int>(request.size())) > 0) {
+        char buffer[65536];
+        int count = 0;
+        while ((count = SSL_read(ssl, buffer, sizeof buffer)) > 0) total += static_cast<std::size_t>(count);
+    }
+    SSL_shutdown(ssl);
+    SSL_free(ssl);
+    close(descriptor);
+    return total;
+}
+
+} // namespace bench
