@@ -1,0 +1,52 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and passes the tests: as they are, under the address and
+# undefined-behaviour sanitizers with leak detection, under the thread sanitizer, and a short run of the fuzzers.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+. scripts/packages.sh
+install_missing_packages packaging/debian-packages.txt
+# What another checkout has compiled serves this one too.
+export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=true
+
+jobs=$(nproc)
+step() { printf '\n== %s\n' "$*"; }
+build() { # folder, then cmake's own arguments
+    local folder=$1
+    shift
+    cmake -S . -B "$folder" -G Ninja "$@" > "$folder.cmake.log" 2>&1 || {
+        cat "$folder.cmake.log"
+        return 1
+    }
+    rm -f "$folder.cmake.log"
+    ninja -C "$folder" -j "$jobs" --quiet
+}
+run_tests() { # folder, then ctest's own arguments
+    local folder=$1
+    shift
+    ctest --test-dir "$folder" -j "$jobs" --output-on-failure --no-tests=error --progress "$@"
+}
+
+step "The library, the simulator, the probe and the tests"
+build build
+step "Layers and formatting"
+scripts/check_sources.sh
+step "Tests"
+run_tests build
+
+step "Tests under AddressSanitizer and UndefinedBehaviorSanitizer"
+export ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1
+export UBSAN_OPTIONS=print_stacktrace=1
+build build-asan -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g1" -DSOAPWRAPPER_SANITIZE=address,undefined
+run_tests build-asan
+
+step "Threads under ThreadSanitizer"
+export TSAN_OPTIONS=halt_on_error=1:suppressions=$PWD/tests/thread_sanitizer.supp
+build build-tsan -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g1" -DSOAPWRAPPER_SANITIZE=thread
+run_tests build-tsan -L threads
+
+step "A short run of each fuzzer, built with clang"
+build build-fuzz -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 -DSOAPWRAPPER_FUZZ=ON \
+    -DSOAPWRAPPER_TESTS=OFF -DSOAPWRAPPER_TOOLS=OFF -DSOAPWRAPPER_SANITIZE=address,undefined
+scripts/fuzz.sh build-fuzz "${FUZZ_RUNS:-5000}"
+
+step "All passed"
