@@ -10,15 +10,15 @@ export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=true
 
 jobs=$(nproc)
 step() { printf '\n== %s\n' "$*"; }
-build() { # folder, then cmake's own arguments
-    local folder=$1
-    shift
+build() { # folder, target, then cmake's own arguments
+    local folder=$1 target=$2
+    shift 2
     cmake -S . -B "$folder" -G Ninja "$@" > "$folder.cmake.log" 2>&1 || {
         cat "$folder.cmake.log"
         return 1
     }
     rm -f "$folder.cmake.log"
-    ninja -C "$folder" -j "$jobs" --quiet
+    ninja -C "$folder" -j "$jobs" --quiet "$target"
 }
 run_tests() { # folder, then ctest's own arguments
     local folder=$1
@@ -27,7 +27,7 @@ run_tests() { # folder, then ctest's own arguments
 }
 
 step "The library, the simulator, the probe and the tests"
-build build
+build build all
 step "Layers and formatting"
 scripts/check_sources.sh
 step "Tests"
@@ -36,16 +36,16 @@ run_tests build
 step "Tests under AddressSanitizer and UndefinedBehaviorSanitizer"
 export ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1
 export UBSAN_OPTIONS=print_stacktrace=1
-build build-asan -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g1" -DSOAPWRAPPER_SANITIZE=address,undefined
+build build-asan all -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g1" -DSOAPWRAPPER_SANITIZE=address,undefined
 run_tests build-asan
 
 step "Threads under ThreadSanitizer"
 export TSAN_OPTIONS=halt_on_error=1:suppressions=$PWD/tests/thread_sanitizer.supp
-build build-tsan -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g1" -DSOAPWRAPPER_SANITIZE=thread
+build build-tsan thread_tests -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g1" -DSOAPWRAPPER_SANITIZE=thread
 run_tests build-tsan -L threads
 
 step "A short run of each fuzzer, built with clang"
-build build-fuzz -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 -DSOAPWRAPPER_FUZZ=ON \
+build build-fuzz all -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 -DSOAPWRAPPER_FUZZ=ON \
     -DSOAPWRAPPER_TESTS=OFF -DSOAPWRAPPER_TOOLS=OFF -DSOAPWRAPPER_SANITIZE=address,undefined
 scripts/fuzz.sh build-fuzz "${FUZZ_RUNS:-5000}"
 

@@ -2,7 +2,7 @@
 
 #include "conversion/field_text.h"
 #include "conversion/supplier_id.h"
-#include "conversion/volume_specification.h"
+#include "conversion/volume.h"
 
 #include <cstddef>
 

@@ -1,11 +1,11 @@
 #include "conversion/wire_objects.h"
 
+#include "conversion/export_host.h"
 #include "conversion/field_text.h"
-#include "conversion/host_specification.h"
 #include "conversion/image_definition.h"
-#include "conversion/lsu_specification.h"
+#include "conversion/lsu_pair.h"
 #include "conversion/snap_definition.h"
-#include "conversion/volume_specification.h"
+#include "conversion/volume.h"
 
 namespace soapwrapper
 {

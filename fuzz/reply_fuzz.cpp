@@ -1,6 +1,12 @@
 // What a service may answer. The first byte of the input chooses the operation, the rest is what arrives on
 // the connection, HTTP header included. What is read goes through the conversion, as it does in the entries.
+#include "conversion/events_from_soap.h"
+#include "conversion/file_attributes.h"
+#include "conversion/image_definition.h"
+#include "conversion/lsu_definition.h"
 #include "conversion/server_information.h"
+#include "conversion/snap_definition.h"
+#include "operations/async_result.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -55,16 +61,20 @@ std::unique_ptr<Response> call(PSVWSSoapBindingProxy& proxy,
     return good ? std::move(response) : nullptr;
 }
 
-void convert(const ns1__ServerInformation* wire)
+// Into a record of its own on the heap, so that a write past its end is seen.
+template <class Record, class Wire>
+void convert(void (*conversion)(Record&, const Wire*), const Wire* wire)
 {
-    if (!wire) return;
-    const auto info = std::make_unique<sts_server_info_v8_t>();
-    soapwrapper::set_server_info_from_soap(info.get(), wire, nullptr);
+    const auto record = std::make_unique<Record>();
+    conversion(*record, wire);
 }
 
 void server_properties(PSVWSSoapBindingProxy& proxy)
 {
-    if (const auto reply = call(proxy, &PSVWSSoapBindingProxy::getServerProp)) convert(reply->info);
+    const auto reply = call(proxy, &PSVWSSoapBindingProxy::getServerProp);
+    if (!reply || !reply->info) return;
+    const auto info = std::make_unique<sts_server_info_v8_t>();
+    soapwrapper::set_server_info_from_soap(info.get(), reply->info, nullptr);
 }
 
 void open_server(PSVWSSoapBindingProxy& proxy)
@@ -77,8 +87,70 @@ void close_server(PSVWSSoapBindingProxy& proxy)
     call(proxy, &PSVWSSoapBindingProxy::closeServer);
 }
 
+void lsu_properties(PSVWSSoapBindingProxy& proxy)
+{
+    const auto reply = call(proxy, &PSVWSSoapBindingProxy::getLSUPropByName);
+    if (reply) convert(soapwrapper::set_lsu_info_from_soap, reply->info);
+}
+
+void image_properties(PSVWSSoapBindingProxy& proxy)
+{
+    const auto reply = call(proxy, &PSVWSSoapBindingProxy::getImagePropByName);
+    if (reply) convert(soapwrapper::set_image_info_from_soap, reply->info);
+}
+
+void snapshot_properties(PSVWSSoapBindingProxy& proxy)
+{
+    const auto reply = call(proxy, &PSVWSSoapBindingProxy::getSnapPropByName);
+    if (reply) convert(soapwrapper::set_snap_info_from_soap, reply->snapInfo);
+}
+
+void snapshot_result(PSVWSSoapBindingProxy& proxy)
+{
+    const auto reply = call(proxy, &PSVWSSoapBindingProxy::asyncWaitSnap);
+    if (!reply) return;
+    const soapwrapper::EntryLog log(nullptr, "");
+    const auto record = std::make_unique<sts_async_snap_result_t>();
+    soapwrapper::set_async_snap_result(*record, reply->result, log);
+    if (record->result_kind == STS_RESULT_DIFFERENCE) delete[] record->body.difference.diffs;
+}
+
+void event(PSVWSSoapBindingProxy& proxy)
+{
+    const auto reply = call(proxy, &PSVWSSoapBindingProxy::getEventPayload);
+    if (!reply || !reply->payload) return;
+    const auto& arm = reply->payload->union_EventBody;
+    switch (reply->payload->__union_EventBody) {
+    case 1:
+        return convert(soapwrapper::set_ev_op_from_soap, arm.op);
+    case 2:
+        return convert(soapwrapper::set_ev_lsu_info_from_soap, arm.lsuInfo);
+    case 3:
+        return convert(soapwrapper::set_ev_srv_stat_from_soap, arm.srvStat);
+    case 4:
+        return convert(soapwrapper::set_ev_lsu_stat_from_soap, arm.lsuStat);
+    case 5:
+        return convert(soapwrapper::set_ev_img_info_from_soap, arm.imgInfo);
+    case 6:
+        return convert(soapwrapper::set_ev_actv_from_soap, arm.actv);
+    default:
+        return;
+    }
+}
+
+void files(PSVWSSoapBindingProxy& proxy)
+{
+    const auto reply = call(proxy, &PSVWSSoapBindingProxy::listFile);
+    if (!reply || !reply->fileAttrList) return;
+    for (const ns1__FileAttr* file : reply->fileAttrList->item) {
+        if (file) convert(soapwrapper::set_file_attr_from_soap, file);
+    }
+}
+
 using Exercise = void (*)(PSVWSSoapBindingProxy&);
-constexpr Exercise kExercises[] = {server_properties, open_server, close_server};
+constexpr Exercise kExercises[] = {
+    server_properties,   open_server,     close_server, lsu_properties, image_properties,
+    snapshot_properties, snapshot_result, event,        files};
 
 } // namespace
 

@@ -1,7 +1,7 @@
 #include "operations/async_result.h"
 
 #include "conversion/field_text.h"
-#include "conversion/lsu_specification.h"
+#include "conversion/lsu_pair.h"
 #include "plugin/status.h"
 
 #include <algorithm>

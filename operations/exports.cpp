@@ -1,5 +1,5 @@
 // Making snapshots and volumes reachable from a host, and claiming a volume.
-#include "conversion/volume_specification.h"
+#include "conversion/volume.h"
 #include "conversion/wire_objects.h"
 #include "operations/reference_checks.h"
 #include "plugin/entry_points.h"

@@ -1,7 +1,7 @@
 // What LSUs there are, and what the service says of one.
 #include "conversion/field_text.h"
 #include "conversion/lsu_definition.h"
-#include "conversion/lsu_specification.h"
+#include "conversion/lsu_pair.h"
 #include "conversion/wire_objects.h"
 #include "operations/list_handle.h"
 #include "operations/reference_checks.h"

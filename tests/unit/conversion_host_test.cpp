@@ -1,4 +1,4 @@
-#include "conversion/host_specification.h"
+#include "conversion/export_host.h"
 #include "tests/unit/canary.h"
 
 #include <gmock/gmock.h>

@@ -1,5 +1,5 @@
 #include "conversion/lsu_definition.h"
-#include "conversion/lsu_specification.h"
+#include "conversion/lsu_pair.h"
 #include "tests/unit/canary.h"
 
 #include <gmock/gmock.h>

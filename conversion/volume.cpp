@@ -1,4 +1,4 @@
-#include "conversion/volume_specification.h"
+#include "conversion/volume.h"
 
 #include "conversion/field_text.h"
 

@@ -1,4 +1,4 @@
-#include "conversion/lsu_specification.h"
+#include "conversion/lsu_pair.h"
 
 #include "conversion/field_text.h"
 

@@ -1,4 +1,4 @@
-#include "conversion/host_specification.h"
+#include "conversion/export_host.h"
 
 #include "conversion/field_text.h"
 

@@ -1,6 +1,6 @@
 // Server and LSU pairs, single and in arrays.
-#ifndef SOAPWRAPPER_CONVERSION_LSU_SPECIFICATION_H
-#define SOAPWRAPPER_CONVERSION_LSU_SPECIFICATION_H
+#ifndef SOAPWRAPPER_CONVERSION_LSU_PAIR_H
+#define SOAPWRAPPER_CONVERSION_LSU_PAIR_H
 
 #include "plugin/host_records.h"
 
