@@ -47,7 +47,10 @@ cmake -S . -B build -G Ninja > "$work/cmake.log" 2>&1 || {
     cat "$work/cmake.log"
     exit 1
 }
-ninja -C build --quiet libsoapwrapper.so soapwrapper-sim soapwrapper-probe
+ninja -C build --quiet libsoapwrapper.so soapwrapper-sim soapwrapper-probe > "$work/build.log" 2>&1 || {
+    tail -n 60 "$work/build.log"
+    exit 1
+}
 
 act "A storage service on this machine"
 build/soapwrapper-sim --http "$service_address:8085" --https "$service_address:8086" \

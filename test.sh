@@ -18,12 +18,17 @@ build() { # folder, target, then cmake's own arguments
         return 1
     }
     rm -f "$folder.cmake.log"
-    ninja -C "$folder" -j "$jobs" --quiet "$target"
+    ninja -C "$folder" -j "$jobs" --quiet "$target" > "$folder.build.log" 2>&1 || {
+        tail -n 60 "$folder.build.log"
+        return 1
+    }
+    rm -f "$folder.build.log"
 }
 run_tests() { # folder, then ctest's own arguments
     local folder=$1
     shift
-    ctest --test-dir "$folder" -j "$jobs" --output-on-failure --no-tests=error --progress "$@"
+    ctest --test-dir "$folder" -j "$jobs" --output-on-failure --no-tests=error "$@" |
+        { grep -vE '^ +Start +[0-9]+: |   Passed +[0-9.]+ sec$' || true; }
 }
 
 step "The library, the simulator, the probe and the tests"
