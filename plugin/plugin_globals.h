@@ -9,7 +9,8 @@
 // The path that stspi_init was given; written there only, and read without a lock by any thread.
 extern std::string pluginPath;
 
-// Guards gServerEndPointMap. All zero is a valid mutex, so nobody initialises it.
+// Guards gServerEndPointMap and the start of the second plug-in. All zero is a valid mutex, so nobody
+// initialises it.
 extern pthread_mutex_t gMutex;
 
 namespace soapwrapper
