@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and passes the tests: as they are, under the address and
-# undefined-behaviour sanitizers with leak detection, under the thread sanitizer, and a short run of the fuzzers.
+# undefined-behaviour sanitizers with leak detection, under the thread sanitizer; a short run of the fuzzers, and
+# clang-tidy.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 . scripts/packages.sh
@@ -53,5 +54,8 @@ step "A short run of each fuzzer, built with clang"
 build build-fuzz all -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 -DSOAPWRAPPER_FUZZ=ON \
     -DSOAPWRAPPER_TESTS=OFF -DSOAPWRAPPER_TOOLS=OFF -DSOAPWRAPPER_SANITIZE=address,undefined
 scripts/fuzz.sh build-fuzz "${FUZZ_RUNS:-5000}"
+
+step "clang-tidy over the library"
+scripts/tidy.sh build-fuzz
 
 step "All passed"
