@@ -27,6 +27,8 @@ class Descriptor
 
     int get() const { return fd_; }
     bool valid() const { return fd_ >= 0; }
+    // From here on somebody else closes it.
+    int release() { return std::exchange(fd_, -1); }
 
   private:
     int fd_ = -1;

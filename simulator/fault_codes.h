@@ -24,7 +24,8 @@ enum FaultCode : int {
     kUnknownExport = 2069009,       // the volume isn't exported, or not to that host
     kBadValue = 2069010,            // a value of the request makes no sense
     kUnknownCommand = 2069011,      // the control command has no meaning here
-    kTooManyOpen = 2069012          // as many lists or images are open as there is room for
+    kTooManyOpen = 2069012,         // as many lists or images are open as there is room for
+    kUnreadableTree = 2069013       // a directory that a snapshot or volume stands for can't be read
 };
 
 struct FaultCodeName {
@@ -47,7 +48,8 @@ inline constexpr FaultCodeName kFaultCodeNames[] = {{kMissingElement, "missing e
                                                     {kUnknownExport, "unknown export"},
                                                     {kBadValue, "bad value"},
                                                     {kUnknownCommand, "unknown command"},
-                                                    {kTooManyOpen, "too many open"}};
+                                                    {kTooManyOpen, "too many open"},
+                                                    {kUnreadableTree, "unreadable tree"}};
 
 } // namespace soapwrapper::simulator
 

@@ -2,6 +2,8 @@
 #ifndef SOAPWRAPPER_SIMULATOR_RECORDS_H
 #define SOAPWRAPPER_SIMULATOR_RECORDS_H
 
+#include "simulator/content.h"
+
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -82,6 +84,7 @@ struct Snapshot {
     int status = 0;
     std::int64_t size = 0;
     std::vector<PathMapping> path_map;
+    Content content;
 };
 
 // A partner's server without a colon stands for the machine that the client reached.
@@ -109,6 +112,7 @@ struct LsuProperties {
     std::vector<ReplicationPartner> sources;
     std::vector<ReplicationPartner> targets;
     std::vector<Volume> volumes; // that it holds, besides those of its snapshots
+    Content content;             // of the volumes, as they are at present
 };
 
 } // namespace soapwrapper::simulator

@@ -1,10 +1,12 @@
 #include "simulator/scenario.h"
 
 #include "simulator/json_members.h"
+#include "simulator/scenario_content.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -113,6 +115,7 @@ static void read_json(const Json& value, const std::string& path, Snapshot& snap
     members.optional("status", snapshot.status);
     members.optional("size", snapshot.size);
     members.optional("pathMap", snapshot.path_map);
+    read_content(members, snapshot.content);
     members.finish();
 }
 
@@ -146,6 +149,7 @@ static void read_json(const Json& value, const std::string& path, LsuScenario& l
     members.optional("replicationSources", properties.sources);
     members.optional("replicationTargets", properties.targets);
     members.optional("volumes", properties.volumes);
+    read_content(members, properties.content);
     members.optional("images", lsu.images);
     members.optional("snapshots", lsu.snapshots);
     members.finish();
@@ -208,6 +212,21 @@ Scenario parse_scenario(std::string_view json)
     return scenario;
 }
 
+// A tree is told from where the file stands, so that the two can be moved together.
+static void look_for_trees_in(Scenario& scenario, const std::filesystem::path& folder)
+{
+    const auto look = [&folder](Content& content) {
+        if (content.directory().empty()) return;
+        content = Content::of_directory((folder / content.directory()).string());
+    };
+    for (ServerScenario& server : scenario.servers) {
+        for (LsuScenario& lsu : server.lsus) {
+            look(lsu.properties.content);
+            for (Snapshot& snapshot : lsu.snapshots) look(snapshot.content);
+        }
+    }
+}
+
 Scenario load_scenario(const std::string& path)
 {
     errno = 0;
@@ -218,7 +237,9 @@ Scenario load_scenario(const std::string& path)
         throw ScenarioError(path + ": can't be read: " + (error != 0 ? std::strerror(error) : "it is empty"));
     }
     try {
-        return parse_scenario(text.str());
+        Scenario scenario = parse_scenario(text.str());
+        look_for_trees_in(scenario, std::filesystem::path(path).parent_path());
+        return scenario;
     } catch (const ScenarioError& error) {
         throw ScenarioError(path + ": " + error.what());
     }
