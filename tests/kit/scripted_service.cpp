@@ -229,6 +229,12 @@ void ScriptedService::release()
     changed_.notify_all();
 }
 
+void ScriptedService::forget_answers()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    answers_.clear();
+}
+
 Answer ScriptedService::next_answer()
 {
     const std::lock_guard<std::mutex> lock(mutex_);

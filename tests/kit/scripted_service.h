@@ -60,6 +60,8 @@ class ScriptedService
     // Answers are used in order, one a connection. With none left, a connection is closed unanswered.
     void script(Answer answer);
     void script(const std::vector<Answer>& answers);
+    // Drops those that nobody came for.
+    void forget_answers();
 
     std::vector<Request> requests() const;
     // What stood in the SOAP body of the request with this number, counted from 0; empty if there is none.

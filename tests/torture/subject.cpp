@@ -35,6 +35,15 @@ const char* name_with_tls()
 
 } // namespace
 
+std::vector<Answer> Entry::conversation(const Answer& tortured, bool succeeds) const
+{
+    std::vector<Answer> all;
+    for (const std::string& each : ahead) all.push_back(answer(each));
+    all.push_back(tortured);
+    for (const std::string& each : succeeds ? behind_success : behind_failure) all.push_back(answer(each));
+    return all;
+}
+
 void FreeServer::operator()(stsp_server_t* server) const
 {
     std::free(server->endpoint);

@@ -51,14 +51,23 @@ struct Entry {
     std::string good_reply;
     // What the host sees if there is no answer that can be read.
     int status_without_answer = 2060017;
+    // The answers to what the entry asks besides: ahead of the call that is tortured, and behind it, which
+    // may depend on how that one ended.
+    std::vector<std::string> ahead = {};
+    std::vector<std::string> behind_success = {};
+    std::vector<std::string> behind_failure = {};
+
+    // All that one call of the entry needs, with this answer in the place that is tortured.
+    std::vector<kit::Answer> conversation(const kit::Answer& tortured, bool succeeds) const;
 };
 
-// One row for each entry that calls the service once, by the kinds of entries.
+// One row for each entry, by the kinds of entries.
 std::vector<Entry> server_entries();
 std::vector<Entry> catalogue_entries();
 std::vector<Entry> start_entries();
 std::vector<Entry> follow_entries();
 std::vector<Entry> event_entries();
+std::vector<Entry> change_list_entries();
 
 } // namespace torture
 

@@ -31,8 +31,8 @@ struct Case {
 std::vector<Case> plain_cases()
 {
     std::vector<Case> all;
-    for (const auto& some :
-         {server_entries(), catalogue_entries(), start_entries(), follow_entries(), event_entries()}) {
+    for (const auto& some : {server_entries(), catalogue_entries(), start_entries(), follow_entries(),
+                             event_entries(), change_list_entries()}) {
         for (const Entry& entry : some) all.push_back({entry, false});
     }
     return all;
@@ -79,10 +79,16 @@ class Torture : public testing::TestWithParam<Case>
                                 [](const LogLine& line) { return line.level == STS_LOG_FAILURE; }));
     }
 
-    // One connection a call: nothing is tried again, and no redirection is followed.
-    static void expect_one_connection_more(const ScriptedService& service, std::size_t before)
+    // One connection a request: nothing is tried again, and no redirection is followed.
+    static void expect_no_other_connection(const ScriptedService& service, std::size_t before, bool answered)
     {
-        EXPECT_EQ(service.connections(), before + 1);
+        EXPECT_EQ(service.connections(), before + entry().conversation({}, answered).size());
+    }
+
+    static void script_well(ScriptedService& service)
+    {
+        service.forget_answers();
+        service.script(entry().conversation(answer(entry().good_reply), true));
     }
 
     static void suffer(const Fault& fault)
@@ -91,13 +97,13 @@ class Torture : public testing::TestWithParam<Case>
         ScriptedService service;
         Subject subject(url_of(service), tls());
         const std::size_t connections = service.connections();
-        service.script(fault.answer);
+        service.script(entry().conversation(fault.answer, fault.end == End::succeeds));
         subject.session.clear();
         const int status = entry().call(subject);
         expect_end(fault, status);
         if (status == entry().status_without_answer) expect_a_failure_in_the_log(subject);
-        expect_one_connection_more(service, connections);
-        service.script(answer(entry().good_reply));
+        expect_no_other_connection(service, connections, status != entry().status_without_answer);
+        script_well(service);
         EXPECT_EQ(entry().call(subject), 0) << "the handle is of no more use";
     }
 
@@ -160,9 +166,9 @@ TEST_P(Torture, ByAServiceThatTakesItsTime)
 {
     ScriptedService service;
     Subject subject(url_of(service), tls());
-    service.script({Answer::Manner::hold, http_message(entry().good_reply)});
+    service.script(entry().conversation({Answer::Manner::hold, http_message(entry().good_reply)}, true));
     std::future<int> status = std::async(std::launch::async, [&] { return entry().call(subject); });
-    service.wait_for_requests(1);
+    service.wait_for_requests(entry().ahead.size() + 1);
     service.release();
     EXPECT_EQ(status.get(), 0);
 }
@@ -183,10 +189,10 @@ TEST_P(Torture, ByAnEndAtAnyByte)
         ScriptedService service;
         Subject subject(url_of(service), tls());
         for (std::size_t i = 0; i < kCallsPerService && length < whole.size(); ++i, ++length) {
-            service.script({Answer::Manner::reply, whole.substr(0, length)});
+            service.script(entry().conversation({Answer::Manner::reply, whole.substr(0, length)}, false));
             EXPECT_EQ(entry().call(subject), entry().status_without_answer) << "after " << length << " bytes";
         }
-        service.script(answer(entry().good_reply));
+        script_well(service);
         EXPECT_EQ(entry().call(subject), 0);
     }
     EXPECT_EQ(descriptors(), before);
