@@ -11,6 +11,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <limits>
 
 namespace soapwrapper::simulator
 {
@@ -180,7 +181,10 @@ std::int64_t size_of(const FileTree& files)
 {
     std::int64_t bytes = 0;
     for (const auto& entry : files) {
-        if (entry.second.type == FileType::kRegular) bytes += entry.second.size;
+        if (entry.second.type != FileType::kRegular) continue;
+        if (__builtin_add_overflow(bytes, entry.second.size, &bytes)) {
+            return std::numeric_limits<std::int64_t>::max();
+        }
     }
     return bytes;
 }

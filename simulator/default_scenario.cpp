@@ -31,6 +31,13 @@ std::string_view default_scenario_text()
             {"nfs": {"exportHost": "filer1", "exportName": "/vol/home", "exportPath": "/vol/home"}},
             {"cifs": {"exportHost": "filer1", "shareName": "home$", "exportPath": "/vol/home"}}
           ],
+          "files": [
+            {"path": "alice", "type": "directory", "modified": 1767744000, "owner": 1001, "inode": 64},
+            {"path": "alice/report.odt", "size": 24576, "modified": 1767830400, "owner": 1001, "inode": 65},
+            {"path": "bob", "type": "directory", "modified": 1767657600, "owner": 1002, "inode": 96},
+            {"path": "bob/photos.tar", "size": 1048576, "modified": 1767657600, "owner": 1002, "inode": 97},
+            {"path": "bob/latest", "type": "symlink", "size": 14, "modified": 1767744000, "owner": 1002, "inode": 98}
+          ],
           "images": [
             {
               "basename": "home_1767571200_C1_F1",
@@ -60,24 +67,53 @@ std::string_view default_scenario_text()
               "isid": {"version": 1, "dpaid": "simulator", "dpaver": "1.0",
                        "info": "mount=/mnt/nightly.0105|filer1:/vol/home,use_zapi=0"},
               "volume": {"nfs": {"exportHost": "filer1", "exportName": "/vol/home", "exportPath": "/vol/home"}},
-              "status": 0, "size": 2147483648
+              "status": 0, "size": 2147483648,
+              "files": [
+                {"path": "alice", "type": "directory", "modified": 1767571200, "owner": 1001, "inode": 64},
+                {"path": "alice/report.odt", "size": 18432, "modified": 1767571200, "owner": 1001, "inode": 65},
+                {"path": "alice/draft.odt", "size": 6144, "modified": 1767571200, "owner": 1001, "inode": 66},
+                {"path": "bob", "type": "directory", "modified": 1767571200, "owner": 1002, "inode": 96}
+              ]
             },
             {
               "name": "nightly.0106", "type": 1, "flags": 0, "saveas": 1,
               "isid": {"version": 1, "dpaid": "simulator", "dpaver": "1.0",
                        "info": "mount=/mnt/nightly.0106|filer1:/vol/home,use_zapi=0"},
               "volume": {"nfs": {"exportHost": "filer1", "exportName": "/vol/home", "exportPath": "/vol/home"}},
-              "status": 0, "size": 1073741824
+              "status": 0, "size": 1073741824,
+              "files": [
+                {"path": "alice", "type": "directory", "modified": 1767571200, "owner": 1001, "inode": 64},
+                {"path": "alice/report.odt", "size": 20480, "modified": 1767657600, "owner": 1001, "inode": 65},
+                {"path": "alice/draft.odt", "size": 6144, "modified": 1767571200, "owner": 1001, "inode": 66},
+                {"path": "bob", "type": "directory", "modified": 1767657600, "owner": 1002, "inode": 96},
+                {"path": "bob/photos.tar", "size": 1048576, "modified": 1767657600, "owner": 1002, "inode": 97}
+              ]
             },
             {
               "name": "nightly.0107", "type": 1, "flags": 0, "saveas": 1,
               "volume": {"nfs": {"exportHost": "filer1", "exportName": "/vol/home", "exportPath": "/vol/home"}},
-              "status": 0, "size": 536870912
+              "status": 0, "size": 536870912,
+              "files": [
+                {"path": "alice", "type": "directory", "modified": 1767571200, "owner": 1001, "inode": 64},
+                {"path": "alice/report.odt", "size": 20480, "modified": 1767657600, "owner": 1001, "inode": 65},
+                {"path": "alice/draft.odt", "size": 6144, "modified": 1767571200, "owner": 1001, "inode": 66},
+                {"path": "bob", "type": "directory", "modified": 1767657600, "owner": 1002, "inode": 96},
+                {"path": "bob/photos.tar", "size": 1048576, "modified": 1767657600, "owner": 1002, "inode": 97},
+                {"path": "bob/latest", "type": "symlink", "size": 14, "modified": 1767744000, "owner": 1002, "inode": 98}
+              ]
             },
             {
               "name": "before-cleanup", "type": 2, "flags": 1, "saveas": 1,
               "volume": {"cifs": {"exportHost": "filer1", "shareName": "home$", "exportPath": "/vol/home"}},
-              "status": 0, "size": 268435456
+              "status": 0, "size": 268435456,
+              "files": [
+                {"path": "alice", "type": "directory", "modified": 1767571200, "owner": 1001, "inode": 64},
+                {"path": "alice/report.odt", "size": 20480, "modified": 1767657600, "owner": 1001, "inode": 65},
+                {"path": "alice/draft.odt", "size": 6144, "modified": 1767571200, "owner": 1001, "inode": 66},
+                {"path": "bob", "type": "directory", "modified": 1767657600, "owner": 1002, "inode": 96},
+                {"path": "bob/photos.tar", "size": 1048576, "modified": 1767657600, "owner": 1002, "inode": 97},
+                {"path": "bob/latest", "type": "symlink", "size": 14, "modified": 1767744000, "owner": 1002, "inode": 98}
+              ]
             }
           ]
         },
@@ -129,6 +165,68 @@ std::string_view default_scenario_text()
               "name": "yearly.2025", "type": 1, "flags": 0, "saveas": 2,
               "volume": {"ndmp": {"exportfiler": "filer1", "exportpath": "/vol/archive"}},
               "status": 0, "size": 0
+            }
+          ]
+        },
+        {
+          "name": "projects",
+          "label": "Projects",
+          "description": "Read by NDMP, with what differs between its snapshots",
+          "alloc": 1, "storage": 2, "flags": 0, "saveas": 1,
+          "maxTransfer": 1048576, "blockSize": 4096, "allocSize": 65536,
+          "capacity": 549755813888, "capacityPhys": 549755813888,
+          "used": 1073741824, "usedPhys": 1073741824,
+          "volumes": [
+            {"ndmp": {"exportfiler": "filer1", "exportpath": "/vol/projects"}},
+            {"nfs": {"exportHost": "filer1", "exportName": "/vol/projects", "exportPath": "/vol/projects"}}
+          ],
+          "snapshots": [
+            {
+              "name": "weekly.1", "type": 1, "flags": 0, "saveas": 1,
+              "isid": {"version": 1, "dpaid": "simulator", "dpaver": "1.0",
+                       "info": "mount=/mnt/projects|filer1:/vol/projects,use_zapi=0"},
+              "volume": {"ndmp": {"exportfiler": "filer1", "exportpath": "/vol/projects/.snapshot/weekly.1"}},
+              "status": 0, "size": 262144,
+              "files": [
+                {"path": "bridge", "type": "directory", "size": 4096, "modified": 1767571200, "inode": 64, "permissions": 493},
+                {"path": "bridge/plan.dwg", "size": 204800, "modified": 1767571200, "inode": 65},
+                {"path": "bridge/costs.ods", "size": 30720, "modified": 1767571200, "inode": 66},
+                {"path": "tunnel", "type": "directory", "size": 4096, "modified": 1767571200, "inode": 67, "permissions": 493},
+                {"path": "tunnel/survey.txt", "size": 8192, "modified": 1767571200, "inode": 68},
+                {"path": "tunnel/old notes.txt", "size": 512, "modified": 1767571200, "inode": 69}
+              ]
+            },
+            {
+              "name": "weekly.2", "type": 1, "flags": 0, "saveas": 1,
+              "isid": {"version": 1, "dpaid": "simulator", "dpaver": "1.0",
+                       "info": "mount=/mnt/projects|filer1:/vol/projects,use_zapi=0"},
+              "volume": {"ndmp": {"exportfiler": "filer1", "exportpath": "/vol/projects/.snapshot/weekly.2"}},
+              "status": 0, "size": 335872,
+              "files": [
+                {"path": "bridge", "type": "directory", "size": 4096, "modified": 1768176000, "inode": 64, "permissions": 493},
+                {"path": "bridge/plan.dwg", "size": 215040, "modified": 1768176000, "inode": 65},
+                {"path": "bridge/costs.ods", "size": 30720, "modified": 1767571200, "inode": 66},
+                {"path": "bridge/Längsschnitt.pdf", "size": 65536, "modified": 1768176000, "inode": 70},
+                {"path": "tunnel", "type": "directory", "size": 4096, "modified": 1768176000, "inode": 67, "permissions": 493},
+                {"path": "tunnel/survey.txt", "size": 8192, "modified": 1767571200, "inode": 68}
+              ]
+            },
+            {
+              "name": "weekly.3", "type": 1, "flags": 0, "saveas": 1,
+              "isid": {"version": 1, "dpaid": "simulator", "dpaver": "1.0",
+                       "info": "use_zapi=0"},
+              "volume": {"ndmp": {"exportfiler": "filer1", "exportpath": "/vol/projects/.snapshot/weekly.3"}},
+              "status": 0, "size": 348160,
+              "files": [
+                {"path": "bridge", "type": "directory", "size": 4096, "modified": 1768176000, "inode": 64, "permissions": 493},
+                {"path": "bridge/plan.dwg", "size": 215040, "modified": 1768176000, "inode": 65},
+                {"path": "bridge/costs.ods", "size": 33792, "modified": 1768780800, "inode": 66},
+                {"path": "bridge/Längsschnitt.pdf", "size": 65536, "modified": 1768176000, "inode": 70},
+                {"path": "latest", "type": "symlink", "size": 6, "modified": 1768780800, "inode": 72, "permissions": 511},
+                {"path": "tunnel", "type": "directory", "size": 4096, "modified": 1768780800, "inode": 67, "permissions": 493},
+                {"path": "tunnel/survey.txt", "size": 9216, "modified": 1768780800, "inode": 68},
+                {"path": "tunnel/back\\slash.txt", "size": 64, "modified": 1768780800, "inode": 71}
+              ]
             }
           ]
         }

@@ -1,5 +1,6 @@
 #include "simulator/exports.h"
 
+#include "simulator/announcements.h"
 #include "simulator/wire.h"
 
 #include <algorithm>
@@ -48,7 +49,10 @@ const Export& add_export(Storage& storage, const Place& place, const Volume& sou
 {
     const std::string name = source_name + "." + std::to_string(storage.next_serial());
     const Volume volume = exported_volume(source, host_of(place.server_name), name);
-    return place.server.exports.emplace_back(Export{place.lsu_index, snapshot, volume, std::move(hosts)});
+    const Export& made =
+        place.server.exports.emplace_back(Export{place.lsu_index, snapshot, volume, std::move(hosts)});
+    announce_export(storage, place.server, made);
+    return made;
 }
 
 // Without names an export is for any host, and stays so.
@@ -108,8 +112,9 @@ void handle(Call& call, const _ns1__deleteExport& request, _ns1__deleteExportRes
     exported->hosts.erase(std::remove_if(exported->hosts.begin(), exported->hosts.end(),
                                          [&](const std::string& host) { return holds(hosts, host); }),
                           exported->hosts.end());
-    if (hosts.empty() || exported->hosts.empty())
-        exports.erase(exports.begin() + (exported - exports.data()));
+    if (!hosts.empty() && !exported->hosts.empty()) return;
+    announce_export_ended(*storage, place.server, *exported);
+    exports.erase(exports.begin() + (exported - exports.data()));
 }
 
 void handle(Call& call, const _ns1__claimVolume& request, _ns1__claimVolumeResponse&)

@@ -1,5 +1,6 @@
 #include "simulator/images.h"
 
+#include "simulator/announcements.h"
 #include "simulator/text.h"
 #include "simulator/wire.h"
 
@@ -15,7 +16,8 @@ bool asks_for(const std::string* asked, const std::string& value)
     return !asked || asked->empty() || *asked == value;
 }
 
-// The one image that a definition means: by its base name, and by what else the definition tells.
+} // namespace
+
 std::map<Serial, Image>::iterator find_image(Lsu& lsu, const ns1__ImageDefinition* wire, const char* element)
 {
     const ns1__ImageDefinition& wanted = required(wire, element);
@@ -38,7 +40,7 @@ std::map<Serial, Image>::iterator find_image(Lsu& lsu, const ns1__ImageDefinitio
     return found;
 }
 
-ns1__ImageDefinition* wire_definition(const Call& call, const Image& image)
+ns1__ImageDefinition* wire_image_definition(const Call& call, const Image& image)
 {
     ns1__ImageDefinition* definition = call.make(soap_new_ns1__ImageDefinition);
     definition->version = image.version;
@@ -53,14 +55,14 @@ ns1__ImageDefinition* wire_definition(const Call& call, const Image& image)
     return definition;
 }
 
-ns1__ImageInformation* wire_information(const Call& call, const Image& image, const std::string& server_name,
-                                        const Lsu& lsu)
+ns1__ImageInformation* wire_image(const Call& call, const Image& image, const std::string& server_name,
+                                  const std::string& lsu_name)
 {
     ns1__ImageInformation* info = call.make(soap_new_ns1__ImageInformation);
     info->version = kRecordVersion;
-    info->def = wire_definition(call, image);
+    info->def = wire_image_definition(call, image);
     info->server = call.text(server_name);
-    info->lsu = call.text(lsu.properties.name);
+    info->lsu = call.text(lsu_name);
     info->size = image.size;
     info->blockSize = image.block_size;
     info->exports = call.make(soap_new_ns1__ArrayOfExport);
@@ -73,8 +75,6 @@ ns1__ImageInformation* wire_information(const Call& call, const Image& image, co
     info->status = image.status;
     return info;
 }
-
-} // namespace
 
 void handle(Call& call, const _ns1__openImageList& request, _ns1__openImageListResponse& response)
 {
@@ -89,8 +89,8 @@ void handle(Call& call, const _ns1__openImageList& request, _ns1__openImageListR
 void handle(Call& call, const _ns1__listImage& request, _ns1__listImageResponse& response)
 {
     const Model::Use storage = call.model().use();
-    response.image =
-        wire_definition(call, storage->next_image(token_of(request.imageListHandle, "imageListHandle")));
+    response.image = wire_image_definition(
+        call, storage->next_image(token_of(request.imageListHandle, "imageListHandle")));
 }
 
 void handle(Call& call, const _ns1__closeImageList& request, _ns1__closeImageListResponse&)
@@ -105,8 +105,8 @@ void handle(Call& call, const _ns1__getImageProp& request, _ns1__getImagePropRes
     const OpenImage& opened = storage->images.at(token_of(request.imageHandle, "imageHandle"));
     const Lsu& lsu = storage->server(opened.server).lsus[opened.image.lsu];
     // An open image isn't deleted: it is there.
-    response.info = wire_information(call, lsu.images.at(opened.image.serial),
-                                     storage->session(opened.session).name, lsu);
+    response.info = wire_image(call, lsu.images.at(opened.image.serial),
+                               storage->session(opened.session).name, lsu.properties.name);
 }
 
 void handle(Call& call, const _ns1__getImagePropByName& request, _ns1__getImagePropByNameResponse& response)
@@ -114,7 +114,7 @@ void handle(Call& call, const _ns1__getImagePropByName& request, _ns1__getImageP
     const Model::Use storage = call.model().use();
     const Place place = place_of(*storage, request.lsu);
     const Image& image = find_image(place.lsu, request.image, "image")->second;
-    response.info = wire_information(call, image, place.server_name, place.lsu);
+    response.info = wire_image(call, image, place.server_name, place.lsu.properties.name);
 }
 
 void handle(Call& call, const _ns1__deleteImage& request, _ns1__deleteImageResponse&)
@@ -126,6 +126,7 @@ void handle(Call& call, const _ns1__deleteImage& request, _ns1__deleteImageRespo
         throw Fault(kInUse, "the image is open");
     }
     place.lsu.release(image->second.size);
+    announce_image_deleted(place.server, place.lsu, image->second);
     place.lsu.images.erase(image);
 }
 

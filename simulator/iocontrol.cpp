@@ -19,6 +19,7 @@ enum Command {
 };
 
 constexpr int kWantsAnswer = 2; // in ioflag
+constexpr char kLongestCount[] = "18446744073709551615";
 
 std::string escaped(const std::string& text)
 {
@@ -64,6 +65,51 @@ void require_volume(const std::string& args)
     if (args.empty()) throw Fault(kBadValue, "the command needs a volume's texts as its args");
 }
 
+// Whether the two texts of `args` are the volume's. Behind the first one, a user and a password may follow
+// ahead of the semicolon; what these hold is nobody's business.
+bool tells_of(const std::string& args, const Volume& volume)
+{
+    const std::string& host = volume.texts[0];
+    const std::string end = ";" + volume.texts[1];
+    if (args == host + end) return true;
+    return args.size() > host.size() + end.size() && args.compare(0, host.size(), host) == 0 &&
+           args[host.size()] == ' ' && args.compare(args.size() - end.size(), end.size(), end) == 0;
+}
+
+// The name of the volume among those that are listed; none, if the server doesn't know it.
+std::optional<std::string> known_volume(const StorageServer& server, const std::string& args)
+{
+    std::optional<std::string> name;
+    const auto look = [&](const Volume& volume) {
+        if (!name && tells_of(args, volume)) name = volume.texts[0] + ";" + volume.texts[1];
+    };
+    for (const Lsu& lsu : server.lsus) {
+        for (const Volume& volume : lsu.properties.volumes) look(volume);
+        for (const auto& entry : lsu.snapshots) look(entry.second.volume);
+    }
+    return name;
+}
+
+// The answer is how many listings the volume has now.
+std::string start_listing(StorageServer& server, const std::string& session, const std::string& args,
+                          int busy)
+{
+    require_volume(args);
+    const std::optional<std::string> volume = known_volume(server, args);
+    if (!volume) throw Fault(kUnknownVolume, "the server knows no such volume");
+    server.listings.start(session, *volume, busy);
+    return std::to_string(server.listings.count(*volume));
+}
+
+std::string stop_listing(StorageServer& server, const std::string& session, const std::string& args)
+{
+    require_volume(args);
+    const std::optional<std::string> volume = known_volume(server, args);
+    if (!volume) return "0";
+    server.listings.stop(session, *volume);
+    return std::to_string(server.listings.count(*volume));
+}
+
 // A caller that sent a text told by len how large its buffer is, terminator included. A text that it would
 // have to cut is no use to it, and a plain one might not even be cut.
 void require_fitting(const _ns1__ioControl& request, const std::string& answer)
@@ -79,7 +125,9 @@ void require_fitting(const _ns1__ioControl& request, const std::string& answer)
 void handle(Call& call, const _ns1__ioControl& request, _ns1__ioControlResponse& response)
 {
     const Model::Use storage = call.model().use();
-    const StorageServer& server = storage->server(storage->session(token_of(request.serverHandle)).server);
+    const std::string& session = token_of(request.serverHandle);
+    StorageServer& server = storage->server(storage->session(session).server);
+    const bool wants_answer = (request.ioflag & kWantsAnswer) != 0;
     bool is_counted = false;
     std::string answer;
     switch (request.command) {
@@ -91,8 +139,12 @@ void handle(Call& call, const _ns1__ioControl& request, _ns1__ioControlResponse&
         is_counted = true;
         break;
     case kStartSnapDiff:
+        if (wants_answer) require_fitting(request, kLongestCount);
+        answer = start_listing(server, session, request.args, storage->change_list_settings.start_busy);
+        break;
     case kStopSnapDiff:
-        require_volume(request.args);
+        if (wants_answer) require_fitting(request, kLongestCount);
+        answer = stop_listing(server, session, request.args);
         break;
     case kGetPathMap:
         answer = path_map_document(snapshot_of(server, request.args));
@@ -101,7 +153,7 @@ void handle(Call& call, const _ns1__ioControl& request, _ns1__ioControlResponse&
     default:
         throw Fault(kUnknownCommand, "there is no control command " + std::to_string(request.command));
     }
-    if ((request.ioflag & kWantsAnswer) == 0) return;
+    if (!wants_answer) return;
     require_fitting(request, answer);
     response.args = std::move(answer);
     if (is_counted) response.len = static_cast<int>(response.args.size());

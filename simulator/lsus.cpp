@@ -1,5 +1,6 @@
 #include "simulator/lsus.h"
 
+#include "simulator/announcements.h"
 #include "simulator/text.h"
 #include "simulator/wire.h"
 
@@ -53,6 +54,21 @@ ns1__ArrayOfLSUSpecification* wire_partners(const Call& call, const std::vector<
 
 } // namespace
 
+ns1__LSUInformation* wire_lsu(const Call& call, const LsuProperties& lsu, std::size_t images,
+                              const std::string& server_name)
+{
+    ns1__LSUInformation* info = call.make(soap_new_ns1__LSUInformation);
+    info->version = kRecordVersion;
+    info->server = server_name;
+    info->def = wire_definition(call, lsu);
+    info->capacity = lsu.capacity;
+    info->capacityPhys = lsu.capacity_phys;
+    info->used = lsu.used;
+    info->usedPhys = lsu.used_phys;
+    info->images = static_cast<LONG64>(images);
+    return info;
+}
+
 void handle(Call& call, const _ns1__openLSUList& request, _ns1__openLSUListResponse& response)
 {
     const Model::Use storage = call.model().use();
@@ -85,17 +101,7 @@ void handle(Call& call, const _ns1__getLSUPropByName& request, _ns1__getLSUPropB
 {
     const Model::Use storage = call.model().use();
     const Place place = place_of(*storage, request.lsu);
-    const LsuProperties& lsu = place.lsu.properties;
-    ns1__LSUInformation* info = call.make(soap_new_ns1__LSUInformation);
-    info->version = kRecordVersion;
-    info->server = place.server_name;
-    info->def = wire_definition(call, lsu);
-    info->capacity = lsu.capacity;
-    info->capacityPhys = lsu.capacity_phys;
-    info->used = lsu.used;
-    info->usedPhys = lsu.used_phys;
-    info->images = static_cast<LONG64>(place.lsu.images.size());
-    response.info = info;
+    response.info = wire_lsu(call, place.lsu.properties, place.lsu.images.size(), place.server_name);
 }
 
 // All partners that there are: a client that asks for another number sees by the answer that it is wrong.
@@ -118,6 +124,7 @@ void handle(Call& call, const _ns1__labelLSU& request, _ns1__labelLSUResponse&)
         throw Fault(kBadValue, "a label has at most " + std::to_string(kLongestLabel) + " characters");
     }
     place.lsu.properties.label = request.lsuLabel;
+    announce_label(place.server, place.lsu);
 }
 
 } // namespace soapwrapper::simulator

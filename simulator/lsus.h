@@ -7,6 +7,9 @@
 namespace soapwrapper::simulator
 {
 
+ns1__LSUInformation* wire_lsu(const Call& call, const LsuProperties& lsu, std::size_t images,
+                              const std::string& server_name);
+
 void handle(Call& call, const _ns1__openLSUList& request, _ns1__openLSUListResponse& response);
 void handle(Call& call, const _ns1__listLSU& request, _ns1__listLSUResponse& response);
 void handle(Call& call, const _ns1__closeLSUList& request, _ns1__closeLSUListResponse& response);

@@ -13,6 +13,12 @@ Model::Model(const Scenario& scenario, std::vector<std::string> interfaces, std:
 {
 }
 
+void Model::request_arrived()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    storage_.request_arrived();
+}
+
 ServerProperties Model::properties_by_name(const std::string& server) const
 {
     const std::lock_guard<std::mutex> lock(mutex_);
@@ -46,13 +52,27 @@ void Model::close_server(const std::string& token)
     storage_.close_session(token);
 }
 
-std::string Model::open_session(const std::string& name, const Credential& credential)
+std::string Model::open_event_channel(const std::string& server, const Credential& credential,
+                                      std::int64_t from)
 {
-    storage_.server_index(name); // an unknown server is told ahead of a wrong credential
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return storage_.event_channels.open({admit(server, credential), server, from});
+}
+
+std::size_t Model::admit(const std::string& name, const Credential& credential) const
+{
+    // An unknown server is told ahead of a wrong credential.
+    const std::size_t index = storage_.server_index(name);
     if (credential.type != kCredentialType || credential.bytes.size() != credential_.size() ||
         CRYPTO_memcmp(credential.bytes.data(), credential_.data(), credential_.size()) != 0) {
         throw Fault(kCredentialRefused, "the credential is refused");
     }
+    return index;
+}
+
+std::string Model::open_session(const std::string& name, const Credential& credential)
+{
+    admit(name, credential);
     return storage_.open_session(name);
 }
 

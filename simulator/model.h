@@ -39,6 +39,9 @@ class Model
     Model(const Model&) = delete;
     Model& operator=(const Model&) = delete;
 
+    // Each request tells of itself once, before anything is made of it.
+    void request_arrived();
+
     ServerProperties properties_by_name(const std::string& server) const;
     ServerProperties properties(const std::string& token) const;
 
@@ -48,7 +51,12 @@ class Model
                                    const Credential& credential);
     void close_server(const std::string& token);
 
-    // The storage, with nobody else at it for as long as this lives.
+    // The token of a channel with the server's events from this number on. It is no session.
+    std::string open_event_channel(const std::string& server, const Credential& credential,
+                                   std::int64_t from);
+
+    // The storage, with nobody else at it for as long as this lives, and with all operations ended whose end
+    // has come.
     class Use
     {
       public:
@@ -57,7 +65,10 @@ class Model
 
       private:
         friend class Model;
-        Use(std::mutex& mutex, Storage& storage) : lock_(mutex), storage_(storage) {}
+        Use(std::mutex& mutex, Storage& storage) : lock_(mutex), storage_(storage)
+        {
+            storage_.operations.end_due(storage_);
+        }
 
         std::unique_lock<std::mutex> lock_;
         Storage& storage_;
@@ -65,7 +76,8 @@ class Model
     Use use() { return {mutex_, storage_}; }
 
   private:
-    // Both with the lock held.
+    // All with the lock held.
+    std::size_t admit(const std::string& name, const Credential& credential) const; // the server's index
     std::string open_session(const std::string& name, const Credential& credential);
     ServerProperties describe(const StorageServer& server, const std::string& name) const;
 

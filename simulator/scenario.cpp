@@ -1,7 +1,9 @@
 #include "simulator/scenario.h"
 
 #include "simulator/json_members.h"
+#include "simulator/scenario_changelists.h"
 #include "simulator/scenario_content.h"
+#include "simulator/scenario_operations.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -204,7 +206,9 @@ Scenario parse_scenario(std::string_view json)
     const Json document = parse_json(json);
     Scenario scenario;
     JsonMembers members(document, "");
+    read_operations(members, scenario);
     members.required("servers", scenario.servers);
+    members.optional("changeLists", scenario.change_lists);
     members.finish();
     if (scenario.servers.empty()) refuse_json("servers", "it holds no server");
     require_names_of_their_own(scenario.servers, "servers", "prefix",

@@ -2,7 +2,9 @@
 #ifndef SOAPWRAPPER_SIMULATOR_SCENARIO_H
 #define SOAPWRAPPER_SIMULATOR_SCENARIO_H
 
+#include "simulator/operation_settings.h"
 #include "simulator/records.h"
+#include "simulator/simulated_time.h"
 
 #include <stdexcept>
 #include <string>
@@ -30,7 +32,19 @@ struct ServerScenario {
     std::vector<LsuScenario> lsus;
 };
 
+// How the service behaves when changes are listed. Intervals are seconds.
+struct ChangeListSettings {
+    int batch = 1000;       // entries in an answer
+    int busy = 0;           // busy answers ahead of a list's first batch
+    int retry_interval = 0; // that comes with these
+    int pace = 0;           // that comes with a batch, as long as the list isn't at its end
+    int start_busy = 0;     // starts that are refused ahead of one that succeeds, on each volume
+};
+
 struct Scenario {
+    ChangeListSettings change_lists;
+    TimeKind time = TimeKind::kClock;
+    OperationSettings operations;
     std::vector<ServerScenario> servers;
 };
 

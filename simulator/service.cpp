@@ -1,11 +1,16 @@
 #include "simulator/service.h"
 
+#include "simulator/changelists.h"
+#include "simulator/events.h"
 #include "simulator/exports.h"
 #include "simulator/http.h"
+#include "simulator/image_copies.h"
 #include "simulator/images.h"
 #include "simulator/iocontrol.h"
 #include "simulator/lsus.h"
 #include "simulator/operation_list.h"
+#include "simulator/operation_starts.h"
+#include "simulator/operation_waits.h"
 #include "simulator/sessions.h"
 #include "simulator/snapshots.h"
 #include "simulator/text.h"
@@ -63,6 +68,7 @@ class Service : public PSVWSSoapBindingService
     {
         operation_ = operation;
         try {
+            backend_.model.request_arrived();
             backend_.interference.apply(operation);
             Call call(backend_.model, *this);
             handle(call, required(request, operation), response);

@@ -7,6 +7,22 @@ namespace soapwrapper::simulator
 namespace
 {
 
+ns1__ArrayOfString* wire_strings(const Call& call, const std::vector<std::string>& strings)
+{
+    ns1__ArrayOfString* array = call.make(soap_new_ns1__ArrayOfString);
+    array->item = strings;
+    return array;
+}
+
+ns1__ArrayOfInt* wire_numbers(const Call& call, const std::vector<int>& numbers)
+{
+    ns1__ArrayOfInt* array = call.make(soap_new_ns1__ArrayOfInt);
+    array->item = numbers;
+    return array;
+}
+
+} // namespace
+
 Credential credential_of(const ns1__Credential* wire)
 {
     const ns1__Credential& credential = required(wire, "cred");
@@ -23,21 +39,7 @@ Credential credential_of(const ns1__Credential* wire)
     return read;
 }
 
-ns1__ArrayOfString* wire_strings(const Call& call, const std::vector<std::string>& strings)
-{
-    ns1__ArrayOfString* array = call.make(soap_new_ns1__ArrayOfString);
-    array->item = strings;
-    return array;
-}
-
-ns1__ArrayOfInt* wire_numbers(const Call& call, const std::vector<int>& numbers)
-{
-    ns1__ArrayOfInt* array = call.make(soap_new_ns1__ArrayOfInt);
-    array->item = numbers;
-    return array;
-}
-
-ns1__ServerInformation* wire_information(const Call& call, const ServerProperties& properties)
+ns1__ServerInformation* wire_server(const Call& call, const ServerProperties& properties)
 {
     ns1__ServerInformation* info = call.make(soap_new_ns1__ServerInformation);
     info->server = call.text(properties.name);
@@ -51,8 +53,6 @@ ns1__ServerInformation* wire_information(const Call& call, const ServerPropertie
     info->ndmpHost = call.text(properties.ndmp_host);
     return info;
 }
-
-} // namespace
 
 void handle(Call& call, const _ns1__openServer& request, _ns1__openServerResponse& response)
 {
@@ -77,12 +77,12 @@ void handle(Call& call, const _ns1__closeServer& request, _ns1__closeServerRespo
 
 void handle(Call& call, const _ns1__getServerProp& request, _ns1__getServerPropResponse& response)
 {
-    response.info = wire_information(call, call.model().properties(token_of(request.serverHandle)));
+    response.info = wire_server(call, call.model().properties(token_of(request.serverHandle)));
 }
 
 void handle(Call& call, const _ns1__getServerPropByName& request, _ns1__getServerPropByNameResponse& response)
 {
-    response.info = wire_information(call, call.model().properties_by_name(request.server));
+    response.info = wire_server(call, call.model().properties_by_name(request.server));
 }
 
 } // namespace soapwrapper::simulator

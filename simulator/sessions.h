@@ -7,6 +7,9 @@
 namespace soapwrapper::simulator
 {
 
+Credential credential_of(const ns1__Credential* wire);
+ns1__ServerInformation* wire_server(const Call& call, const ServerProperties& properties);
+
 void handle(Call& call, const _ns1__openServer& request, _ns1__openServerResponse& response);
 void handle(Call& call, const _ns1__openTargetServer& request, _ns1__openTargetServerResponse& response);
 void handle(Call& call, const _ns1__closeServer& request, _ns1__closeServerResponse& response);

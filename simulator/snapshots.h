@@ -7,6 +7,9 @@
 namespace soapwrapper::simulator
 {
 
+ns1__SnapInformation* wire_snapshot(const Call& call, const Snapshot& snapshot,
+                                    const std::string& server_name, const std::string& lsu_name);
+
 void handle(Call& call, const _ns1__openSnapList& request, _ns1__openSnapListResponse& response);
 void handle(Call& call, const _ns1__openSnapListByVolume& request, _ns1__openSnapListResponse& response);
 void handle(Call& call, const _ns1__listSnap& request, _ns1__listSnapResponse& response);

@@ -1,10 +1,12 @@
 #include "simulator/storage.h"
 
+#include "simulator/announcements.h"
 #include "simulator/fault.h"
 #include "simulator/fault_codes.h"
 #include "simulator/text.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace soapwrapper::simulator
 {
@@ -13,6 +15,9 @@ namespace
 
 // A client that forgets to close its lists is told before the memory is gone.
 constexpr std::size_t kMaxOpen = 10000;
+
+// A host's record has no room for more. Names are kept for as long as what they open.
+constexpr std::size_t kLongestHost = 511;
 
 // The next entry of which `find` knows the object still.
 template <class Find>
@@ -33,6 +38,14 @@ auto* find_by_serial(Objects& objects, Serial serial)
 
 } // namespace
 
+void Lsu::occupy(std::int64_t size)
+{
+    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+    for (std::int64_t* used : {&properties.used, &properties.used_phys}) {
+        if (size > 0) *used = *used > kMost - size ? kMost : *used + size;
+    }
+}
+
 void Lsu::release(std::int64_t size)
 {
     for (std::int64_t* used : {&properties.used, &properties.used_phys}) {
@@ -43,7 +56,7 @@ void Lsu::release(std::int64_t size)
 template <class Value>
 void OpenTable<Value>::require_room(std::size_t used)
 {
-    if (used >= kMaxOpen) throw Fault(kTooManyOpen, "there are too many open lists or images");
+    if (used >= kMaxOpen) throw Fault(kTooManyOpen, "too many are open");
 }
 
 template <class Value>
@@ -54,8 +67,11 @@ void OpenTable<Value>::refuse(const char* what)
 
 template class OpenTable<Cursor>;
 template class OpenTable<OpenImage>;
+template class OpenTable<OpenChangeList>;
+template class OpenTable<EventChannel>;
 
 Storage::Storage(const Scenario& scenario)
+    : operations(scenario.operations), change_list_settings(scenario.change_lists), time_(scenario.time)
 {
     for (const ServerScenario& described : scenario.servers) {
         StorageServer& server = servers_.emplace_back();
@@ -69,13 +85,14 @@ Storage::Storage(const Scenario& scenario)
             }
         }
         server.scenario.lsus.clear();
+        announce_start(server);
     }
 }
 
 std::size_t Storage::server_index(const std::string& name) const
 {
     const std::size_t colon = name.find(':');
-    if (colon != std::string::npos && colon + 1 < name.size()) {
+    if (colon != std::string::npos && colon + 1 < name.size() && name.size() - colon <= kLongestHost + 1) {
         for (std::size_t i = 0; i < servers_.size(); ++i) {
             if (name.compare(0, colon, servers_[i].scenario.prefix) == 0) return i;
         }
@@ -92,6 +109,7 @@ std::string Storage::open_session(const std::string& name)
     }
     std::string token = sessions_.add({index, name});
     ++server.open_sessions;
+    announce_session_opened(server);
     return token;
 }
 
@@ -106,6 +124,7 @@ void Storage::close_session(const std::string& token)
 {
     StorageServer& server = servers_[session(token).server];
     --server.open_sessions;
+    announce_session_closed(server);
     const auto is_of_it = [&token](const auto& opened) { return opened.session == token; };
     server.claims.erase(std::remove_if(server.claims.begin(), server.claims.end(), is_of_it),
                         server.claims.end());
@@ -113,19 +132,28 @@ void Storage::close_session(const std::string& token)
     image_lists.close_if(is_of_it);
     snapshot_lists.close_if(is_of_it);
     images.close_if(is_of_it);
+    change_lists.close_if(is_of_it);
+    server.listings.end(token);
     sessions_.erase(token);
+}
+
+std::size_t Storage::lsu_index(std::size_t server, const std::string& name) const
+{
+    const std::vector<Lsu>& lsus = servers_[server].lsus;
+    const auto found =
+        std::find_if(lsus.begin(), lsus.end(), [&](const Lsu& lsu) { return lsu.properties.name == name; });
+    if (found == lsus.end()) {
+        throw Fault(kUnknownLsu, "the server has no LSU called \"" + printable(name) + "\"");
+    }
+    return static_cast<std::size_t>(found - lsus.begin());
 }
 
 Place Storage::place(const std::string& session_token, const std::string& lsu_name)
 {
     const Session& from = session(session_token);
+    const std::size_t index = lsu_index(from.server, lsu_name);
     StorageServer& server = servers_[from.server];
-    for (std::size_t i = 0; i < server.lsus.size(); ++i) {
-        if (server.lsus[i].properties.name == lsu_name) {
-            return {session_token, from.name, server, from.server, i, server.lsus[i]};
-        }
-    }
-    throw Fault(kUnknownLsu, "the server has no LSU called \"" + printable(lsu_name) + "\"");
+    return {session_token, from.name, server, from.server, index, server.lsus[index]};
 }
 
 const std::string& Storage::next_lsu(const std::string& token)
@@ -152,6 +180,15 @@ const Snapshot& Storage::next_snapshot(const std::string& token)
     return next_of(cursor, [&](const Cursor::Entry& entry) {
         return find_by_serial(holder.lsus[entry.lsu].snapshots, entry.serial);
     });
+}
+
+const Event& Storage::next_event(const std::string& token)
+{
+    EventChannel& channel = event_channels.at(token);
+    const Event* event = servers_[channel.server].events.first_from(channel.next);
+    if (!event) throw Fault(kEndOfList, "the channel has no event at present");
+    channel.next = std::int64_t{event->seqno} + 1;
+    return *event;
 }
 
 std::map<Serial, Snapshot>::iterator find_snapshot(Lsu& lsu, const std::string& name)

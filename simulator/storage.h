@@ -3,11 +3,15 @@
 #ifndef SOAPWRAPPER_SIMULATOR_STORAGE_H
 #define SOAPWRAPPER_SIMULATOR_STORAGE_H
 
+#include "simulator/event_log.h"
+#include "simulator/listing_account.h"
+#include "simulator/operations.h"
 #include "simulator/scenario.h"
 #include "simulator/token_table.h"
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,7 +26,8 @@ struct Lsu {
     std::map<Serial, Image> images;
     std::map<Serial, Snapshot> snapshots;
 
-    // What was deleted takes no room any more.
+    // What is made takes room; what was deleted takes none any more.
+    void occupy(std::int64_t size);
     void release(std::int64_t size);
 };
 
@@ -44,7 +49,9 @@ struct StorageServer {
     std::vector<Lsu> lsus; // none is ever taken away: an index stays good
     std::vector<Export> exports;
     std::vector<Claim> claims;
+    ListingAccount listings;
     int open_sessions = 0;
+    EventLog events;
 };
 
 struct Session {
@@ -80,7 +87,15 @@ struct OpenImage {
     Cursor::Entry image;
 };
 
-// What a client keeps open of one kind, by token. It ends with the session.
+class ChangeListing;
+
+// Shared with whoever reads it at the moment, as that takes longer than the storage can be kept from others.
+struct OpenChangeList {
+    std::string session;
+    std::shared_ptr<ChangeListing> listing;
+};
+
+// What a client keeps open of one kind, by token. It ends with the session, if it belongs to one.
 template <class Value>
 class OpenTable
 {
@@ -136,6 +151,7 @@ class Storage
     // With all that was opened under it.
     void close_session(const std::string& token);
 
+    std::size_t lsu_index(std::size_t server, const std::string& name) const;
     Place place(const std::string& session_token, const std::string& lsu_name);
 
     // The next entry that is still there; at the end of the list, the fault that tells so.
@@ -147,10 +163,24 @@ class Storage
     OpenTable<Cursor> image_lists{"image list"};
     OpenTable<Cursor> snapshot_lists{"snapshot list"};
     OpenTable<OpenImage> images{"image"};
+    Operations operations;
+    OpenTable<OpenChangeList> change_lists{"change list"};
+
+    const ChangeListSettings change_list_settings;
+    OpenTable<EventChannel> event_channels{"event channel"};
+
+    // The channel's next event, after which it stands then. Without one, the fault that tells so.
+    const Event& next_event(const std::string& token);
 
     Serial next_serial() { return ++last_serial_; }
 
+    // The time in the storage, which passes as the scenario has it.
+    Instant now() const { return time_.now(); }
+    std::int64_t date() const { return time_.date(); }
+    void request_arrived() { time_.request_arrived(); }
+
   private:
+    SimulatedTime time_;
     std::vector<StorageServer> servers_;
     TokenTable<Session> sessions_;
     Serial last_serial_ = 0;

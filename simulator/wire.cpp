@@ -107,4 +107,10 @@ Volume volume_of(const ns1__VolumeSpecification* wire, const char* element)
     throw Fault(kMissingElement, std::string("the ") + element + " is of none of the five kinds");
 }
 
+std::size_t target_server_of(const Storage& storage, std::size_t own, const ns1__ServerHandle* target)
+{
+    const std::string& token = token_of(target, "targetServerHandle");
+    return token.empty() ? own : storage.session(token).server;
+}
+
 } // namespace soapwrapper::simulator

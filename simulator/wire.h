@@ -34,6 +34,21 @@ ns1__VolumeSpecification* wire_volume(const Call& call, const Volume& volume);
 // A volume of the request, of which the client names one kind.
 Volume volume_of(const ns1__VolumeSpecification* wire, const char* element);
 
+// The server that a request means besides its own. An empty token is no handle: it means that one again.
+std::size_t target_server_of(const Storage& storage, std::size_t own, const ns1__ServerHandle* target);
+
+// The entries of an array, nil if it has none. The request tells their number besides.
+template <class Array>
+auto items_of(const Array* array, int told, const char* element)
+{
+    auto items = array ? array->item : decltype(array->item)();
+    if (told < 0 || static_cast<std::size_t>(told) != items.size()) {
+        throw Fault(kBadValue,
+                    std::string("the request tells another number of entries than its ") + element + " has");
+    }
+    return items;
+}
+
 } // namespace soapwrapper::simulator
 
 #endif

@@ -10,31 +10,48 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 extern char** environ;
 
 namespace
 {
 
-struct Pipe {
-    Pipe()
+// What a program writes to, and where it is read.
+struct Channel {
+    Channel() = default;
+    ~Channel()
     {
-        if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+        if (reader >= 0) close(reader);
+        if (writer >= 0) close(writer);
     }
-    ~Pipe()
-    {
-        close(ends[0]);
-        close_writer();
-    }
-    Pipe(const Pipe&) = delete;
-    Pipe& operator=(const Pipe&) = delete;
-    void close_writer()
-    {
-        if (ends[1] >= 0) close(ends[1]);
-        ends[1] = -1;
-    }
-    int ends[2];
+    Channel(const Channel&) = delete;
+    Channel& operator=(const Channel&) = delete;
+    int keep_reader() { return std::exchange(reader, -1); }
+
+    int reader = -1;
+    int writer = -1;
 };
+
+void open_pipe(Channel& channel)
+{
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+    channel.reader = ends[0];
+    channel.writer = ends[1];
+}
+
+void open_terminal(Channel& channel)
+{
+    channel.reader = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    char name[128];
+    if (channel.reader < 0 || grantpt(channel.reader) != 0 || unlockpt(channel.reader) != 0 ||
+        ptsname_r(channel.reader, name, sizeof name) != 0) {
+        throw std::runtime_error("no pseudo-terminal");
+    }
+    channel.writer = open(name, O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (channel.writer < 0) throw std::runtime_error("no pseudo-terminal");
+}
 
 std::vector<char*> pointers(std::vector<std::string>& texts)
 {
@@ -56,9 +73,9 @@ std::vector<std::string> make_environment(const std::map<std::string, std::strin
     return variables;
 }
 
-void read_both(const Pipe& out, const Pipe& err, ProcessResult& result)
+void read_both(int out, int err, ProcessResult& result)
 {
-    pollfd watched[] = {{out.ends[0], POLLIN, 0}, {err.ends[0], POLLIN, 0}};
+    pollfd watched[] = {{out, POLLIN, 0}, {err, POLLIN, 0}};
     std::string* texts[] = {&result.out, &result.err};
     for (int open = 2; open > 0;) {
         if (poll(watched, 2, -1) < 0) continue;
@@ -78,38 +95,62 @@ void read_both(const Pipe& out, const Pipe& err, ProcessResult& result)
 
 } // namespace
 
-ProcessResult run_process(const std::filesystem::path& program, const std::vector<std::string>& arguments,
-                          const std::map<std::string, std::string>& environment, const std::string& out_file)
+Process::Process(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+                 const std::map<std::string, std::string>& environment, const Streams& streams)
 {
     std::vector<std::string> words = {program.string()};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<std::string> variables = make_environment(environment);
-    Pipe out;
-    Pipe err;
+    Channel out;
+    Channel err;
+    open_pipe(out);
+    if (streams.terminal_for_err) {
+        open_terminal(err);
+    } else {
+        open_pipe(err);
+    }
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    if (out_file.empty()) {
-        posix_spawn_file_actions_adddup2(&actions, out.ends[1], 1);
+    if (streams.out_file.empty()) {
+        posix_spawn_file_actions_adddup2(&actions, out.writer, 1);
     } else {
-        posix_spawn_file_actions_addopen(&actions, 1, out_file.c_str(), O_WRONLY, 0);
+        posix_spawn_file_actions_addopen(&actions, 1, streams.out_file.c_str(), O_WRONLY, 0);
     }
-    posix_spawn_file_actions_adddup2(&actions, err.ends[1], 2);
-    pid_t process = 0;
-    const int error = posix_spawn(&process, program.c_str(), &actions, nullptr, pointers(words).data(),
+    posix_spawn_file_actions_adddup2(&actions, err.writer, 2);
+    const int error = posix_spawn(&id_, program.c_str(), &actions, nullptr, pointers(words).data(),
                                   pointers(variables).data());
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0) throw std::runtime_error("the process could not be started: " + program.string());
-    out.close_writer();
-    err.close_writer();
+    out_ = out.keep_reader();
+    err_ = err.keep_reader();
+}
 
+Process::~Process()
+{
+    if (id_ != 0) finish();
+    close(out_);
+    close(err_);
+}
+
+ProcessResult Process::finish()
+{
     ProcessResult result;
-    read_both(out, err, result);
+    read_both(out_, err_, result);
     int status = 0;
-    while (waitpid(process, &status, 0) < 0) {
+    while (waitpid(id_, &status, 0) < 0) {
     }
+    id_ = 0;
     result.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
     return result;
+}
+
+ProcessResult run_process(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+                          const std::map<std::string, std::string>& environment, const std::string& out_file)
+{
+    Process::Streams streams;
+    streams.out_file = out_file;
+    return Process(program, arguments, environment, streams).finish();
 }
 
 TemporaryFolder::TemporaryFolder()

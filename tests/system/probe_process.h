@@ -2,6 +2,8 @@
 #ifndef SOAPWRAPPER_TESTS_SYSTEM_PROBE_PROCESS_H
 #define SOAPWRAPPER_TESTS_SYSTEM_PROBE_PROCESS_H
 
+#include <sys/types.h>
+
 #include <filesystem>
 #include <map>
 #include <string>
@@ -11,6 +13,35 @@ struct ProcessResult {
     int exit_code = -1; // negative: ended by a signal
     std::string out;
     std::string err;
+};
+
+// A program that has been started.
+class Process
+{
+  public:
+    struct Streams {
+        std::string out_file;          // empty: a pipe
+        bool terminal_for_err = false; // a pseudo-terminal instead of a pipe
+    };
+
+    // The environment is this one's without SOAPWRAPPER_CREDENTIAL, with the variables given.
+    Process(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+            const std::map<std::string, std::string>& environment, const Streams& streams);
+
+    // Waits for the end of a process that nobody has waited for.
+    ~Process();
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+
+    pid_t id() const { return id_; }
+
+    // Reads what the program writes, up to its end.
+    ProcessResult finish();
+
+  private:
+    pid_t id_ = 0;
+    int out_ = -1;
+    int err_ = -1;
 };
 
 // Runs a program to its end. The environment is this one's without SOAPWRAPPER_CREDENTIAL, with the variables

@@ -33,10 +33,11 @@ class SimulatorLsus : public Client
 
 TEST_F(SimulatorLsus, AListWithoutAFilter_NamesAllOfTheServerAndEndsWithAFault)
 {
-    EXPECT_THAT(listed(nil("lsudef")), ElementsAre("home", "database", "archive", kEnd));
+    EXPECT_THAT(listed(nil("lsudef")), ElementsAre("home", "database", "archive", "projects", kEnd));
     EXPECT_THAT(listed(filter(element("name"), element("label"))),
-                ElementsAre("home", "database", "archive", kEnd));
-    EXPECT_THAT(listed(filter(nil("name"), nil("label"))), ElementsAre("home", "database", "archive", kEnd));
+                ElementsAre("home", "database", "archive", "projects", kEnd));
+    EXPECT_THAT(listed(filter(nil("name"), nil("label"))),
+                ElementsAre("home", "database", "archive", "projects", kEnd));
     const std::string vault = open_server("Network_VAULT:filer");
     EXPECT_THAT(rest(kLsus, open("openLSUList", server_handle(vault) + nil("lsudef"))),
                 ElementsAre("vault_home", "vault_database", "vault_far", kEnd));
@@ -53,7 +54,7 @@ TEST_F(SimulatorLsus, AFilter_KeepsTheNameAndTheLabelThatItSets)
 TEST_F(SimulatorLsus, AListAtItsEnd_StaysThereAndCanBeClosed)
 {
     const std::string list = open("openLSUList", server_handle(server_) + nil("lsudef"));
-    EXPECT_EQ(rest(kLsus, list).size(), 4U);
+    EXPECT_EQ(rest(kLsus, list).size(), 5U);
     EXPECT_THAT(rest(kLsus, list), ElementsAre(kEnd));
     expect_a_list_is_closed_once(kLsus, list);
 }

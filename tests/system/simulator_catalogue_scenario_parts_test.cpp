@@ -130,7 +130,8 @@ TEST(SimulatorScenario, WhatIsMissing_IsNamed)
 TEST(SimulatorScenario, AnUnknownMember_IsRefusedWithThoseThatThereAre)
 {
     EXPECT_EQ(complaint(R"({"servers": [{"prefix": "P"}], "extra": 1})"),
-              "the document: the member \"extra\" is unknown; there are servers");
+              "the document: the member \"extra\" is unknown; there are changeLists, operations, "
+              "servers, time");
     EXPECT_EQ(complaint(lsu_with(R"("replicationTargets": [{"server": "s", "lsu": "l", "x": 1}])")),
               "servers[0].lsus[0].replicationTargets[0]: the member \"x\" is unknown; there are lsu, server");
 }

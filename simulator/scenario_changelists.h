@@ -1,0 +1,16 @@
+// How the service behaves when changes are listed, in a scenario's words.
+#ifndef SOAPWRAPPER_SIMULATOR_SCENARIO_CHANGELISTS_H
+#define SOAPWRAPPER_SIMULATOR_SCENARIO_CHANGELISTS_H
+
+#include "simulator/json_members.h"
+#include "simulator/scenario.h"
+
+namespace soapwrapper::simulator
+{
+
+// The document's member "changeLists".
+void read_json(const Json& value, const std::string& path, ChangeListSettings& settings);
+
+} // namespace soapwrapper::simulator
+
+#endif
