@@ -11,9 +11,9 @@
 namespace soapwrapper::probe
 {
 
-void add_yes_option(CLI::App& command, bool& yes)
+void add_yes_option(CLI::App& command, bool& yes, const std::string& deed)
 {
-    command.add_flag("--yes", yes, "Delete without asking; required where there is no terminal to ask on");
+    command.add_flag("--yes", yes, deed + " without asking; required where there is no terminal to ask on");
 }
 
 bool answered_yes(const std::string& question, std::istream& in, std::ostream& out)
@@ -26,13 +26,18 @@ bool answered_yes(const std::string& question, std::istream& in, std::ostream& o
 
 void confirm_deletion(const std::string& thing, bool yes)
 {
+    confirm("Delete " + thing + "?", "nothing was deleted", yes);
+}
+
+void confirm(const std::string& question, const std::string& undone, bool yes)
+{
     if (yes) return;
     if (isatty(STDIN_FILENO) == 0 || isatty(STDERR_FILENO) == 0) {
-        throw usage_problem("nothing was deleted: there is no terminal to ask on; say --yes");
+        throw usage_problem(undone + ": there is no terminal to ask on; say --yes");
     }
     // On standard error: the standard output may go to a file.
-    if (answered_yes("Delete " + thing + "?", std::cin, std::cerr)) return;
-    throw Problem(ExitCode::Operation, "cancelled", std::nullopt, "nothing was deleted");
+    if (answered_yes(question, std::cin, std::cerr)) return;
+    throw Problem(ExitCode::Operation, "cancelled", std::nullopt, undone);
 }
 
 } // namespace soapwrapper::probe

@@ -121,31 +121,30 @@ Credential Credential::from_file(const std::string& path, int type, std::ostream
     return credential;
 }
 
-Credential Credential::from_environment(int type)
+Credential Credential::from_environment(int type, const char* variable)
 {
-    const char* value = std::getenv(kCredentialVariable);
+    const char* value = std::getenv(variable);
     if (!value) {
         throw usage_problem(std::string("no credential: name a file with --credential-file or set ") +
-                            kCredentialVariable);
+                            variable);
     }
     Credential credential(type);
     const std::size_t size = std::strlen(value);
     if (size > kLongest) {
-        throw usage_problem(std::string(kCredentialVariable) + " is longer than " + std::to_string(kLongest) +
-                            " bytes");
+        throw usage_problem(std::string(variable) + " is longer than " + std::to_string(kLongest) + " bytes");
     }
     std::memcpy(credential.bytes(), value, size);
     credential.record_->len = static_cast<std::int32_t>(size);
-    forget_environment();
+    forget_environment(variable);
     return credential;
 }
 
-void Credential::forget_environment()
+void Credential::forget_environment(const char* variable)
 {
-    char* value = std::getenv(kCredentialVariable);
+    char* value = std::getenv(variable);
     if (!value) return;
     explicit_bzero(value, std::strlen(value));
-    unsetenv(kCredentialVariable);
+    unsetenv(variable);
 }
 
 void Credential::wipe()

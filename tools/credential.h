@@ -24,12 +24,12 @@ class Credential
     // it. A file that can't be read, or is too long, is a Problem.
     static Credential from_file(const std::string& path, int type, std::ostream& warnings);
 
-    // The value of SOAPWRAPPER_CREDENTIAL, which is wiped and taken out of the environment. A variable that
+    // The value of the variable, which is wiped and taken out of the environment. A variable that
     // isn't set is a Problem.
-    static Credential from_environment(int type);
+    static Credential from_environment(int type, const char* variable = kCredentialVariable);
 
     // Wipes the variable, should it be set.
-    static void forget_environment();
+    static void forget_environment(const char* variable = kCredentialVariable);
 
     Credential(Credential&& other) noexcept : record_(other.record_) { other.record_ = nullptr; }
     Credential& operator=(Credential&&) = delete;

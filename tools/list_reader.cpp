@@ -48,14 +48,19 @@ class RepeatGuard
 
 } // namespace
 
-void add_list_options(CLI::App& command, ListOptions& options)
+void add_end_status_option(CLI::App& command, int& end_status)
 {
     command
-        .add_option("--end-status", options.end_status,
+        .add_option("--end-status", end_status,
                     "The status with which the service ends a list; any other one is a failure")
         ->type_name("N")
         ->check(CLI::Validator([](std::string& text) { return refuse_failure(text); }, ""))
         ->capture_default_str();
+}
+
+void add_list_options(CLI::App& command, ListOptions& options)
+{
+    add_end_status_option(command, options.end_status);
     command.add_option("--limit", options.limit, "The most entries to read; a longer list is a failure")
         ->type_name("N")
         ->capture_default_str();

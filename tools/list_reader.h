@@ -24,6 +24,9 @@ struct ListOptions {
 
 void add_list_options(CLI::App& command, ListOptions& options);
 
+// The one of them that tells the end.
+void add_end_status_option(CLI::App& command, int& end_status);
+
 // The handle of a list, which is closed on every way out.
 class ListHandle
 {

@@ -1,6 +1,7 @@
 // soapwrapper-probe: plays the backup host from the command line.
 #include "tools/commands/command.h"
 #include "tools/credential.h"
+#include "tools/plugin_manager.h"
 
 #include <CLI/CLI.hpp>
 
@@ -16,6 +17,7 @@ using namespace soapwrapper::probe;
 struct CommonOptions {
     std::optional<std::string> library;
     std::optional<std::string> plugin_path;
+    std::optional<std::string> manager;
     int log_level = Session::kPrintNothing;
     bool json = false;
     std::optional<std::string> separator;
@@ -53,6 +55,11 @@ void add_common_options(CLI::App& program, CommonOptions& options)
                     "soapwrapper.conf; without it the library's real path")
         ->type_name("PATH");
     program
+        .add_option("--manager", options.manager,
+                    "The plug-in manager to load ahead of the library, through which it finds its second "
+                    "plug-in")
+        ->type_name("PATH");
+    program
         .add_option("--log", options.log_level,
                     "Print the library's log lines of this level and above on standard error: 2 or anomaly, "
                     "3 or record, 4 or failure")
@@ -78,6 +85,7 @@ int drive_library(const CommonOptions& options, const Run& run)
 {
     Output output(std::cout, options.format(), options.separator.value_or(""));
     try {
+        if (options.manager) load_plugin_manager(*options.manager);
         const PluginLibrary library(options.library, options.plugin_path);
         Session session(options.log_level, std::cerr);
         run(Probe{library, session, output});
@@ -100,8 +108,10 @@ int run_command_line(int argc, char** argv)
     program.require_subcommand(1);
     program.fallthrough();
     program.footer(std::string("Environment:\n  ") + kCredentialVariable +
-                   "      The credential, for commands that log in\n\n"
-                   "Exit codes: 0 good, 2 usage, 3 the library cannot be loaded, 4 the operation failed.\n"
+                   "      The credential, for commands that log in\n"
+                   "  SOAPWRAPPER_ZAPI_PASSWORD   The filer's password, for changes\n\n"
+                   "Exit codes: 0 good, 2 usage, 3 the library cannot be loaded, 4 the operation failed,\n"
+                   "5 interrupted while waiting.\n"
                    "Each command has its own --help.");
     CommonOptions options;
     add_common_options(program, options);

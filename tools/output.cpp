@@ -88,11 +88,25 @@ void Output::add_problem(const Problem& problem)
     document_["error"] = std::move(error);
 }
 
-bool Output::finish()
+void Output::print_line(const nlohmann::ordered_json& document)
 {
-    if (format_ == Format::Json) stream_ << document_.dump(2) << '\n';
+    if (format_ == Format::Json) stream_ << document.dump() << '\n';
+}
+
+bool Output::flush()
+{
     stream_.flush();
     return stream_.good();
+}
+
+bool Output::finish()
+{
+    if (!lines_) {
+        if (format_ == Format::Json) stream_ << document_.dump(2) << '\n';
+    } else if (!document_.empty()) {
+        print_line(document_);
+    }
+    return flush();
 }
 
 void print_problem(const Problem& problem, std::ostream& stream)

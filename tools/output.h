@@ -53,6 +53,14 @@ class Output
     // The document of the JSON form: commands fill it, finish() prints it.
     nlohmann::ordered_json& document() { return document_; }
 
+    // From here on the JSON form is a line for each document, printed as they come; one that is left at the
+    // end, such as an error, is a line too.
+    void use_lines() { lines_ = true; }
+    void print_line(const nlohmann::ordered_json& document);
+
+    // False: not all of it could be written.
+    bool flush();
+
     // Puts the problem beside what the document holds already.
     void add_problem(const Problem& problem);
 
@@ -66,6 +74,7 @@ class Output
     std::ostream& stream_;
     const Format format_;
     const std::string separator_;
+    bool lines_ = false;
     nlohmann::ordered_json document_ = nlohmann::ordered_json::object();
 };
 

@@ -10,7 +10,7 @@
 namespace soapwrapper::probe
 {
 
-enum class ExitCode { Good = 0, Usage = 2, Library = 3, Operation = 4 };
+enum class ExitCode { Good = 0, Usage = 2, Library = 3, Operation = 4, Interrupted = 5 };
 
 class Problem : public std::runtime_error
 {
@@ -45,6 +45,12 @@ inline Problem usage_problem(const std::string& meaning, std::string detail = {}
 inline Problem library_problem(const std::string& meaning, std::string detail = {})
 {
     return Problem(ExitCode::Library, "library", std::nullopt, meaning, std::move(detail));
+}
+
+// The user, or whoever ends programs here, wants to wait no longer.
+inline Problem interruption_problem(const std::string& meaning, std::string detail = {})
+{
+    return Problem(ExitCode::Interrupted, "interrupted", std::nullopt, meaning, std::move(detail));
 }
 
 } // namespace soapwrapper::probe

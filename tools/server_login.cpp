@@ -1,5 +1,6 @@
 #include "tools/server_login.h"
 
+#include "tools/arguments.h"
 #include "tools/credential.h"
 #include "tools/server_discovery.h"
 
@@ -52,8 +53,40 @@ void add_login_options(CLI::App& command, LoginOptions& options)
                      "Open without discovery: at the URL of soapwrapper.conf, else at http on port 8085");
 }
 
-ServerLogin::ServerLogin(const Probe& probe, const std::string& name, const LoginOptions& options)
-    : probe_(probe)
+void add_target_server_option(CLI::App& command, LoginOptions& options)
+{
+    CLI::Option* option = command.add_option("--target-server", options.target_server,
+                                             "Server to open through this one, with the same credential");
+    option->type_name("NAME");
+    limit_length(*option, STS_SERVER_NAME_SIZE);
+}
+
+OpenServer::~OpenServer()
+{
+    if (!handle_) return;
+    if (const auto problem = close_handle(probe_, kCloseServer, handle_)) {
+        warn("the server could not be closed", *problem);
+    }
+}
+
+void OpenServer::check() const
+{
+    if (handle_) return;
+    throw Problem(ExitCode::Operation, "no handle", std::nullopt,
+                  "the server was opened, but the library gave no handle for it");
+}
+
+void OpenServer::close()
+{
+    if (!handle_) return;
+    // Whatever comes of it, it isn't tried again.
+    const auto problem = close_handle(probe_, kCloseServer, std::exchange(handle_, nullptr));
+    if (problem) throw Problem(*problem);
+}
+
+ServerLogin::ServerLogin(const Probe& probe, const std::string& name, const LoginOptions& options,
+                         const WithCredential& opens_more)
+    : server_(probe), target_(probe)
 {
     probe.library.entry(kCloseServer); // what couldn't be closed again isn't opened
     const Credential credential = read_credential(options);
@@ -65,27 +98,21 @@ ServerLogin::ServerLogin(const Probe& probe, const std::string& name, const Logi
         if (found.problem) throw Problem(*found.problem);
         selection_ = std::move(found.selection);
     }
-    require(probe, kOpenServer, probe.session.record(), name.c_str(), credential.record(),
-            options.required_interface.c_str(), &handle_);
-    if (!handle_) {
-        throw Problem(ExitCode::Operation, "no handle", std::nullopt,
-                      "the server was opened, but the library gave no handle for it");
-    }
-}
-
-ServerLogin::~ServerLogin()
-{
-    if (!handle_) return;
-    if (const auto problem = close_handle(probe_, kCloseServer, handle_)) {
-        warn("the server could not be closed", *problem);
-    }
+    const char* const interface_name = options.required_interface.c_str();
+    require(probe, kOpenServer, probe.session.record(), name.c_str(), credential.record(), interface_name,
+            server_.address());
+    server_.check();
+    if (opens_more) opens_more(credential.record());
+    if (options.target_server.empty()) return;
+    require(probe, kOpenTargetServer, handle(), options.target_server.c_str(), credential.record(),
+            interface_name, target_.address());
+    target_.check();
 }
 
 void ServerLogin::close()
 {
-    // Whatever comes of it, it isn't tried again.
-    const auto problem = close_handle(probe_, kCloseServer, std::exchange(handle_, nullptr));
-    if (problem) throw Problem(*problem);
+    target_.close();
+    server_.close();
 }
 
 } // namespace soapwrapper::probe

@@ -5,6 +5,7 @@
 #include "plugin/host_records.h"
 #include "tools/probe.h"
 
+#include <functional>
 #include <string>
 
 namespace CLI
@@ -21,33 +22,64 @@ struct LoginOptions {
     int credential_type = 1;
     std::string required_interface;
     bool no_discovery = false;
+    std::string target_server; // to be opened through the server; empty: none
 };
 
 void add_login_options(CLI::App& command, LoginOptions& options);
 
-class ServerLogin
+void add_target_server_option(CLI::App& command, LoginOptions& options);
+
+// The handle of a server, which is closed on every way out.
+class OpenServer
 {
   public:
-    // Reads the credential, discovers the server unless that is forbidden, and opens it. The credential is
-    // gone from memory when this returns or throws.
-    ServerLogin(const Probe& probe, const std::string& name, const LoginOptions& options);
+    explicit OpenServer(const Probe& probe) : probe_(probe) {}
 
-    // Closes a session that is still open, and warns if that fails.
-    ~ServerLogin();
-    ServerLogin(const ServerLogin&) = delete;
-    ServerLogin& operator=(const ServerLogin&) = delete;
+    // Closes a server that is still open, and warns if that fails.
+    ~OpenServer();
+    OpenServer(const OpenServer&) = delete;
+    OpenServer& operator=(const OpenServer&) = delete;
 
-    stsp_server_t* handle() const { return handle_; }
+    // For the entry that opens the server.
+    stsp_server_t** address() { return &handle_; }
 
-    // The library's line on the interface that discovery chose; empty without discovery.
-    const std::string& selection() const { return selection_; }
+    // Of an opened server. The lack of one is thrown.
+    void check() const;
 
-    // Closes the session. A refusal is thrown.
+    stsp_server_t* get() const { return handle_; }
+
+    // Closes the server, if there is one. A refusal is thrown.
     void close();
 
   private:
     const Probe& probe_;
     stsp_server_t* handle_ = nullptr;
+};
+
+class ServerLogin
+{
+  public:
+    // Reads the credential, discovers the server unless that is forbidden, and opens it, and the target
+    // server behind it. The credential is gone from memory when this returns or throws.
+    // `opens_more` opens what else needs the credential, once the server is open.
+    using WithCredential = std::function<void(const sts_cred_t*)>;
+    ServerLogin(const Probe& probe, const std::string& name, const LoginOptions& options,
+                const WithCredential& opens_more = {});
+
+    stsp_server_t* handle() const { return server_.get(); }
+
+    // Null if no target server was asked for.
+    stsp_server_t* target() const { return target_.get(); }
+
+    // The library's line on the interface that discovery chose; empty without discovery.
+    const std::string& selection() const { return selection_; }
+
+    // Closes what is open. A refusal is thrown.
+    void close();
+
+  private:
+    OpenServer server_;
+    OpenServer target_; // is closed ahead of the server that it was opened through
     std::string selection_;
 };
 

@@ -57,6 +57,8 @@ void Session::take(std::string_view message, int level)
     if (level >= printed_level_) print(line, level);
     if (level == STS_LOG_FAILURE) {
         last_failure_ = std::move(line);
+    } else if (level == STS_LOG_ANOMALY) {
+        last_anomaly_ = std::move(line);
     } else if (level == STS_LOG_RECORD) {
         records_.push_back(std::move(line));
         if (records_.size() > kRecordsKept) records_.pop_front();
@@ -78,6 +80,7 @@ void Session::forget_lines()
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     last_failure_.clear();
+    last_anomaly_.clear();
     records_.clear();
 }
 
@@ -85,6 +88,12 @@ std::string Session::last_failure() const
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     return last_failure_;
+}
+
+std::string Session::last_anomaly() const
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return last_anomaly_;
 }
 
 std::string Session::last_record(std::string_view beginning) const

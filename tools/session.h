@@ -29,6 +29,9 @@ class Session
 
     const sts_session_def_v7_t* record() const { return &record_; }
 
+    // Lines may appear on the stream at any call of the library.
+    bool prints() const { return printed_level_ < kPrintNothing; }
+
     // From here on a failure is that of the next call.
     void forget_lines();
 
@@ -37,6 +40,9 @@ class Session
 
     // The last line of the running record since then that begins so; empty: there was none.
     std::string last_record(std::string_view beginning) const;
+
+    // The last anomaly survived since then; empty: there was none.
+    std::string last_anomaly() const;
 
     // While a credential is watched, it is taken out of every line that comes.
     void watch(const Credential* credential);
@@ -54,6 +60,7 @@ class Session
     mutable std::mutex mutex_; // guards all that follows: lines may come on any thread
     const Credential* watched_ = nullptr;
     std::string last_failure_;
+    std::string last_anomaly_;
     std::deque<std::string> records_; // the last few
 };
 

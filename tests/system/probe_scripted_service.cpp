@@ -7,8 +7,10 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <stdexcept>
+#include <utility>
 
 namespace
 {
@@ -35,6 +37,19 @@ std::string good_reply(const std::string& operation, const std::string& elements
     const std::string name =
         "ns1:" + (operation == "openSnapListByVolume" ? "openSnapList" : operation) + "Response";
     return http("200 OK", envelope("<" + name + ">" + elements + "</" + name + ">"));
+}
+
+std::string refusal(const std::string& text, const std::string& detail)
+{
+    return http("500 Internal Server Error",
+                envelope("<SOAP-ENV:Fault><faultcode>SOAP-ENV:Client</faultcode><faultstring>" + text +
+                         "</faultstring>" + detail + "</SOAP-ENV:Fault>"));
+}
+
+std::string exception_of(int error_code)
+{
+    return "<detail><ns1:STSException><ns1:errorCode>" + std::to_string(error_code) +
+           "</ns1:errorCode></ns1:STSException></detail>";
 }
 
 std::size_t content_length(const std::string& head)
@@ -106,23 +121,30 @@ void ProbeScriptedService::answer_first(const std::string& operation, const std:
 void ProbeScriptedService::refuse(const std::string& operation, const std::string& text,
                                   const std::string& detail)
 {
-    answer_raw(operation,
-               http("500 Internal Server Error",
-                    envelope("<SOAP-ENV:Fault><faultcode>SOAP-ENV:Client</faultcode><faultstring>" + text +
-                             "</faultstring>" + detail + "</SOAP-ENV:Fault>")));
+    answer_raw(operation, refusal(text, detail));
 }
 
 void ProbeScriptedService::refuse(const std::string& operation, const std::string& text, int error_code)
 {
-    refuse(operation, text,
-           "<detail><ns1:STSException><ns1:errorCode>" + std::to_string(error_code) +
-               "</ns1:errorCode></ns1:STSException></detail>");
+    refuse(operation, text, exception_of(error_code));
+}
+
+void ProbeScriptedService::refuse_first(const std::string& operation, const std::string& text, int error_code)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    first_replies_[operation].push_back(refusal(text, exception_of(error_code)));
 }
 
 void ProbeScriptedService::answer_raw(const std::string& operation, const std::string& http_reply)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     replies_[operation] = http_reply;
+}
+
+void ProbeScriptedService::watch(Watcher watcher)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    watcher_ = std::move(watcher);
 }
 
 std::vector<std::string> ProbeScriptedService::operations() const
@@ -170,6 +192,8 @@ void ProbeScriptedService::exchange(int connection)
     }
     const std::string operation = operation_of(received);
     std::string reply = http("404 Not Found", "");
+    Watcher watcher;
+    long times = 0;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         operations_.push_back(operation);
@@ -181,6 +205,9 @@ void ProbeScriptedService::exchange(int connection)
             reply = first.front();
             first.pop_front();
         }
+        watcher = watcher_;
+        times = std::count(operations_.begin(), operations_.end(), operation);
     }
+    if (watcher) watcher(operation, times);
     send_all(connection, reply);
 }

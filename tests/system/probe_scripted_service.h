@@ -4,6 +4,7 @@
 #define SOAPWRAPPER_TESTS_SYSTEM_PROBE_SCRIPTED_SERVICE_H
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
@@ -30,8 +31,15 @@ class ProbeScriptedService
     void refuse(const std::string& operation, const std::string& text, const std::string& detail);
     void refuse(const std::string& operation, const std::string& text, int error_code);
 
+    // The same once, in turn with what answer_first() was told.
+    void refuse_first(const std::string& operation, const std::string& text, int error_code);
+
     // Answers an operation with bytes of any kind.
     void answer_raw(const std::string& operation, const std::string& http_reply);
+
+    // To be called when an operation has been asked for, ahead of its answer, with how often that was.
+    using Watcher = std::function<void(const std::string& operation, long times)>;
+    void watch(Watcher watcher);
 
     // The operations asked for, in order.
     std::vector<std::string> operations() const;
@@ -52,6 +60,7 @@ class ProbeScriptedService
     std::map<std::string, std::deque<std::string>> first_replies_;
     std::vector<std::string> operations_;
     std::map<std::string, std::string> requests_;
+    Watcher watcher_;
     std::thread thread_; // the last member: it uses all others
 };
 

@@ -33,12 +33,26 @@ void add_image_delete_command(CLI::App& group, Run& run);
 void add_snapshots_command(CLI::App& program, Run& run);
 void add_snapshot_show_command(CLI::App& group, Run& run);
 void add_snapshot_delete_command(CLI::App& group, Run& run);
+void add_snapshot_create_command(CLI::App& group, Run& run);
+void add_snapshot_copy_command(CLI::App& group, Run& run);
+void add_snapshot_prepare_command(CLI::App& group, Run& run);
+void add_snapshot_postprocess_command(CLI::App& group, Run& run);
+void add_snapshot_validate_command(CLI::App& group, Run& run);
+void add_snapshot_import_command(CLI::App& group, Run& run);
+void add_snapshot_rollback_command(CLI::App& group, Run& run);
+void add_snapshot_diff_command(CLI::App& group, Run& run);
+void add_topology_provision_command(CLI::App& group, Run& run);
+void add_operation_wait_command(CLI::App& group, Run& run);
+void add_operation_status_command(CLI::App& group, Run& run);
+void add_operation_cancel_command(CLI::App& group, Run& run);
 void add_rollback_check_command(CLI::App& group, Run& run);
 void add_export_create_command(CLI::App& group, Run& run);
 void add_export_add_command(CLI::App& group, Run& run);
 void add_export_delete_command(CLI::App& group, Run& run);
+void add_changes_command(CLI::App& program, Run& run);
 void add_claim_command(CLI::App& program, Run& run);
 void add_ioctl_command(CLI::App& program, Run& run);
+void add_events_command(CLI::App& program, Run& run);
 
 // For a command's callback: puts `act` into `run`, with the options that parsing has filled by then.
 template <class Options>

@@ -28,17 +28,33 @@ void add_commands(CLI::App& program, Run& run)
     add_image_show_command(image, run);
     add_image_delete_command(image, run);
     add_snapshots_command(program, run);
-    CLI::App& snapshot = add_group(program, "snapshot", "Show or delete a snapshot");
+    CLI::App& snapshot = add_group(program, "snapshot", "Make, show, use or delete a snapshot");
     add_snapshot_show_command(snapshot, run);
     add_snapshot_delete_command(snapshot, run);
+    add_snapshot_create_command(snapshot, run);
+    add_snapshot_copy_command(snapshot, run);
+    add_snapshot_prepare_command(snapshot, run);
+    add_snapshot_postprocess_command(snapshot, run);
+    add_snapshot_validate_command(snapshot, run);
+    add_snapshot_import_command(snapshot, run);
+    add_snapshot_rollback_command(snapshot, run);
+    add_snapshot_diff_command(snapshot, run);
+    CLI::App& topology = add_group(program, "topology", "Make what a topology says");
+    add_topology_provision_command(topology, run);
+    CLI::App& operation = add_group(program, "operation", "Follow or cancel a long operation");
+    add_operation_wait_command(operation, run);
+    add_operation_status_command(operation, run);
+    add_operation_cancel_command(operation, run);
     CLI::App& rollback = add_group(program, "rollback", "Look at a rollback ahead");
     add_rollback_check_command(rollback, run);
     CLI::App& exports = add_group(program, "export", "Make snapshots and volumes reachable from hosts");
     add_export_create_command(exports, run);
     add_export_add_command(exports, run);
     add_export_delete_command(exports, run);
+    add_changes_command(program, run);
     add_claim_command(program, run);
     add_ioctl_command(program, run);
+    add_events_command(program, run);
 }
 
 } // namespace soapwrapper::probe

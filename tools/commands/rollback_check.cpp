@@ -1,6 +1,7 @@
 #include "tools/arguments.h"
 #include "tools/commands/command.h"
 #include "tools/list_reader.h"
+#include "tools/operation_arguments.h"
 #include "tools/snapshot_records.h"
 #include "tools/volume_argument.h"
 
@@ -17,21 +18,15 @@ struct RollbackOptions : SnapshotArguments {
     ListOptions list;
 };
 
-struct RollbackRow {
-    char text[STS_ROLLBACK_ROW_SIZE];
-};
-
 void check_rollback(const Probe& probe, const RollbackOptions& options)
 {
-    std::vector<RollbackRow> rows(options.over.size() + 1); // the list must not be null, even without a row
-    for (std::size_t i = 0; i < options.over.size(); ++i) put(rows[i].text, options.over[i]);
-
+    const RollbackRows over(options.over);
     ServerLogin login(probe, options.name, options.login);
     const stsp_lsu_v7_t lsu = lsu_reference(login, options);
     const sts_snap_def_v11_t snap = snapshot_named(options.snapshot);
     ListHandle list(probe, kCloseSnapList);
-    require(probe, kValidateRollback, &lsu, &snap, nullptr, &options.volume, rows[0].text,
-            static_cast<std::uint32_t>(options.over.size()), list.address());
+    require(probe, kValidateRollback, &lsu, &snap, nullptr, &options.volume, over.data(), over.count(),
+            list.address());
     show_snapshot_list(probe, options.list, list);
     list.close();
     login.close();
@@ -46,10 +41,7 @@ void add_rollback_check_command(CLI::App& group, Run& run)
     auto options = std::make_shared<RollbackOptions>();
     add_snapshot_arguments(*command, *options);
     add_volume_option(*command, options->volume, "Volume to roll back")->required();
-    CLI::Option* over =
-        command->add_option("--over", options->over, "Name of a snapshot to roll back over; may be repeated");
-    over->type_name("SNAP")->allow_extra_args(false);
-    limit_length(*over, STS_ROLLBACK_ROW_SIZE);
+    add_over_option(*command, options->over);
     add_list_options(*command, options->list);
     set_footer(*command, "rollback check Network_storage:filer1.example.com vol1 nightly.1 --volume "
                          "nfs:filer1:/vol/vol1 --over nightly.0");

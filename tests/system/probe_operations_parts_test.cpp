@@ -1,0 +1,263 @@
+// The parts of the probe that long operations need, called as functions.
+#include "tools/interruption.h"
+#include "tools/operation_answer.h"
+#include "tools/operation_arguments.h"
+#include "tools/progress_line.h"
+#include "tools/readable.h"
+
+#include <gmock/gmock.h>
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <limits>
+#include <string>
+
+using namespace soapwrapper::probe;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+namespace
+{
+
+TEST(ReadableBytes, TakeTheLargestUnitAndOneDigitBelowAHundred)
+{
+    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+    const std::pair<std::int64_t, const char*> cases[] = {
+        {0, "0 B"},         {-5, "-5 B"},        {1023, "1023 B"},     {1024, "1.0 KiB"},
+        {1536, "1.5 KiB"},  {102399, "100 KiB"}, {1048575, "1.0 MiB"}, {200 * 1048576, "200 MiB"},
+        {kMost, "8.0 EiB"},
+    };
+    for (const auto& [bytes, text] : cases) EXPECT_EQ(readable_bytes(bytes), text);
+}
+
+TEST(ReadableTime, HasHoursOnlyIfThereAreSome)
+{
+    EXPECT_EQ(readable_time(seconds(0)), "0:00");
+    EXPECT_EQ(readable_time(seconds(65)), "1:05");
+    EXPECT_EQ(readable_time(seconds(3599)), "59:59");
+    EXPECT_EQ(readable_time(seconds(3600)), "1:00:00");
+    EXPECT_EQ(readable_time(seconds(360000 + 61)), "100:01:01");
+}
+
+sts_lsu_spec_v11_t parsed(const std::string& text)
+{
+    sts_lsu_spec_v11_t target = {"default", ""};
+    EXPECT_EQ(parse_target(text, target), "") << text;
+    return target;
+}
+
+TEST(ParseTarget, TakesAServerAheadOfTheFirstSlash)
+{
+    EXPECT_STREQ(parsed("vol1").lsu, "vol1");
+    EXPECT_STREQ(parsed("vol1").server, "default");
+    EXPECT_STREQ(parsed("N:f/vol1").server, "N:f");
+    EXPECT_STREQ(parsed("N:f/vol1").lsu, "vol1");
+    EXPECT_STREQ(parsed("N:f//vol/vol1").lsu, "/vol/vol1");
+}
+
+TEST(ParseTarget, TakesACharacterBehindABackslashAsItIs)
+{
+    EXPECT_STREQ(parsed("\\/vol\\/vol1").lsu, "/vol/vol1");
+    EXPECT_STREQ(parsed("\\/vol\\/vol1").server, "default");
+    EXPECT_STREQ(parsed("a\\/b/c\\\\d").server, "a/b");
+    EXPECT_STREQ(parsed("a\\/b/c\\\\d").lsu, "c\\d");
+}
+
+TEST(ParseTarget, RefusesEmptyAndOverlongTexts)
+{
+    for (const std::string& text : {std::string(), std::string("/vol1"), std::string("server/"),
+                                    std::string(512, 's') + "/l", std::string(1024, 'l')}) {
+        sts_lsu_spec_v11_t target = {};
+        EXPECT_NE(parse_target(text, target), "") << text;
+    }
+    EXPECT_EQ(std::string(parsed(std::string(511, 's') + '/' + std::string(1023, 'l')).lsu).size(), 1023U);
+}
+
+TEST(OperationAnswer, LeavesTheServiceAloneFor30SecondsIfTheNumberIsNegative)
+{
+    EXPECT_EQ(OperationAnswer::interval_of(0), seconds(0));
+    EXPECT_EQ(OperationAnswer::interval_of(7), seconds(7));
+    EXPECT_EQ(OperationAnswer::interval_of(-1), seconds(30));
+    EXPECT_EQ(OperationAnswer::interval_of(std::numeric_limits<std::int32_t>::min()), seconds(30));
+}
+
+// A terminal and what was written to it.
+class Terminal
+{
+  public:
+    explicit Terminal(unsigned short columns) : master_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC))
+    {
+        char name[128];
+        EXPECT_EQ(grantpt(master_), 0);
+        EXPECT_EQ(unlockpt(master_), 0);
+        EXPECT_EQ(ptsname_r(master_, name, sizeof name), 0);
+        slave_ = open(name, O_RDWR | O_NOCTTY | O_CLOEXEC);
+        const winsize size = {24, columns, 0, 0};
+        EXPECT_EQ(ioctl(slave_, TIOCSWINSZ, &size), 0);
+    }
+    ~Terminal()
+    {
+        close(master_);
+        close(slave_);
+    }
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
+
+    int descriptor() const { return slave_; }
+
+    std::string take() const
+    {
+        char bytes[4096];
+        const ssize_t count = read(master_, bytes, sizeof bytes);
+        return {bytes, count > 0 ? static_cast<std::size_t>(count) : 0U};
+    }
+
+  private:
+    int master_;
+    int slave_ = -1;
+};
+
+TEST(ProgressLine, PutsEachTextInThePlaceOfTheLastOne)
+{
+    const Terminal terminal(80);
+    ProgressLine line(terminal.descriptor());
+    EXPECT_TRUE(line.visible());
+    line.show("a long text");
+    EXPECT_EQ(terminal.take(), "\ra long text");
+    line.show("short");
+    EXPECT_EQ(terminal.take(), "\rshort      \b\b\b\b\b\b");
+    line.clear();
+    EXPECT_EQ(terminal.take(), "\r     \r");
+    line.clear();
+    line.show("x");
+    EXPECT_EQ(terminal.take(), "\rx");
+}
+
+TEST(ProgressLine, IsClearedAtItsEnd)
+{
+    const Terminal terminal(80);
+    {
+        ProgressLine line(terminal.descriptor());
+        line.show("text");
+        EXPECT_EQ(terminal.take(), "\rtext");
+    }
+    EXPECT_EQ(terminal.take(), "\r    \r");
+}
+
+TEST(ProgressLine, KeepsToTheWidthOfTheTerminalAndToWholeCharacters)
+{
+    const Terminal terminal(5);
+    ProgressLine line(terminal.descriptor());
+    line.show("ab\xC3\xBC\xE2\x82\xAC\xC3\xBC");
+    EXPECT_EQ(terminal.take(), "\rab\xC3\xBC\xE2\x82\xAC");
+}
+
+TEST(ProgressLine, TakesATerminalOfUnknownWidthForTheUsualOne)
+{
+    const Terminal terminal(0);
+    ProgressLine line(terminal.descriptor());
+    line.show(std::string(100, 'x'));
+    EXPECT_EQ(terminal.take(), '\r' + std::string(79, 'x'));
+}
+
+TEST(ProgressLine, WritesNothingToAPipe)
+{
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC | O_NONBLOCK), 0);
+    {
+        ProgressLine line(ends[1]);
+        EXPECT_FALSE(line.visible());
+        line.show("text");
+        line.clear();
+    }
+    char byte = 0;
+    EXPECT_EQ(read(ends[0], &byte, 1), -1);
+    close(ends[0]);
+    close(ends[1]);
+}
+
+TEST(Interruption, IsNoneWithoutASignal)
+{
+    Interruption interruption;
+    EXPECT_FALSE(interruption.requested());
+    EXPECT_FALSE(interruption.pause(milliseconds(0)));
+}
+
+TEST(Interruption, IsFoundAtOnceAndForEver)
+{
+    for (const int signal : {SIGINT, SIGTERM}) {
+        Interruption interruption;
+        ASSERT_EQ(kill(getpid(), signal), 0);
+        EXPECT_TRUE(interruption.requested());
+        EXPECT_TRUE(interruption.requested());
+        EXPECT_TRUE(interruption.pause(std::chrono::hours(24)));
+    }
+}
+
+TEST(Interruption, EndsAPause)
+{
+    Interruption interruption;
+    std::thread sender([] { kill(getpid(), SIGTERM); });
+    EXPECT_TRUE(interruption.pause(std::chrono::hours(24)));
+    sender.join();
+}
+
+TEST(Interruption, SwallowsASecondSigterm)
+{
+    Interruption interruption;
+    kill(getpid(), SIGTERM);
+    EXPECT_TRUE(interruption.requested());
+    kill(getpid(), SIGTERM);
+    EXPECT_TRUE(interruption.requested());
+}
+
+TEST(Interruption, LeavesAnIgnoredSignalIgnored)
+{
+    signal(SIGINT, SIG_IGN);
+    {
+        Interruption interruption;
+        kill(getpid(), SIGINT);
+        EXPECT_FALSE(interruption.requested());
+    }
+    signal(SIGINT, SIG_DFL);
+}
+
+void interrupt_and_ask_no_more(int signal)
+{
+    {
+        Interruption interruption;
+        kill(getpid(), signal);
+    }
+    _exit(0);
+}
+
+// Each one taken by itself: two that are pending together are one to the kernel.
+void interrupt(int times)
+{
+    {
+        Interruption interruption;
+        for (int i = 0; i < times; ++i) {
+            kill(getpid(), SIGINT);
+            if (!interruption.requested()) _exit(1);
+        }
+    }
+    _exit(0);
+}
+
+TEST(InterruptionDeathTest, ThatNobodyAskedForTakesEffectAtTheEnd)
+{
+    EXPECT_EXIT(interrupt_and_ask_no_more(SIGINT), ::testing::KilledBySignal(SIGINT), "");
+    EXPECT_EXIT(interrupt_and_ask_no_more(SIGTERM), ::testing::KilledBySignal(SIGTERM), "");
+}
+
+TEST(InterruptionDeathTest, OfAThirdSigintEndsTheProcess)
+{
+    EXPECT_EXIT(interrupt(2), ::testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(interrupt(3), ::testing::KilledBySignal(SIGINT), "");
+}
+
+} // namespace

@@ -1,0 +1,160 @@
+#include "tools/arguments.h"
+#include "tools/change_reader.h"
+#include "tools/change_route.h"
+#include "tools/commands/command.h"
+#include "tools/snapshot_records.h"
+#include "tools/volume_argument.h"
+#include "tools/zapi_login.h"
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+#include <limits>
+#include <memory>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+constexpr char kNoBase[] = "-";
+
+struct ChangesOptions : LsuArguments {
+    std::string base;
+    std::string diff;
+    RouteWishes wishes;
+    std::string zapi_user;
+    std::int32_t flags = 0;
+    ReadingOptions reading{{}, false, {STS_ENOENT, std::numeric_limits<std::size_t>::max()}};
+};
+
+// The library falls back to the service by itself, and says so in its log only.
+Route route_of_list(const Probe& probe)
+{
+    const bool asked = !probe.session.last_record("stspi_open_snap_change_list: SOAP return code").empty();
+    return asked ? Route::Service : Route::Zapi;
+}
+
+sts_snap_info_v11_t snapshot_information(const Probe& probe, const stsp_lsu_v7_t& lsu,
+                                         const std::string& name)
+{
+    const sts_snap_def_v11_t snap = snapshot_named(name);
+    sts_snap_info_v11_t info = {};
+    require(probe, kGetSnapPropByname, &lsu, &snap, &info);
+    return info;
+}
+
+// Returns the route that the library took. The password is watched for as long as the list is open: it goes
+// out again when the list is closed.
+Route open_list(const Probe& probe, const ChangesOptions& options, const stsp_lsu_v7_t& lsu,
+                ChangeListHandle& list, std::optional<ZapiLogin>& password)
+{
+    std::unique_ptr<sts_snap_info_v11_t> base;
+    if (options.base != kNoBase) {
+        base = std::make_unique<sts_snap_info_v11_t>(snapshot_information(probe, lsu, options.base));
+    }
+    const auto diff = std::make_unique<sts_snap_info_v11_t>(snapshot_information(probe, lsu, options.diff));
+    const ChangeRoute plan = plan_route(options.wishes, *diff);
+    put(diff->snapDef.isid.info, plan.isid);
+    ForgottenVolume volume{plan.volume};
+    if (plan.route == Route::Zapi) {
+        password.emplace(probe, options.zapi_user, volume.record);
+        password->put_behind_filer(volume.record);
+    } else if (!base) {
+        throw usage_problem("only the second plug-in lists without a base: the route would be the service");
+    }
+    require(probe, kOpenSnapChangeList, &lsu, base ? &base->snapDef : nullptr, &diff->snapDef, &volume.record,
+            static_cast<std::uint32_t>(options.flags), list.address());
+    const Route taken = route_of_list(probe);
+    if (taken != plan.route) {
+        std::cerr << "warning: the second plug-in did not open the list, so it comes from the service\n";
+    }
+    return taken;
+}
+
+void show_changes(const Probe& probe, const ChangesOptions& options)
+{
+    ServerLogin login(probe, options.name, options.login);
+    const stsp_lsu_v7_t lsu = lsu_reference(login, options);
+    std::optional<ZapiLogin> password;
+    ChangeListHandle list(probe);
+    const Route route = open_list(probe, options, lsu, list, password);
+    Credential::forget_environment(kZapiPasswordVariable);
+    {
+        ChangeReader reader(probe, options.reading, list.get());
+        const auto problem = reader.read();
+        reader.finish(route_name(route), !problem);
+        if (problem) throw Problem(*problem);
+    }
+    list.close();
+    login.close();
+}
+
+std::string refuse_blank(const std::string& user)
+{
+    return user.find(' ') == std::string::npos ? "" : "a user's name holds no blank";
+}
+
+void add_route_options(CLI::App& command, ChangesOptions& options)
+{
+    RouteWishes& wishes = options.wishes;
+    command
+        .add_option_function<std::string>(
+            "--route",
+            [&wishes](const std::string& name) {
+                wishes.route = name == route_name(Route::Zapi) ? Route::Zapi : Route::Service;
+            },
+            "Where the list is to come from; without it the service, or what --isid and --volume make of it")
+        ->type_name("service|zapi")
+        ->check(CLI::IsMember({route_name(Route::Service), route_name(Route::Zapi)}));
+    CLI::Option* isid = command.add_option("--isid", wishes.isid, "The supplier's text of DIFF");
+    isid->type_name("TEXT");
+    limit_length(*isid, STS_PATH_SIZE);
+    command.add_option("--mount", wishes.mount, "Where the host has the volume mounted")
+        ->type_name("PATH")
+        ->excludes(isid);
+    command
+        .add_option_function<std::string>(
+            "--volume",
+            [&wishes](const std::string& text) {
+                const std::string wrong = parse_volume(text, wishes.volume.emplace());
+                if (!wrong.empty()) throw CLI::ValidationError("--volume", wrong);
+            },
+            "The source volume; without it, the one of DIFF")
+        ->type_name("KIND:FIRST[:SECOND[:THIRD]]");
+    command.add_option("--zapi-user", options.zapi_user, "Who logs in to the filer on the route zapi")
+        ->type_name("NAME")
+        ->check(CLI::Validator(refuse_blank, ""));
+}
+
+} // namespace
+
+void add_changes_command(CLI::App& program, Run& run)
+{
+    CLI::App* command = program.add_subcommand("changes", "List what differs between two snapshots");
+    auto options = std::make_shared<ChangesOptions>();
+    add_lsu_arguments(*command, *options);
+    add_text_argument(*command, "BASE", options->base, STS_SNAP_NAME_SIZE,
+                      "Name of the older snapshot; -: none, all of DIFF is listed");
+    add_text_argument(*command, "DIFF", options->diff, STS_SNAP_NAME_SIZE, "Name of the newer snapshot");
+    add_route_options(*command, *options);
+    CLI::Option* filters = command->add_option("--filter", options->reading.filters,
+                                               "List only what lies at or below this path; may be repeated");
+    filters->type_name("PATH")->allow_extra_args(false);
+    limit_length(*filters, kFilterSize);
+    command->add_option("--flags", options->flags, "Flags of the list, which the service reads as it likes")
+        ->type_name("N")
+        ->capture_default_str();
+    command->add_flag("--escape", options->reading.escapes,
+                      "Show each byte of a path that is not printable ASCII as a backslash and two digits");
+    add_end_status_option(*command, options->reading.list.end_status);
+    command
+        ->add_option("--limit", options->reading.list.limit,
+                     "The most entries to read; a longer list is a failure")
+        ->type_name("N");
+    set_footer(*command,
+               "changes Network_NTAP:filer1.example.com projects weekly.1 weekly.2 --route service");
+    command->callback(chosen(run, options, show_changes));
+}
+
+} // namespace soapwrapper::probe

@@ -1,0 +1,49 @@
+#include "tools/commands/command.h"
+#include "tools/operation_arguments.h"
+
+#include <CLI/CLI.hpp>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+struct CopyOptions : SnapshotArguments, TargetOptions, ImagesetOptions {
+    OperationOptions operation;
+};
+
+void copy_snapshot(const Probe& probe, const CopyOptions& options)
+{
+    const TargetLsus targets(options, options.name);
+    const sts_snap_def_v11_t snap = snapshot_named(options.snapshot);
+    const sts_imageset_t imageset = imageset_of(options);
+    ServerLogin login(probe, options.name, options.login);
+    const stsp_lsu_v7_t lsu = lsu_reference(login, options);
+    run_operation(probe, login.handle(), options.operation,
+                  {[&](stsp_async_t** async) {
+                       return call(probe, kAsyncCopySnapByname, &lsu, &snap, targets.data(), targets.count(),
+                                   async, imageset, options.pending);
+                   },
+                   [&](const sts_opname_t& name) {
+                       return call(probe, kNamedAsyncCopySnapByname, &lsu, &snap, targets.data(),
+                                   targets.count(), name, imageset, options.pending);
+                   }});
+    login.close();
+}
+
+} // namespace
+
+void add_snapshot_copy_command(CLI::App& group, Run& run)
+{
+    CLI::App* command = group.add_subcommand("copy", "Copy a snapshot to other LSUs");
+    auto options = std::make_shared<CopyOptions>();
+    add_snapshot_arguments(*command, *options);
+    add_target_options(*command, *options);
+    add_imageset_options(*command, *options);
+    add_operation_options(*command, options->operation);
+    set_footer(*command, "snapshot copy Network_storage:filer1.example.com vol1 nightly.0 --target "
+                         "Network_storage:filer2.example.com/vol1_copy");
+    command->callback(chosen(run, options, copy_snapshot));
+}
+
+} // namespace soapwrapper::probe

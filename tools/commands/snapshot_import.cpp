@@ -1,0 +1,44 @@
+#include "tools/commands/command.h"
+#include "tools/operation_arguments.h"
+
+#include <CLI/CLI.hpp>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+struct ImportOptions : SourceArguments, ImagesetOptions {
+};
+
+void import_snapshot(const Probe& probe, const ImportOptions& options)
+{
+    const sts_snap_def_v11_t snap = snapshot_named(options.snapshot);
+    const sts_imageset_t imageset = imageset_of(options);
+    ServerLogin login(probe, options.name, options.login);
+    run_operation(probe, login.handle(), options.operation,
+                  {[&](stsp_async_t** async) {
+                       return call(probe, kAsyncImportSnapByname, login.handle(), &options.volume, &snap,
+                                   imageset, options.pending, async);
+                   },
+                   [&](const sts_opname_t& name) {
+                       return call(probe, kNamedAsyncImportSnapByname, login.handle(), &options.volume, &snap,
+                                   imageset, options.pending, name);
+                   }});
+    login.close();
+}
+
+} // namespace
+
+void add_snapshot_import_command(CLI::App& group, Run& run)
+{
+    CLI::App* command = group.add_subcommand("import", "Make a snapshot known that the storage has already");
+    auto options = std::make_shared<ImportOptions>();
+    add_source_arguments(*command, *options);
+    add_imageset_options(*command, *options);
+    set_footer(*command,
+               "snapshot import Network_storage:filer1.example.com nightly.0 --volume nfs:filer1:/vol/vol1");
+    command->callback(chosen(run, options, import_snapshot));
+}
+
+} // namespace soapwrapper::probe

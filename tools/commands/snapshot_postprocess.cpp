@@ -1,0 +1,43 @@
+#include "tools/commands/command.h"
+#include "tools/operation_arguments.h"
+
+#include <CLI/CLI.hpp>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+struct PostprocessOptions : SnapshotArguments {
+    OperationOptions operation;
+};
+
+void postprocess_snapshot(const Probe& probe, const PostprocessOptions& options)
+{
+    ServerLogin login(probe, options.name, options.login);
+    const stsp_lsu_v7_t lsu = lsu_reference(login, options);
+    const char* const snapshot = options.snapshot.c_str();
+    run_operation(probe, login.handle(), options.operation,
+                  {[&](stsp_async_t** async) {
+                       return call(probe, kAsyncPostprocessSnapByname, &lsu, snapshot, async);
+                   },
+                   [&](const sts_opname_t& name) {
+                       return call(probe, kNamedAsyncPostprocessSnapByname, &lsu, snapshot, name);
+                   }});
+    login.close();
+}
+
+} // namespace
+
+void add_snapshot_postprocess_command(CLI::App& group, Run& run)
+{
+    CLI::App* command =
+        group.add_subcommand("postprocess", "Have the service do what follows the making of a snapshot");
+    auto options = std::make_shared<PostprocessOptions>();
+    add_snapshot_arguments(*command, *options);
+    add_operation_options(*command, options->operation);
+    set_footer(*command, "snapshot postprocess Network_storage:filer1.example.com vol1 nightly.0");
+    command->callback(chosen(run, options, postprocess_snapshot));
+}
+
+} // namespace soapwrapper::probe

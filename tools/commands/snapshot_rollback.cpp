@@ -1,0 +1,63 @@
+#include "tools/commands/command.h"
+#include "tools/confirmation.h"
+#include "tools/operation_arguments.h"
+#include "tools/text.h"
+#include "tools/volume_argument.h"
+
+#include <CLI/CLI.hpp>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+struct RollbackOptions : SnapshotArguments {
+    sts_volume_spec_v11_t volume = {};
+    std::vector<std::string> over;
+    std::int32_t flag = 0;
+    OperationOptions operation;
+    bool yes = false;
+};
+
+void roll_back(const Probe& probe, const RollbackOptions& options)
+{
+    confirm("Roll volume " + volume_text(options.volume) + " back to snapshot " +
+                clean_line(options.snapshot) + "?",
+            "nothing was rolled back", options.yes);
+    const RollbackRows over(options.over);
+    const sts_snap_def_v11_t snap = snapshot_named(options.snapshot);
+    ServerLogin login(probe, options.name, options.login);
+    const stsp_lsu_v7_t lsu = lsu_reference(login, options);
+    run_operation(probe, login.handle(), options.operation,
+                  {[&](stsp_async_t** async) {
+                       return call(probe, kAsyncRollbackSnap, &lsu, &snap, login.target(), &options.volume,
+                                   over.data(), over.count(), options.flag, async);
+                   },
+                   [&](const sts_opname_t& name) {
+                       return call(probe, kNamedAsyncRollbackSnap, &lsu, &snap, login.target(),
+                                   &options.volume, over.data(), over.count(), options.flag, name);
+                   }});
+    login.close();
+}
+
+} // namespace
+
+void add_snapshot_rollback_command(CLI::App& group, Run& run)
+{
+    CLI::App* command = group.add_subcommand("rollback", "Move a volume back to a snapshot");
+    auto options = std::make_shared<RollbackOptions>();
+    add_snapshot_arguments(*command, *options);
+    add_volume_option(*command, options->volume, "Volume to roll back")->required();
+    add_target_server_option(*command, options->login);
+    add_over_option(*command, options->over);
+    command->add_option("--flag", options->flag, "Flag of the rollback, which the service reads as it likes")
+        ->type_name("N")
+        ->capture_default_str();
+    add_operation_options(*command, options->operation);
+    add_yes_option(*command, options->yes, "Roll back");
+    set_footer(*command, "snapshot rollback Network_storage:filer1.example.com vol1 nightly.1 --volume "
+                         "nfs:filer1:/vol/vol1 --over nightly.0");
+    command->callback(chosen(run, options, roll_back));
+}
+
+} // namespace soapwrapper::probe

@@ -1,0 +1,47 @@
+#include "tools/commands/command.h"
+#include "tools/operation_arguments.h"
+
+#include <CLI/CLI.hpp>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+struct ValidateOptions : SourceArguments, TargetOptions {
+    std::string topology;
+};
+
+void validate_snapshot(const Probe& probe, const ValidateOptions& options)
+{
+    const TargetLsus targets(options, options.name);
+    const sts_snap_def_v11_t snap = snapshot_named(options.snapshot);
+    ServerLogin login(probe, options.name, options.login);
+    run_operation(probe, login.handle(), options.operation,
+                  {[&](stsp_async_t** async) {
+                       return call(probe, kAsyncValidateSnapByname, login.handle(), &options.volume, &snap,
+                                   targets.data(), targets.count(), options.topology.c_str(), async);
+                   },
+                   [&](const sts_opname_t& name) {
+                       return call(probe, kNamedAsyncValidateSnapByname, login.handle(), &options.volume,
+                                   &snap, targets.data(), targets.count(), options.topology.c_str(), name);
+                   }});
+    login.close();
+}
+
+} // namespace
+
+void add_snapshot_validate_command(CLI::App& group, Run& run)
+{
+    CLI::App* command =
+        group.add_subcommand("validate", "Ask whether a snapshot of a volume could be made, and how");
+    auto options = std::make_shared<ValidateOptions>();
+    add_source_arguments(*command, *options);
+    add_target_options(*command, *options);
+    command->add_option("--topology", options->topology, "Topology that there is to be")->type_name("TEXT");
+    set_footer(*command, "snapshot validate Network_storage:filer1.example.com nightly.0 --volume "
+                         "nfs:filer1:/vol/vol1 --target vol1");
+    command->callback(chosen(run, options, validate_snapshot));
+}
+
+} // namespace soapwrapper::probe

@@ -1,0 +1,16 @@
+// The host framework's plug-in manager, through which the library finds its second plug-in.
+#ifndef SOAPWRAPPER_TOOLS_PLUGIN_MANAGER_H
+#define SOAPWRAPPER_TOOLS_PLUGIN_MANAGER_H
+
+#include <string>
+
+namespace soapwrapper::probe
+{
+
+// Loads it in everybody's sight, ahead of the library, and for good: nobody tells when the second plug-in's
+// work is over. One that can't be loaded, or is none, is a Problem.
+void load_plugin_manager(const std::string& path);
+
+} // namespace soapwrapper::probe
+
+#endif
