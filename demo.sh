@@ -11,16 +11,17 @@ export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=true
 # Loopback addresses of the demo's own, so that the well-known ports are free whatever else runs here.
 service_address=127.85.86.1
 empty_address=127.85.86.2
+filer_address=127.85.86.3
 name=Network_NTAP:$service_address
 export SOAPWRAPPER_CREDENTIAL=simulator
 
 work=$(mktemp -d)
-simulator=
+simulators=()
 clean_up() {
-    if [ -n "$simulator" ]; then
+    for simulator in "${simulators[@]}"; do
         kill "$simulator" 2> /dev/null || true
         wait "$simulator" 2> /dev/null || true
-    fi
+    done
     rm -rf "$work"
 }
 trap clean_up EXIT
@@ -42,28 +43,45 @@ show_failure() { # the same for a command that must fail, with this exit code
     }
 }
 
+start_simulator() { # at this address, with these options
+    local address=$1 simulator
+    shift
+    build/soapwrapper-sim --http "$address:8085" --https "$address:8086" "$@" \
+        > "$work/simulator.out" 2> "$work/simulator.err" &
+    simulator=$!
+    simulators+=("$simulator")
+    until grep -qx ready "$work/simulator.out"; do
+        kill -0 "$simulator" 2> /dev/null || {
+            cat "$work/simulator.err" >&2
+            exit 1
+        }
+        sleep 0.1
+    done
+    cat "$work/simulator.out"
+}
+# A command that shows its progress on a terminal. Where the demo has none, each state of the line gets its own.
+show_on_a_terminal() {
+    printf '\n$ %s\n' "${*/#build\//}"
+    if [ -t 2 ]; then
+        "$@"
+    else
+        script -qec "$(printf '%q ' "$@")" /dev/null < /dev/null | tr '\r' '\n' | sed '/^ *$/d'
+    fi
+}
+
 act "Building (a first build takes a few minutes)"
 cmake -S . -B build -G Ninja > "$work/cmake.log" 2>&1 || {
     cat "$work/cmake.log"
     exit 1
 }
-ninja -C build --quiet libsoapwrapper.so soapwrapper-sim soapwrapper-probe > "$work/build.log" 2>&1 || {
+ninja -C build --quiet libsoapwrapper.so soapwrapper-sim libsoapwrapper-zapi-sim.so soapwrapper-probe \
+    > "$work/build.log" 2>&1 || {
     tail -n 60 "$work/build.log"
     exit 1
 }
 
 act "A storage service on this machine"
-build/soapwrapper-sim --http "$service_address:8085" --https "$service_address:8086" \
-    > "$work/simulator.out" 2> "$work/simulator.err" &
-simulator=$!
-until grep -qx ready "$work/simulator.out"; do
-    kill -0 "$simulator" 2> /dev/null || {
-        cat "$work/simulator.err" >&2
-        exit 1
-    }
-    sleep 0.1
-done
-cat "$work/simulator.out"
+start_simulator "$service_address"
 
 probe=build/soapwrapper-probe
 
@@ -99,6 +117,30 @@ show_failure 2 $probe image delete "$name" home home_1767571200_C1_F1 01/05/2026
 show $probe image delete "$name" home home_1767571200_C1_F1 01/05/2026 --yes
 show_failure 4 $probe image show "$name" home home_1767571200_C1_F1 01/05/2026
 
+act "Long operations: a snapshot is made while the probe waits, copied to another server, compared with the volume"
+show_on_a_terminal $probe snapshot create "$name" demo.1 --volume nfs:filer1:/vol/home
+show $probe snapshots "$name" home
+show_on_a_terminal $probe snapshot copy "$name" home demo.1 --target "Network_VAULT:$service_address/vault_home"
+show $probe snapshots "Network_VAULT:$service_address" vault_home
+show $probe snapshot diff "$name" nightly.0105 --volume nfs:filer1:/vol/home
+show $probe snapshot diff "$name" demo.1 --volume nfs:filer1:/vol/home
+
+act "The same under a name of the host's: it goes on by itself, and can be asked after"
+show $probe snapshot create "$name" demo.2 --volume nfs:filer1:/vol/home --name demo-operation --no-wait
+show $probe operation status "$name" --name demo-operation
+show $probe operation wait "$name" --name demo-operation
+show $probe operation status "$name" --name demo-operation
+
+act "Ctrl-C while it waits: the operation is cancelled at the service, and there is no snapshot"
+show_failure 5 timeout --preserve-status --signal INT 1 $probe snapshot create "$name" demo.3 \
+    --volume nfs:filer1:/vol/home
+show_failure 4 $probe snapshot show "$name" home demo.3
+
+act "Events: what the steps above made happen"
+show $probe events "$name"
+show $probe --json events "$name" --from 8 --delete
+show $probe events "$name"
+
 act "A control command, handed through to the service"
 show $probe ioctl "$name" 1 --args "are you there?" --output
 
@@ -107,5 +149,43 @@ show_failure 4 $probe server "Network_OTHER:$service_address"
 
 act "A service that isn't there"
 show_failure 4 $probe discover "Network_NTAP:$empty_address"
+
+act "The main job: what changed between two snapshots, here two directories of this machine"
+mkdir -p "$work"/monday/{plans,photos} "$work/tuesday"
+echo "first draft" > "$work/monday/plans/bridge.txt"
+echo "to be dropped" > "$work/monday/plans/tunnel.txt"
+echo "1234" > "$work/monday/photos/Brücke im Abendlicht.jpg"
+echo "never touched" > "$work/monday/photos/river.jpg"
+cp -a "$work/monday/." "$work/tuesday/"
+echo "second draft, somewhat longer" > "$work/tuesday/plans/bridge.txt"
+rm "$work/tuesday/plans/tunnel.txt"
+echo "12345678" > "$work/tuesday/photos/Tal & Hügel.jpg"
+ndmp_volume() { printf '{"ndmp": {"exportfiler": "filer1", "exportpath": "/vol/data%s"}}' "$1"; }
+nfs_volume='{"nfs": {"exportHost": "filer1", "exportName": "/vol/data", "exportPath": "/vol/data"}}'
+cat > "$work/scenario.json" << END
+{"changeLists": {"batch": 3}, "servers": [{"prefix": "Network_NTAP", "lsus": [{
+  "name": "data",
+  "volumes": [$(ndmp_volume ""), $nfs_volume],
+  "snapshots": [
+    {"name": "monday", "tree": "monday", "volume": $(ndmp_volume /.snapshot/monday)},
+    {"name": "tuesday", "tree": "tuesday", "volume": $(ndmp_volume /.snapshot/tuesday)}]}]}]}
+END
+start_simulator "$filer_address" --scenario "$work/scenario.json"
+filer=Network_NTAP:$filer_address
+
+act "From the service, with the filer's paths and with the host's"
+show $probe changes "$filer" data monday tuesday
+show $probe changes "$filer" data monday tuesday --mount /mnt/data
+show $probe changes "$filer" data monday tuesday --mount /mnt/data --filter /plans
+
+act "From the filer, through a second plug-in (here a stand-in for it)"
+export SOAPWRAPPER_SIM_SCENARIO=$work/scenario.json SOAPWRAPPER_ZAPI_PASSWORD=simulator
+by_zapi=(--manager build/libsoapwrapper-zapi-sim.so changes "$filer" data monday tuesday
+    --route zapi --zapi-user admin --mount /mnt/data)
+show $probe "${by_zapi[@]}"
+$probe --json changes "$filer" data monday tuesday --mount /mnt/data | grep '"path"' | sort > "$work/by_service"
+$probe --json "${by_zapi[@]}" | grep '"path"' | sort > "$work/by_zapi"
+cmp "$work/by_service" "$work/by_zapi"
+printf '\nBoth routes tell the same %s changes.\n' "$(wc -l < "$work/by_zapi")"
 
 act "Done"
