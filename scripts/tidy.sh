@@ -1,10 +1,14 @@
 #!/usr/bin/env bash
-# clang-tidy over the library's rooms: scripts/tidy.sh FOLDER, a build folder that clang has configured.
+# clang-tidy over the library's rooms, or over the files that are named: scripts/tidy.sh FOLDER [FILE]..., where FOLDER
+# is a build folder that clang has configured.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-folder=${1:?usage: scripts/tidy.sh FOLDER}
-printf '%s\n' plugin/*.cpp service/*.cpp conversion/*.cpp operations/*.cpp changelist/*.cpp xmlhelper/*.cpp |
-    grep -v nothrow_stand_in | xargs -P"$(nproc)" -n4 clang-tidy-14 -p "$folder" --quiet 2> "$folder/tidy.err" || {
+folder=${1:?usage: scripts/tidy.sh FOLDER [FILE]...}
+shift
+if [ $# -eq 0 ]; then
+    set -- plugin/*.cpp service/*.cpp conversion/*.cpp operations/*.cpp changelist/*.cpp xmlhelper/*.cpp
+fi
+printf '%s\n' "$@" | grep -v nothrow_stand_in | xargs -P"$(nproc)" -n4 clang-tidy-14 -p "$folder" --quiet 2> "$folder/tidy.err" || {
     cat "$folder/tidy.err" >&2
     exit 1
 }

@@ -11,6 +11,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <limits>
 
 namespace soapwrapper::simulator
@@ -112,7 +113,7 @@ FileTree read_tree(const std::string& root_path)
         if (directory) {
             read_directory(directory.get(), path, files, pending);
         } else if (path.empty() || errno != ENOENT) {
-            refuse_directory(root_path + "/" + path);
+            refuse_directory(std::filesystem::path(root_path) / path);
         }
     }
     return files;

@@ -47,7 +47,7 @@ const Operation& Operations::by_name(std::size_t server, const std::string& name
 
 std::string Operations::start(Operation operation, Instant now)
 {
-    const std::string token = new_token();
+    std::string token = new_token();
     add(key_of_token(token), std::move(operation), now);
     return token;
 }

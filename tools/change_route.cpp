@@ -42,7 +42,7 @@ bool asks_for_zapi(const std::string& isid)
 std::string isid_for(const RouteWishes& wishes, const sts_volume_spec_v11_t& volume)
 {
     if (wishes.isid) return *wishes.isid;
-    const std::string use_zapi = wishes.route == Route::Zapi ? "use_zapi=1" : "use_zapi=0";
+    std::string use_zapi = wishes.route == Route::Zapi ? "use_zapi=1" : "use_zapi=0";
     if (!wishes.mount) return use_zapi;
     return kMount + *wishes.mount + "|" + text_of(volume.first) + ":" + text_of(volume.second) + "," +
            use_zapi;

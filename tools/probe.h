@@ -50,7 +50,7 @@ void keep_unclosed(void* handle);
 template <class Entry, class Handle>
 std::optional<Problem> close_handle(const Probe& probe, const Slot<Entry>& slot, Handle* handle)
 {
-    const auto problem = problem_of(probe, call(probe, slot, handle));
+    auto problem = problem_of(probe, call(probe, slot, handle));
     if (problem) keep_unclosed(handle);
     return problem;
 }

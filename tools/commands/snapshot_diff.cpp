@@ -19,7 +19,7 @@ struct DiffOptions : ServerArguments {
 // The library sends the others empty.
 std::string parse_nfs_volume(const std::string& text, sts_volume_spec_v11_t& volume)
 {
-    const std::string wrong = parse_volume(text, volume);
+    std::string wrong = parse_volume(text, volume);
     if (!wrong.empty()) return wrong;
     return volume.volumeType == STS_VOLUME_NFS ? "" : "a difference is possible with nfs volumes only";
 }

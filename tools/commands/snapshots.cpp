@@ -51,7 +51,8 @@ void add_snapshots_command(CLI::App& program, Run& run)
     lsu->excludes(volume);
     add_list_options(*command, options->list);
     set_footer(*command, "snapshots Network_storage:filer1.example.com --volume nfs:filer1:/vol/vol1");
-    command->callback([lsu, volume, options, choose = chosen(run, options, show_snapshots)] {
+    const std::function<void()> choose = chosen(run, options, show_snapshots);
+    command->callback([lsu, volume, options, choose] {
         options->by_volume = !volume->empty();
         if (lsu->empty() && volume->empty()) throw CLI::RequiredError("LSU or --volume");
         choose();
