@@ -1,64 +1,60 @@
 #include "tools/arguments.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 
-void add_server_arguments(CLI::App& command, ServerArguments& arguments)
+void add_server_arguments(const Command& command, ServerArguments& arguments)
 {
-    command.add_option("NAME", arguments.name, "Server name: prefix, colon, host")->required()->type_name("");
+    command.add_option("NAME", arguments.name, "Server name: prefix, colon, host").required().type_name("");
     add_login_options(command, arguments.login);
 }
 
-void add_lsu_arguments(CLI::App& command, LsuArguments& arguments)
+void add_lsu_arguments(const Command& command, LsuArguments& arguments)
 {
     add_server_arguments(command, arguments);
-    add_lsu_argument(command, arguments.lsu)->required();
+    add_lsu_argument(command, arguments.lsu).required();
 }
 
-CLI::Option* add_lsu_argument(CLI::App& command, std::string& lsu)
+Option add_lsu_argument(const Command& command, std::string& lsu)
 {
     return add_text_argument(command, "LSU", lsu, STS_LSU_NAME_SIZE, "Name of the logical storage unit")
-        ->required(false);
+        .required(false);
 }
 
-CLI::Option* add_text_argument(CLI::App& command, const char* name, std::string& text, std::size_t room,
-                               const char* description)
+Option add_text_argument(const Command& command, const char* name, std::string& text, std::size_t room,
+                         const char* description)
 {
-    CLI::Option* option = command.add_option(name, text, description)->required()->type_name("");
-    limit_length(*option, room);
+    const Option option = command.add_option(name, text, description).required().type_name("");
+    limit_length(option, room);
     return option;
 }
 
-void add_host_options(CLI::App& command, HostArguments& arguments)
+void add_host_options(const Command& command, HostArguments& arguments)
 {
-    CLI::Option* hosts =
+    const Option hosts =
         command.add_option("--host", arguments.hosts, "Host that the export is for; up to 16 times")
-            ->required()
-            ->type_name("TEXT");
-    CLI::Option* ports =
-        command.add_option("--port", arguments.ports, "Port of a host; up to 16 times")->type_name("TEXT");
-    for (CLI::Option* option : {hosts, ports}) {
-        option->allow_extra_args(false); // one text each time, or it would take the arguments behind it
-        limit_length(*option, STS_HOST_TEXT_SIZE);
+            .required()
+            .type_name("TEXT");
+    const Option ports =
+        command.add_option("--port", arguments.ports, "Port of a host; up to 16 times").type_name("TEXT");
+    for (const Option option : {hosts, ports}) {
+        option.one_at_a_time(); // one text each time, or it would take the arguments behind it
+        limit_length(option, STS_HOST_TEXT_SIZE);
     }
     command.add_option("--flags", arguments.flags, "Flags of the export")
-        ->type_name("N")
-        ->capture_default_str();
+        .type_name("N")
+        .capture_default_str();
 }
 
-void limit_length(CLI::Option& option, std::size_t room)
+void limit_length(const Option& option, std::size_t room)
 {
-    option.check(CLI::Validator(
-        [room](const std::string& text) {
-            return text.size() < room ? std::string()
-                                      : "at most " + std::to_string(room - 1) + " bytes are possible";
-        },
-        ""));
+    option.check([room](const std::string& text) {
+        return text.size() < room ? std::string()
+                                  : "at most " + std::to_string(room - 1) + " bytes are possible";
+    });
 }
 
-void set_footer(CLI::App& command, const std::string& example)
+void set_footer(const Command& command, const std::string& example)
 {
     command.footer("Example:\n  soapwrapper-probe " + example +
                    "\n\nSee also: soapwrapper-probe --help, for the options of all commands.");

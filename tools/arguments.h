@@ -3,6 +3,7 @@
 #define SOAPWRAPPER_TOOLS_ARGUMENTS_H
 
 #include "plugin/host_records.h"
+#include "tools/command_line.h"
 #include "tools/server_login.h"
 
 #include <cstddef>
@@ -10,12 +11,6 @@
 #include <cstring>
 #include <string>
 #include <vector>
-
-namespace CLI
-{
-class App;
-class Option;
-} // namespace CLI
 
 namespace soapwrapper::probe
 {
@@ -37,22 +32,22 @@ struct HostArguments {
 };
 
 // NAME, and how to log in.
-void add_server_arguments(CLI::App& command, ServerArguments& arguments);
+void add_server_arguments(const Command& command, ServerArguments& arguments);
 
 // NAME and LSU, and how to log in.
-void add_lsu_arguments(CLI::App& command, LsuArguments& arguments);
-CLI::Option* add_lsu_argument(CLI::App& command, std::string& lsu);
+void add_lsu_arguments(const Command& command, LsuArguments& arguments);
+Option add_lsu_argument(const Command& command, std::string& lsu);
 
 // A positional text that must fit a field of `room` bytes: nothing is cut without a word.
-CLI::Option* add_text_argument(CLI::App& command, const char* name, std::string& text, std::size_t room,
-                               const char* description);
+Option add_text_argument(const Command& command, const char* name, std::string& text, std::size_t room,
+                         const char* description);
 
-void add_host_options(CLI::App& command, HostArguments& arguments);
+void add_host_options(const Command& command, HostArguments& arguments);
 
 // Refuses texts that wouldn't fit, for options that may be given several times.
-void limit_length(CLI::Option& option, std::size_t room);
+void limit_length(const Option& option, std::size_t room);
 
-void set_footer(CLI::App& command, const std::string& example);
+void set_footer(const Command& command, const std::string& example);
 
 // `text` is known to fit.
 template <std::size_t Room>

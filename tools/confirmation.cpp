@@ -2,8 +2,6 @@
 
 #include "tools/problem.h"
 
-#include <CLI/CLI.hpp>
-
 #include <unistd.h>
 
 #include <iostream>
@@ -11,7 +9,7 @@
 namespace soapwrapper::probe
 {
 
-void add_yes_option(CLI::App& command, bool& yes, const std::string& deed)
+void add_yes_option(const Command& command, bool& yes, const std::string& deed)
 {
     command.add_flag("--yes", yes, deed + " without asking; required where there is no terminal to ask on");
 }

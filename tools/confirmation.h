@@ -2,19 +2,16 @@
 #ifndef SOAPWRAPPER_TOOLS_CONFIRMATION_H
 #define SOAPWRAPPER_TOOLS_CONFIRMATION_H
 
+#include "tools/command_line.h"
+
 #include <iosfwd>
 #include <string>
-
-namespace CLI
-{
-class App;
-}
 
 namespace soapwrapper::probe
 {
 
 // `deed` says what is done without asking, as in "Delete".
-void add_yes_option(CLI::App& command, bool& yes, const std::string& deed = "Delete");
+void add_yes_option(const Command& command, bool& yes, const std::string& deed = "Delete");
 
 // Puts "QUESTION [y/N]" to `out` and takes a line of `in`: anything but y or yes means no.
 bool answered_yes(const std::string& question, std::istream& in, std::ostream& out);

@@ -2,12 +2,10 @@
 
 #include "tools/text.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 
-void add_image_arguments(CLI::App& command, ImageArguments& arguments)
+void add_image_arguments(const Command& command, ImageArguments& arguments)
 {
     add_lsu_arguments(command, arguments);
     add_text_argument(command, "BASENAME", arguments.basename, sizeof sts_image_def_v10_t::basename,

@@ -4,6 +4,7 @@
 
 #include "plugin/host_records.h"
 #include "tools/arguments.h"
+#include "tools/command_line.h"
 #include "tools/records.h"
 
 namespace soapwrapper::probe
@@ -14,7 +15,7 @@ struct ImageArguments : LsuArguments {
     std::string date;
 };
 
-void add_image_arguments(CLI::App& command, ImageArguments& arguments);
+void add_image_arguments(const Command& command, ImageArguments& arguments);
 
 // The definition with what the command line knows; the rest is empty.
 sts_image_def_v10_t image_named(const ImageArguments& arguments);

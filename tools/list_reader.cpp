@@ -1,7 +1,5 @@
 #include "tools/list_reader.h"
 
-#include <CLI/CLI.hpp>
-
 #include <cstdlib>
 #include <cstring>
 #include <utility>
@@ -48,22 +46,22 @@ class RepeatGuard
 
 } // namespace
 
-void add_end_status_option(CLI::App& command, int& end_status)
+void add_end_status_option(const Command& command, int& end_status)
 {
     command
         .add_option("--end-status", end_status,
                     "The status with which the service ends a list; any other one is a failure")
-        ->type_name("N")
-        ->check(CLI::Validator([](std::string& text) { return refuse_failure(text); }, ""))
-        ->capture_default_str();
+        .type_name("N")
+        .check(refuse_failure)
+        .capture_default_str();
 }
 
-void add_list_options(CLI::App& command, ListOptions& options)
+void add_list_options(const Command& command, ListOptions& options)
 {
     add_end_status_option(command, options.end_status);
     command.add_option("--limit", options.limit, "The most entries to read; a longer list is a failure")
-        ->type_name("N")
-        ->capture_default_str();
+        .type_name("N")
+        .capture_default_str();
 }
 
 ListHandle::ListHandle(const Probe& probe, const CloseSlot& close_slot)

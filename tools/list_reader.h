@@ -3,16 +3,12 @@
 #define SOAPWRAPPER_TOOLS_LIST_READER_H
 
 #include "plugin/entry_points.h"
+#include "tools/command_line.h"
 #include "tools/probe.h"
 
 #include <cstddef>
 #include <functional>
 #include <optional>
-
-namespace CLI
-{
-class App;
-}
 
 namespace soapwrapper::probe
 {
@@ -22,10 +18,10 @@ struct ListOptions {
     std::size_t limit = 1000000; // entries
 };
 
-void add_list_options(CLI::App& command, ListOptions& options);
+void add_list_options(const Command& command, ListOptions& options);
 
 // The one of them that tells the end.
-void add_end_status_option(CLI::App& command, int& end_status);
+void add_end_status_option(const Command& command, int& end_status);
 
 // The handle of a list, which is closed on every way out.
 class ListHandle

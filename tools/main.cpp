@@ -116,7 +116,7 @@ int run_command_line(int argc, char** argv)
     CommonOptions options;
     add_common_options(program, options);
     Run run;
-    add_commands(program, run);
+    add_commands(Command(&program), run);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -2,8 +2,6 @@
 
 #include "tools/volume_argument.h"
 
-#include <CLI/CLI.hpp>
-
 #include <optional>
 #include <utility>
 
@@ -38,28 +36,26 @@ std::string at_most(std::size_t room)
 
 } // namespace
 
-void add_source_arguments(CLI::App& command, SourceArguments& arguments)
+void add_source_arguments(const Command& command, SourceArguments& arguments)
 {
     add_server_arguments(command, arguments);
     add_text_argument(command, "SNAP", arguments.snapshot, STS_SNAP_NAME_SIZE, "Name of the snapshot");
-    add_volume_option(command, arguments.volume, "Volume that the snapshot is of")->required();
+    add_volume_option(command, arguments.volume, "Volume that the snapshot is of").required();
     add_operation_options(command, arguments.operation);
 }
 
-void add_target_options(CLI::App& command, TargetOptions& options)
+void add_target_options(const Command& command, TargetOptions& options)
 {
     command
         .add_option("--target", options.targets,
                     "LSU for the snapshot to go to, at NAME if no server is named; may be repeated. A slash "
                     "of a name is written \\/")
-        ->type_name("[SERVER/]LSU")
-        ->allow_extra_args(false)
-        ->check(CLI::Validator(
-            [](const std::string& text) {
-                sts_lsu_spec_v11_t target = {};
-                return parse_target(text, target);
-            },
-            ""));
+        .type_name("[SERVER/]LSU")
+        .one_at_a_time()
+        .check([](const std::string& text) {
+            sts_lsu_spec_v11_t target = {};
+            return parse_target(text, target);
+        });
 }
 
 std::string parse_target(const std::string& text, sts_lsu_spec_v11_t& target)
@@ -89,14 +85,14 @@ TargetLsus::TargetLsus(const TargetOptions& options, const std::string& server)
     }
 }
 
-void add_imageset_options(CLI::App& command, ImagesetOptions& options)
+void add_imageset_options(const Command& command, ImagesetOptions& options)
 {
-    CLI::Option* imageset = command.add_option("--imageset", options.imageset, "Name of the image set");
-    imageset->type_name("TEXT");
-    limit_length(*imageset, STS_ASYNC_NAME_SIZE);
+    const Option imageset = command.add_option("--imageset", options.imageset, "Name of the image set");
+    imageset.type_name("TEXT");
+    limit_length(imageset, STS_ASYNC_NAME_SIZE);
     command.add_option("--pending", options.pending, "Pending flag, which the service reads as it likes")
-        ->type_name("N")
-        ->capture_default_str();
+        .type_name("N")
+        .capture_default_str();
 }
 
 sts_imageset_t imageset_of(const ImagesetOptions& options)
@@ -106,12 +102,12 @@ sts_imageset_t imageset_of(const ImagesetOptions& options)
     return imageset;
 }
 
-void add_over_option(CLI::App& command, std::vector<std::string>& over)
+void add_over_option(const Command& command, std::vector<std::string>& over)
 {
-    CLI::Option* option =
+    const Option option =
         command.add_option("--over", over, "Name of a snapshot to roll back over; may be repeated");
-    option->type_name("SNAP")->allow_extra_args(false);
-    limit_length(*option, STS_ROLLBACK_ROW_SIZE);
+    option.type_name("SNAP").one_at_a_time();
+    limit_length(option, STS_ROLLBACK_ROW_SIZE);
 }
 
 RollbackRows::RollbackRows(const std::vector<std::string>& names) : rows_(names.size() + 1)

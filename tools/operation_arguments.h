@@ -4,6 +4,7 @@
 
 #include "plugin/async_records.h"
 #include "tools/arguments.h"
+#include "tools/command_line.h"
 #include "tools/operation_run.h"
 #include "tools/snapshot_records.h"
 
@@ -21,13 +22,13 @@ struct SourceArguments : ServerArguments {
 };
 
 // NAME, SNAP and `--volume`, and how to log in and to wait.
-void add_source_arguments(CLI::App& command, SourceArguments& arguments);
+void add_source_arguments(const Command& command, SourceArguments& arguments);
 
 struct TargetOptions {
     std::vector<std::string> targets;
 };
 
-void add_target_options(CLI::App& command, TargetOptions& options);
+void add_target_options(const Command& command, TargetOptions& options);
 
 // Fills `target` from SERVER/LSU or LSU; of that the server stays as it is. A backslash takes the character
 // behind it as it is. The result is what is wrong with `text`, if anything.
@@ -52,11 +53,11 @@ struct ImagesetOptions {
     std::int32_t pending = 0;
 };
 
-void add_imageset_options(CLI::App& command, ImagesetOptions& options);
+void add_imageset_options(const Command& command, ImagesetOptions& options);
 sts_imageset_t imageset_of(const ImagesetOptions& options);
 
 // Names of snapshots to roll back over.
-void add_over_option(CLI::App& command, std::vector<std::string>& over);
+void add_over_option(const Command& command, std::vector<std::string>& over);
 
 // The rows that an entry takes: never a null array.
 class RollbackRows

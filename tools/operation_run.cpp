@@ -7,8 +7,6 @@
 #include "tools/readable.h"
 #include "tools/status_text.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <memory>
 
@@ -113,7 +111,7 @@ std::unique_ptr<OperationAnswer> last_answer(const Probe& probe, const Operation
 
 } // namespace
 
-void add_operation_options(CLI::App& command, OperationOptions& options)
+void add_operation_options(const Command& command, OperationOptions& options)
 {
     add_operation_name_option(command, options.name,
                               "Name for the operation to go under; without it the service makes up an id");
@@ -121,11 +119,11 @@ void add_operation_options(CLI::App& command, OperationOptions& options)
                      "Only start the operation and print its id or name, for the command operation");
 }
 
-CLI::Option* add_operation_name_option(CLI::App& command, std::optional<std::string>& name,
-                                       const std::string& description)
+Option add_operation_name_option(const Command& command, std::optional<std::string>& name,
+                                 const std::string& description)
 {
-    CLI::Option* option = command.add_option("--name", name, description)->type_name("OPNAME");
-    limit_length(*option, STS_ASYNC_NAME_SIZE);
+    const Option option = command.add_option("--name", name, description).type_name("OPNAME");
+    limit_length(option, STS_ASYNC_NAME_SIZE);
     return option;
 }
 

@@ -3,17 +3,12 @@
 #define SOAPWRAPPER_TOOLS_OPERATION_RUN_H
 
 #include "plugin/async_records.h"
+#include "tools/command_line.h"
 #include "tools/operation.h"
 
 #include <functional>
 #include <optional>
 #include <string>
-
-namespace CLI
-{
-class App;
-class Option;
-} // namespace CLI
 
 namespace soapwrapper::probe
 {
@@ -25,11 +20,11 @@ struct OperationOptions {
     bool no_wait = false;
 };
 
-void add_operation_options(CLI::App& command, OperationOptions& options);
+void add_operation_options(const Command& command, OperationOptions& options);
 
 // `--name`, the name of an operation.
-CLI::Option* add_operation_name_option(CLI::App& command, std::optional<std::string>& name,
-                                       const std::string& description);
+Option add_operation_name_option(const Command& command, std::optional<std::string>& name,
+                                 const std::string& description);
 
 // The two entries that start an operation, called with all the arguments that it has.
 struct OperationStart {

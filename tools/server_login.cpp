@@ -4,8 +4,6 @@
 #include "tools/credential.h"
 #include "tools/server_discovery.h"
 
-#include <CLI/CLI.hpp>
-
 #include <iostream>
 #include <utility>
 
@@ -36,29 +34,29 @@ class Watch
 
 } // namespace
 
-void add_login_options(CLI::App& command, LoginOptions& options)
+void add_login_options(const Command& command, LoginOptions& options)
 {
     command
         .add_option("--credential-file", options.credential_file,
                     std::string("File that holds the credential; a line feed at its end is dropped. "
                                 "Without it the credential comes from the environment variable ") +
                         kCredentialVariable)
-        ->type_name("FILE");
+        .type_name("FILE");
     command.add_option("--credential-type", options.credential_type, "Type number of the credential")
-        ->type_name("N")
-        ->capture_default_str();
+        .type_name("N")
+        .capture_default_str();
     command.add_option("--interface", options.required_interface, "Interface to require of the service")
-        ->type_name("TEXT");
+        .type_name("TEXT");
     command.add_flag("--no-discover", options.no_discovery,
                      "Open without discovery: at the URL of soapwrapper.conf, else at http on port 8085");
 }
 
-void add_target_server_option(CLI::App& command, LoginOptions& options)
+void add_target_server_option(const Command& command, LoginOptions& options)
 {
-    CLI::Option* option = command.add_option("--target-server", options.target_server,
+    const Option option = command.add_option("--target-server", options.target_server,
                                              "Server to open through this one, with the same credential");
-    option->type_name("NAME");
-    limit_length(*option, STS_SERVER_NAME_SIZE);
+    option.type_name("NAME");
+    limit_length(option, STS_SERVER_NAME_SIZE);
 }
 
 OpenServer::~OpenServer()

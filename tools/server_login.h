@@ -3,15 +3,11 @@
 #define SOAPWRAPPER_TOOLS_SERVER_LOGIN_H
 
 #include "plugin/host_records.h"
+#include "tools/command_line.h"
 #include "tools/probe.h"
 
 #include <functional>
 #include <string>
-
-namespace CLI
-{
-class App;
-}
 
 namespace soapwrapper::probe
 {
@@ -25,9 +21,9 @@ struct LoginOptions {
     std::string target_server; // to be opened through the server; empty: none
 };
 
-void add_login_options(CLI::App& command, LoginOptions& options);
+void add_login_options(const Command& command, LoginOptions& options);
 
-void add_target_server_option(CLI::App& command, LoginOptions& options);
+void add_target_server_option(const Command& command, LoginOptions& options);
 
 // The handle of a server, which is closed on every way out.
 class OpenServer

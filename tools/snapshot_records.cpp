@@ -5,12 +5,10 @@
 #include "tools/text.h"
 #include "tools/volume_argument.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 
-void add_snapshot_arguments(CLI::App& command, SnapshotArguments& arguments)
+void add_snapshot_arguments(const Command& command, SnapshotArguments& arguments)
 {
     add_lsu_arguments(command, arguments);
     add_text_argument(command, "SNAP", arguments.snapshot, STS_SNAP_NAME_SIZE, "Name of the snapshot");

@@ -4,6 +4,7 @@
 
 #include "plugin/host_records.h"
 #include "tools/arguments.h"
+#include "tools/command_line.h"
 
 namespace soapwrapper::probe
 {
@@ -17,7 +18,7 @@ struct SnapshotArguments : LsuArguments {
     std::string snapshot;
 };
 
-void add_snapshot_arguments(CLI::App& command, SnapshotArguments& arguments);
+void add_snapshot_arguments(const Command& command, SnapshotArguments& arguments);
 
 // The definition with a name, the rest empty.
 sts_snap_def_v11_t snapshot_named(const std::string& name);

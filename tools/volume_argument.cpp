@@ -2,8 +2,6 @@
 
 #include "tools/text.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <cstring>
 #include <iterator>
@@ -104,15 +102,14 @@ sts_volume_spec_v11_t unfilled_volume()
     return volume;
 }
 
-CLI::Option* add_volume_option(CLI::App& command, sts_volume_spec_v11_t& volume,
-                               const std::string& description)
+Option add_volume_option(const Command& command, sts_volume_spec_v11_t& volume,
+                         const std::string& description)
 {
-    const auto take = [&volume](const std::string& text) {
-        const std::string wrong = parse_volume(text, volume);
-        if (!wrong.empty()) throw CLI::ValidationError("--volume", wrong);
-    };
-    return command.add_option_function<std::string>("--volume", take, description)
-        ->type_name("KIND:FIRST[:SECOND[:THIRD]]");
+    return command
+        .add_text_option(
+            "--volume", [&volume](const std::string& text) { return parse_volume(text, volume); },
+            description)
+        .type_name("KIND:FIRST[:SECOND[:THIRD]]");
 }
 
 } // namespace soapwrapper::probe

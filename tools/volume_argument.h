@@ -3,14 +3,9 @@
 #define SOAPWRAPPER_TOOLS_VOLUME_ARGUMENT_H
 
 #include "plugin/host_records.h"
+#include "tools/command_line.h"
 
 #include <string>
-
-namespace CLI
-{
-class App;
-class Option;
-} // namespace CLI
 
 namespace soapwrapper::probe
 {
@@ -26,8 +21,8 @@ std::string volume_text(const sts_volume_spec_v11_t& volume);
 sts_volume_spec_v11_t unfilled_volume();
 
 // `--volume`, which is parsed with the command line. It isn't required.
-CLI::Option* add_volume_option(CLI::App& command, sts_volume_spec_v11_t& volume,
-                               const std::string& description);
+Option add_volume_option(const Command& command, sts_volume_spec_v11_t& volume,
+                         const std::string& description);
 
 } // namespace soapwrapper::probe
 

@@ -6,8 +6,6 @@
 #include "tools/volume_argument.h"
 #include "tools/zapi_login.h"
 
-#include <CLI/CLI.hpp>
-
 #include <iostream>
 #include <limits>
 #include <memory>
@@ -95,66 +93,63 @@ std::string refuse_blank(const std::string& user)
     return user.find(' ') == std::string::npos ? "" : "a user's name holds no blank";
 }
 
-void add_route_options(CLI::App& command, ChangesOptions& options)
+void add_route_options(const Command& command, ChangesOptions& options)
 {
     RouteWishes& wishes = options.wishes;
     command
-        .add_option_function<std::string>(
+        .add_text_option(
             "--route",
             [&wishes](const std::string& name) {
                 wishes.route = name == route_name(Route::Zapi) ? Route::Zapi : Route::Service;
+                return std::string();
             },
             "Where the list is to come from; without it the service, or what --isid and --volume make of it")
-        ->type_name("service|zapi")
-        ->check(CLI::IsMember({route_name(Route::Service), route_name(Route::Zapi)}));
-    CLI::Option* isid = command.add_option("--isid", wishes.isid, "The supplier's text of DIFF");
-    isid->type_name("TEXT");
-    limit_length(*isid, STS_PATH_SIZE);
+        .type_name("service|zapi")
+        .one_of({route_name(Route::Service), route_name(Route::Zapi)});
+    const Option isid = command.add_option("--isid", wishes.isid, "The supplier's text of DIFF");
+    isid.type_name("TEXT");
+    limit_length(isid, STS_PATH_SIZE);
     command.add_option("--mount", wishes.mount, "Where the host has the volume mounted")
-        ->type_name("PATH")
-        ->excludes(isid);
+        .type_name("PATH")
+        .excludes(isid);
     command
-        .add_option_function<std::string>(
+        .add_text_option(
             "--volume",
-            [&wishes](const std::string& text) {
-                const std::string wrong = parse_volume(text, wishes.volume.emplace());
-                if (!wrong.empty()) throw CLI::ValidationError("--volume", wrong);
-            },
+            [&wishes](const std::string& text) { return parse_volume(text, wishes.volume.emplace()); },
             "The source volume; without it, the one of DIFF")
-        ->type_name("KIND:FIRST[:SECOND[:THIRD]]");
+        .type_name("KIND:FIRST[:SECOND[:THIRD]]");
     command.add_option("--zapi-user", options.zapi_user, "Who logs in to the filer on the route zapi")
-        ->type_name("NAME")
-        ->check(CLI::Validator(refuse_blank, ""));
+        .type_name("NAME")
+        .check(refuse_blank);
 }
 
 } // namespace
 
-void add_changes_command(CLI::App& program, Run& run)
+void add_changes_command(const Command& program, Run& run)
 {
-    CLI::App* command = program.add_subcommand("changes", "List what differs between two snapshots");
+    const Command command = program.add_subcommand("changes", "List what differs between two snapshots");
     auto options = std::make_shared<ChangesOptions>();
-    add_lsu_arguments(*command, *options);
-    add_text_argument(*command, "BASE", options->base, STS_SNAP_NAME_SIZE,
+    add_lsu_arguments(command, *options);
+    add_text_argument(command, "BASE", options->base, STS_SNAP_NAME_SIZE,
                       "Name of the older snapshot; -: none, all of DIFF is listed");
-    add_text_argument(*command, "DIFF", options->diff, STS_SNAP_NAME_SIZE, "Name of the newer snapshot");
-    add_route_options(*command, *options);
-    CLI::Option* filters = command->add_option("--filter", options->reading.filters,
-                                               "List only what lies at or below this path; may be repeated");
-    filters->type_name("PATH")->allow_extra_args(false);
-    limit_length(*filters, kFilterSize);
-    command->add_option("--flags", options->flags, "Flags of the list, which the service reads as it likes")
-        ->type_name("N")
-        ->capture_default_str();
-    command->add_flag("--escape", options->reading.escapes,
-                      "Show each byte of a path that is not printable ASCII as a backslash and two digits");
-    add_end_status_option(*command, options->reading.list.end_status);
+    add_text_argument(command, "DIFF", options->diff, STS_SNAP_NAME_SIZE, "Name of the newer snapshot");
+    add_route_options(command, *options);
+    const Option filters = command.add_option("--filter", options->reading.filters,
+                                              "List only what lies at or below this path; may be repeated");
+    filters.type_name("PATH").one_at_a_time();
+    limit_length(filters, kFilterSize);
+    command.add_option("--flags", options->flags, "Flags of the list, which the service reads as it likes")
+        .type_name("N")
+        .capture_default_str();
+    command.add_flag("--escape", options->reading.escapes,
+                     "Show each byte of a path that is not printable ASCII as a backslash and two digits");
+    add_end_status_option(command, options->reading.list.end_status);
     command
-        ->add_option("--limit", options->reading.list.limit,
-                     "The most entries to read; a longer list is a failure")
-        ->type_name("N");
-    set_footer(*command,
-               "changes Network_NTAP:filer1.example.com projects weekly.1 weekly.2 --route service");
-    command->callback(chosen(run, options, show_changes));
+        .add_option("--limit", options->reading.list.limit,
+                    "The most entries to read; a longer list is a failure")
+        .type_name("N");
+    set_footer(command, "changes Network_NTAP:filer1.example.com projects weekly.1 weekly.2 --route service");
+    command.callback(chosen(run, options, show_changes));
 }
 
 } // namespace soapwrapper::probe

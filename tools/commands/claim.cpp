@@ -3,8 +3,6 @@
 #include "tools/records.h"
 #include "tools/volume_argument.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -26,14 +24,14 @@ void claim(const Probe& probe, const ClaimOptions& options)
 
 } // namespace
 
-void add_claim_command(CLI::App& program, Run& run)
+void add_claim_command(const Command& program, Run& run)
 {
-    CLI::App* command = program.add_subcommand("claim", "Claim a volume");
+    const Command command = program.add_subcommand("claim", "Claim a volume");
     auto options = std::make_shared<ClaimOptions>();
-    add_server_arguments(*command, *options);
-    add_volume_option(*command, options->volume, "Volume to claim")->required();
-    set_footer(*command, "claim Network_storage:filer1.example.com --volume scsi:serial");
-    command->callback(chosen(run, options, claim));
+    add_server_arguments(command, *options);
+    add_volume_option(command, options->volume, "Volume to claim").required();
+    set_footer(command, "claim Network_storage:filer1.example.com --volume scsi:serial");
+    command.callback(chosen(run, options, claim));
 }
 
 } // namespace soapwrapper::probe

@@ -3,16 +3,12 @@
 #ifndef SOAPWRAPPER_TOOLS_COMMANDS_COMMAND_H
 #define SOAPWRAPPER_TOOLS_COMMANDS_COMMAND_H
 
+#include "tools/command_line.h"
 #include "tools/probe.h"
 
 #include <functional>
 #include <memory>
 #include <string>
-
-namespace CLI
-{
-class App;
-}
 
 namespace soapwrapper::probe
 {
@@ -20,39 +16,39 @@ namespace soapwrapper::probe
 using Run = std::function<void(const Probe&)>;
 
 // Adds all of them.
-void add_commands(CLI::App& program, Run& run);
+void add_commands(const Command& program, Run& run);
 
-void add_discover_command(CLI::App& program, Run& run);
-void add_server_command(CLI::App& program, Run& run);
-void add_lsus_command(CLI::App& program, Run& run);
-void add_lsu_command(CLI::App& program, Run& run);
-void add_replication_command(CLI::App& program, Run& run);
-void add_images_command(CLI::App& program, Run& run);
-void add_image_show_command(CLI::App& group, Run& run);
-void add_image_delete_command(CLI::App& group, Run& run);
-void add_snapshots_command(CLI::App& program, Run& run);
-void add_snapshot_show_command(CLI::App& group, Run& run);
-void add_snapshot_delete_command(CLI::App& group, Run& run);
-void add_snapshot_create_command(CLI::App& group, Run& run);
-void add_snapshot_copy_command(CLI::App& group, Run& run);
-void add_snapshot_prepare_command(CLI::App& group, Run& run);
-void add_snapshot_postprocess_command(CLI::App& group, Run& run);
-void add_snapshot_validate_command(CLI::App& group, Run& run);
-void add_snapshot_import_command(CLI::App& group, Run& run);
-void add_snapshot_rollback_command(CLI::App& group, Run& run);
-void add_snapshot_diff_command(CLI::App& group, Run& run);
-void add_topology_provision_command(CLI::App& group, Run& run);
-void add_operation_wait_command(CLI::App& group, Run& run);
-void add_operation_status_command(CLI::App& group, Run& run);
-void add_operation_cancel_command(CLI::App& group, Run& run);
-void add_rollback_check_command(CLI::App& group, Run& run);
-void add_export_create_command(CLI::App& group, Run& run);
-void add_export_add_command(CLI::App& group, Run& run);
-void add_export_delete_command(CLI::App& group, Run& run);
-void add_changes_command(CLI::App& program, Run& run);
-void add_claim_command(CLI::App& program, Run& run);
-void add_ioctl_command(CLI::App& program, Run& run);
-void add_events_command(CLI::App& program, Run& run);
+void add_discover_command(const Command& program, Run& run);
+void add_server_command(const Command& program, Run& run);
+void add_lsus_command(const Command& program, Run& run);
+void add_lsu_command(const Command& program, Run& run);
+void add_replication_command(const Command& program, Run& run);
+void add_images_command(const Command& program, Run& run);
+void add_image_show_command(const Command& group, Run& run);
+void add_image_delete_command(const Command& group, Run& run);
+void add_snapshots_command(const Command& program, Run& run);
+void add_snapshot_show_command(const Command& group, Run& run);
+void add_snapshot_delete_command(const Command& group, Run& run);
+void add_snapshot_create_command(const Command& group, Run& run);
+void add_snapshot_copy_command(const Command& group, Run& run);
+void add_snapshot_prepare_command(const Command& group, Run& run);
+void add_snapshot_postprocess_command(const Command& group, Run& run);
+void add_snapshot_validate_command(const Command& group, Run& run);
+void add_snapshot_import_command(const Command& group, Run& run);
+void add_snapshot_rollback_command(const Command& group, Run& run);
+void add_snapshot_diff_command(const Command& group, Run& run);
+void add_topology_provision_command(const Command& group, Run& run);
+void add_operation_wait_command(const Command& group, Run& run);
+void add_operation_status_command(const Command& group, Run& run);
+void add_operation_cancel_command(const Command& group, Run& run);
+void add_rollback_check_command(const Command& group, Run& run);
+void add_export_create_command(const Command& group, Run& run);
+void add_export_add_command(const Command& group, Run& run);
+void add_export_delete_command(const Command& group, Run& run);
+void add_changes_command(const Command& program, Run& run);
+void add_claim_command(const Command& program, Run& run);
+void add_ioctl_command(const Command& program, Run& run);
+void add_events_command(const Command& program, Run& run);
 
 // For a command's callback: puts `act` into `run`, with the options that parsing has filled by then.
 template <class Options>

@@ -1,22 +1,20 @@
 #include "tools/commands/command.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
 {
 
-CLI::App& add_group(CLI::App& program, const char* name, const char* description)
+Command add_group(const Command& program, const char* name, const char* description)
 {
-    CLI::App* group = program.add_subcommand(name, description);
-    group->require_subcommand(1);
-    return *group;
+    const Command group = program.add_subcommand(name, description);
+    group.require_subcommand();
+    return group;
 }
 
 } // namespace
 
-void add_commands(CLI::App& program, Run& run)
+void add_commands(const Command& program, Run& run)
 {
     add_discover_command(program, run);
     add_server_command(program, run);
@@ -24,11 +22,11 @@ void add_commands(CLI::App& program, Run& run)
     add_lsu_command(program, run);
     add_replication_command(program, run);
     add_images_command(program, run);
-    CLI::App& image = add_group(program, "image", "Show or delete an image");
+    const Command image = add_group(program, "image", "Show or delete an image");
     add_image_show_command(image, run);
     add_image_delete_command(image, run);
     add_snapshots_command(program, run);
-    CLI::App& snapshot = add_group(program, "snapshot", "Make, show, use or delete a snapshot");
+    const Command snapshot = add_group(program, "snapshot", "Make, show, use or delete a snapshot");
     add_snapshot_show_command(snapshot, run);
     add_snapshot_delete_command(snapshot, run);
     add_snapshot_create_command(snapshot, run);
@@ -39,15 +37,15 @@ void add_commands(CLI::App& program, Run& run)
     add_snapshot_import_command(snapshot, run);
     add_snapshot_rollback_command(snapshot, run);
     add_snapshot_diff_command(snapshot, run);
-    CLI::App& topology = add_group(program, "topology", "Make what a topology says");
+    const Command topology = add_group(program, "topology", "Make what a topology says");
     add_topology_provision_command(topology, run);
-    CLI::App& operation = add_group(program, "operation", "Follow or cancel a long operation");
+    const Command operation = add_group(program, "operation", "Follow or cancel a long operation");
     add_operation_wait_command(operation, run);
     add_operation_status_command(operation, run);
     add_operation_cancel_command(operation, run);
-    CLI::App& rollback = add_group(program, "rollback", "Look at a rollback ahead");
+    const Command rollback = add_group(program, "rollback", "Look at a rollback ahead");
     add_rollback_check_command(rollback, run);
-    CLI::App& exports = add_group(program, "export", "Make snapshots and volumes reachable from hosts");
+    const Command exports = add_group(program, "export", "Make snapshots and volumes reachable from hosts");
     add_export_create_command(exports, run);
     add_export_add_command(exports, run);
     add_export_delete_command(exports, run);

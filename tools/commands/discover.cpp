@@ -2,8 +2,6 @@
 #include "tools/server_discovery.h"
 #include "tools/server_report.h"
 
-#include <CLI/CLI.hpp>
-
 #include <memory>
 
 namespace soapwrapper::probe
@@ -22,16 +20,16 @@ void discover(const Probe& probe, const std::string& name)
 
 } // namespace
 
-void add_discover_command(CLI::App& program, Run& run)
+void add_discover_command(const Command& program, Run& run)
 {
-    CLI::App* command =
+    const Command command =
         program.add_subcommand("discover", "Find the service behind a server name and show what it offers");
     auto name = std::make_shared<std::string>();
-    command->add_option("NAME", *name, "Server name: prefix, colon, host")->required()->type_name("");
-    command->footer("Example:\n"
-                    "  soapwrapper-probe discover Network_storage:filer1.example.com\n\n"
-                    "See also: soapwrapper-probe --help, for the options of all commands.");
-    command->callback([&run, name] { run = [name](const Probe& probe) { discover(probe, *name); }; });
+    command.add_option("NAME", *name, "Server name: prefix, colon, host").required().type_name("");
+    command.footer("Example:\n"
+                   "  soapwrapper-probe discover Network_storage:filer1.example.com\n\n"
+                   "See also: soapwrapper-probe --help, for the options of all commands.");
+    command.callback([&run, name] { run = [name](const Probe& probe) { discover(probe, *name); }; });
 }
 
 } // namespace soapwrapper::probe

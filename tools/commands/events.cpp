@@ -5,8 +5,6 @@
 #include "tools/interruption.h"
 #include "tools/list_reader.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -146,20 +144,20 @@ void show_events(const Probe& probe, const EventsOptions& options)
 
 } // namespace
 
-void add_events_command(CLI::App& program, Run& run)
+void add_events_command(const Command& program, Run& run)
 {
-    CLI::App* command = program.add_subcommand("events", "Show the events of a server");
+    const Command command = program.add_subcommand("events", "Show the events of a server");
     auto options = std::make_shared<EventsOptions>();
-    add_server_arguments(*command, *options);
-    command->add_option("--from", options->from, "Number of the first event to show")
-        ->type_name("SEQNO")
-        ->capture_default_str();
-    command->add_flag("--follow", options->follow,
-                      "At the end wait for more, until Ctrl-C or SIGTERM, which is then a good end");
-    command->add_flag("--delete", options->deletes, "Delete each event once it was shown");
-    add_end_status_option(*command, options->end_status);
-    set_footer(*command, "events Network_storage:filer1.example.com --follow");
-    command->callback(chosen(run, options, show_events));
+    add_server_arguments(command, *options);
+    command.add_option("--from", options->from, "Number of the first event to show")
+        .type_name("SEQNO")
+        .capture_default_str();
+    command.add_flag("--follow", options->follow,
+                     "At the end wait for more, until Ctrl-C or SIGTERM, which is then a good end");
+    command.add_flag("--delete", options->deletes, "Delete each event once it was shown");
+    add_end_status_option(command, options->end_status);
+    set_footer(command, "events Network_storage:filer1.example.com --follow");
+    command.callback(chosen(run, options, show_events));
 }
 
 } // namespace soapwrapper::probe

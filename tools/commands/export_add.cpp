@@ -3,8 +3,6 @@
 #include "tools/records.h"
 #include "tools/volume_argument.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -30,17 +28,17 @@ void add_export(const Probe& probe, const AddOptions& options)
 
 } // namespace
 
-void add_export_add_command(CLI::App& group, Run& run)
+void add_export_add_command(const Command& group, Run& run)
 {
-    CLI::App* command = group.add_subcommand("add", "Export a volume to hosts");
+    const Command command = group.add_subcommand("add", "Export a volume to hosts");
     auto options = std::make_shared<AddOptions>();
-    add_lsu_arguments(*command, *options);
-    add_volume_option(*command, options->volume, "Volume to export")->required();
-    add_host_options(*command, options->host);
+    add_lsu_arguments(command, *options);
+    add_volume_option(command, options->volume, "Volume to export").required();
+    add_host_options(command, options->host);
     set_footer(
-        *command,
+        command,
         "export add Network_storage:filer1.example.com vol1 --volume nfs:filer1:/vol/vol1 --host client1");
-    command->callback(chosen(run, options, add_export));
+    command.callback(chosen(run, options, add_export));
 }
 
 } // namespace soapwrapper::probe

@@ -4,8 +4,6 @@
 #include "tools/snapshot_records.h"
 #include "tools/volume_argument.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -30,14 +28,14 @@ void create_export(const Probe& probe, const CreateOptions& options)
 
 } // namespace
 
-void add_export_create_command(CLI::App& group, Run& run)
+void add_export_create_command(const Command& group, Run& run)
 {
-    CLI::App* command = group.add_subcommand("create", "Export a snapshot to hosts");
+    const Command command = group.add_subcommand("create", "Export a snapshot to hosts");
     auto options = std::make_shared<CreateOptions>();
-    add_snapshot_arguments(*command, *options);
-    add_host_options(*command, options->host);
-    set_footer(*command, "export create Network_storage:filer1.example.com vol1 nightly.0 --host client1");
-    command->callback(chosen(run, options, create_export));
+    add_snapshot_arguments(command, *options);
+    add_host_options(command, options->host);
+    set_footer(command, "export create Network_storage:filer1.example.com vol1 nightly.0 --host client1");
+    command.callback(chosen(run, options, create_export));
 }
 
 } // namespace soapwrapper::probe

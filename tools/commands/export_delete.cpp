@@ -4,8 +4,6 @@
 #include "tools/records.h"
 #include "tools/volume_argument.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -33,18 +31,18 @@ void delete_export(const Probe& probe, const DeleteOptions& options)
 
 } // namespace
 
-void add_export_delete_command(CLI::App& group, Run& run)
+void add_export_delete_command(const Command& group, Run& run)
 {
-    CLI::App* command = group.add_subcommand("delete", "Take an export away");
+    const Command command = group.add_subcommand("delete", "Take an export away");
     auto options = std::make_shared<DeleteOptions>();
-    add_lsu_arguments(*command, *options);
-    add_volume_option(*command, options->volume, "The exported volume")->required();
-    add_host_options(*command, options->host);
-    add_yes_option(*command, options->yes);
+    add_lsu_arguments(command, *options);
+    add_volume_option(command, options->volume, "The exported volume").required();
+    add_host_options(command, options->host);
+    add_yes_option(command, options->yes);
     set_footer(
-        *command,
+        command,
         "export delete Network_storage:filer1.example.com vol1 --volume nfs:filer1:/vol/vol1 --host client1");
-    command->callback(chosen(run, options, delete_export));
+    command.callback(chosen(run, options, delete_export));
 }
 
 } // namespace soapwrapper::probe

@@ -5,8 +5,6 @@
 #include "tools/records.h"
 #include "tools/text.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -35,17 +33,17 @@ void delete_image(const Probe& probe, const DeleteOptions& options)
 
 } // namespace
 
-void add_image_delete_command(CLI::App& group, Run& run)
+void add_image_delete_command(const Command& group, Run& run)
 {
-    CLI::App* command = group.add_subcommand("delete", "Delete an image");
+    const Command command = group.add_subcommand("delete", "Delete an image");
     auto options = std::make_shared<DeleteOptions>();
-    add_image_arguments(*command, *options);
-    command->add_option("--async", options->async_flag, "Flag that the service reads as it likes")
-        ->type_name("N")
-        ->capture_default_str();
-    add_yes_option(*command, options->yes);
-    set_footer(*command, "image delete Network_storage:filer1.example.com vol1 backup 20240131");
-    command->callback(chosen(run, options, delete_image));
+    add_image_arguments(command, *options);
+    command.add_option("--async", options->async_flag, "Flag that the service reads as it likes")
+        .type_name("N")
+        .capture_default_str();
+    add_yes_option(command, options->yes);
+    set_footer(command, "image delete Network_storage:filer1.example.com vol1 backup 20240131");
+    command.callback(chosen(run, options, delete_image));
 }
 
 } // namespace soapwrapper::probe

@@ -2,8 +2,6 @@
 #include "tools/commands/command.h"
 #include "tools/image_records.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -22,13 +20,13 @@ void show_image(const Probe& probe, const ImageArguments& options)
 
 } // namespace
 
-void add_image_show_command(CLI::App& group, Run& run)
+void add_image_show_command(const Command& group, Run& run)
 {
-    CLI::App* command = group.add_subcommand("show", "Show the properties of one image");
+    const Command command = group.add_subcommand("show", "Show the properties of one image");
     auto options = std::make_shared<ImageArguments>();
-    add_image_arguments(*command, *options);
-    set_footer(*command, "image show Network_storage:filer1.example.com vol1 backup 20240131");
-    command->callback(chosen(run, options, show_image));
+    add_image_arguments(command, *options);
+    set_footer(command, "image show Network_storage:filer1.example.com vol1 backup 20240131");
+    command.callback(chosen(run, options, show_image));
 }
 
 } // namespace soapwrapper::probe

@@ -3,8 +3,6 @@
 #include "tools/image_records.h"
 #include "tools/list_reader.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -36,17 +34,17 @@ void show_images(const Probe& probe, const ImagesOptions& options)
 
 } // namespace
 
-void add_images_command(CLI::App& program, Run& run)
+void add_images_command(const Command& program, Run& run)
 {
-    CLI::App* command = program.add_subcommand("images", "List the images of an LSU");
+    const Command command = program.add_subcommand("images", "List the images of an LSU");
     auto options = std::make_shared<ImagesOptions>();
-    add_lsu_arguments(*command, *options);
-    command->add_option("--type", options->type, "Type of the list, which the service reads as it likes")
-        ->type_name("N")
-        ->capture_default_str();
-    add_list_options(*command, options->list);
-    set_footer(*command, "images Network_storage:filer1.example.com vol1");
-    command->callback(chosen(run, options, show_images));
+    add_lsu_arguments(command, *options);
+    command.add_option("--type", options->type, "Type of the list, which the service reads as it likes")
+        .type_name("N")
+        .capture_default_str();
+    add_list_options(command, options->list);
+    set_footer(command, "images Network_storage:filer1.example.com vol1");
+    command.callback(chosen(run, options, show_images));
 }
 
 } // namespace soapwrapper::probe

@@ -4,8 +4,6 @@
 #include "tools/records.h"
 #include "tools/text.h"
 
-#include <CLI/CLI.hpp>
-
 #include <iostream>
 
 namespace soapwrapper::probe
@@ -67,20 +65,20 @@ void send_command(const Probe& probe, const IoctlOptions& options)
 
 } // namespace
 
-void add_ioctl_command(CLI::App& program, Run& run)
+void add_ioctl_command(const Command& program, Run& run)
 {
-    CLI::App* command = program.add_subcommand("ioctl", "Pass a control command to the service");
+    const Command command = program.add_subcommand("ioctl", "Pass a control command to the service");
     auto options = std::make_shared<IoctlOptions>();
-    add_server_arguments(*command, *options);
-    command->add_option("COMMAND", options->command, "Number of the command")->required()->type_name("");
-    command->add_option("--args", options->args, "Text to send with it")->type_name("TEXT");
-    command->add_flag("--output", options->output, "Ask for an answer and print it");
-    command->add_option("--size", options->size, "Size of the buffer, in bytes")
-        ->type_name("N")
-        ->check(CLI::Range(kSmallestRoom, kLargestRoom).description(""))
-        ->capture_default_str();
-    set_footer(*command, "ioctl Network_storage:filer1.example.com 10104 --args nightly.0 --output");
-    command->callback(chosen(run, options, send_command));
+    add_server_arguments(command, *options);
+    command.add_option("COMMAND", options->command, "Number of the command").required().type_name("");
+    command.add_option("--args", options->args, "Text to send with it").type_name("TEXT");
+    command.add_flag("--output", options->output, "Ask for an answer and print it");
+    command.add_option("--size", options->size, "Size of the buffer, in bytes")
+        .type_name("N")
+        .range(kSmallestRoom, kLargestRoom)
+        .capture_default_str();
+    set_footer(command, "ioctl Network_storage:filer1.example.com 10104 --args nightly.0 --output");
+    command.callback(chosen(run, options, send_command));
 }
 
 } // namespace soapwrapper::probe

@@ -3,8 +3,6 @@
 #include "tools/records.h"
 #include "tools/text.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -48,13 +46,13 @@ void show_lsu(const Probe& probe, const LsuArguments& options)
 
 } // namespace
 
-void add_lsu_command(CLI::App& program, Run& run)
+void add_lsu_command(const Command& program, Run& run)
 {
-    CLI::App* command = program.add_subcommand("lsu", "Show the properties of one LSU");
+    const Command command = program.add_subcommand("lsu", "Show the properties of one LSU");
     auto options = std::make_shared<LsuArguments>();
-    add_lsu_arguments(*command, *options);
-    set_footer(*command, "lsu Network_storage:filer1.example.com vol1");
-    command->callback(chosen(run, options, show_lsu));
+    add_lsu_arguments(command, *options);
+    set_footer(command, "lsu Network_storage:filer1.example.com vol1");
+    command.callback(chosen(run, options, show_lsu));
 }
 
 } // namespace soapwrapper::probe

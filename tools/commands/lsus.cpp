@@ -4,8 +4,6 @@
 #include "tools/records.h"
 #include "tools/text.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -39,14 +37,14 @@ void show_lsus(const Probe& probe, const LsusOptions& options)
 
 } // namespace
 
-void add_lsus_command(CLI::App& program, Run& run)
+void add_lsus_command(const Command& program, Run& run)
 {
-    CLI::App* command = program.add_subcommand("lsus", "List the LSUs of a server");
+    const Command command = program.add_subcommand("lsus", "List the LSUs of a server");
     auto options = std::make_shared<LsusOptions>();
-    add_server_arguments(*command, *options);
-    add_list_options(*command, options->list);
-    set_footer(*command, "lsus Network_storage:filer1.example.com");
-    command->callback(chosen(run, options, show_lsus));
+    add_server_arguments(command, *options);
+    add_list_options(command, options->list);
+    set_footer(command, "lsus Network_storage:filer1.example.com");
+    command.callback(chosen(run, options, show_lsus));
 }
 
 } // namespace soapwrapper::probe

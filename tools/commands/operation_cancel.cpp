@@ -3,8 +3,6 @@
 #include "tools/operation_run.h"
 #include "tools/text.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -31,16 +29,16 @@ void cancel_operation(const Probe& probe, const CancelOptions& options)
 
 } // namespace
 
-void add_operation_cancel_command(CLI::App& group, Run& run)
+void add_operation_cancel_command(const Command& group, Run& run)
 {
-    CLI::App* command = group.add_subcommand("cancel", "Cancel an operation that has an id");
+    const Command command = group.add_subcommand("cancel", "Cancel an operation that has an id");
     auto options = std::make_shared<CancelOptions>();
-    add_server_arguments(*command, *options);
-    command->add_option("ID", options->id, "Id of the operation")->type_name("");
-    add_operation_name_option(*command, options->opname,
+    add_server_arguments(command, *options);
+    command.add_option("ID", options->id, "Id of the operation").type_name("");
+    add_operation_name_option(command, options->opname,
                               "Refused: only an operation with an id can be cancelled");
-    set_footer(*command, "operation cancel Network_storage:filer1.example.com 4711");
-    command->callback(chosen(run, options, cancel_operation));
+    set_footer(command, "operation cancel Network_storage:filer1.example.com 4711");
+    command.callback(chosen(run, options, cancel_operation));
 }
 
 } // namespace soapwrapper::probe

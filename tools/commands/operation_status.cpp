@@ -2,8 +2,6 @@
 #include "tools/commands/command.h"
 #include "tools/operation_run.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -29,15 +27,15 @@ void show_status(const Probe& probe, const StatusOptions& options)
 
 } // namespace
 
-void add_operation_status_command(CLI::App& group, Run& run)
+void add_operation_status_command(const Command& group, Run& run)
 {
-    CLI::App* command =
+    const Command command =
         group.add_subcommand("status", "Show whether an operation with a name runs or has ended well");
     auto options = std::make_shared<StatusOptions>();
-    add_server_arguments(*command, *options);
-    add_operation_name_option(*command, options->opname, "Name of the operation")->required();
-    set_footer(*command, "operation status Network_storage:filer1.example.com --name nightly");
-    command->callback(chosen(run, options, show_status));
+    add_server_arguments(command, *options);
+    add_operation_name_option(command, options->opname, "Name of the operation").required();
+    set_footer(command, "operation status Network_storage:filer1.example.com --name nightly");
+    command.callback(chosen(run, options, show_status));
 }
 
 } // namespace soapwrapper::probe

@@ -3,8 +3,6 @@
 #include "tools/interruption.h"
 #include "tools/operation_run.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -34,16 +32,16 @@ void wait_for_operation(const Probe& probe, const WaitOptions& options)
 
 } // namespace
 
-void add_operation_wait_command(CLI::App& group, Run& run)
+void add_operation_wait_command(const Command& group, Run& run)
 {
-    CLI::App* command = group.add_subcommand("wait", "Wait for the end of an operation and show its result");
+    const Command command =
+        group.add_subcommand("wait", "Wait for the end of an operation and show its result");
     auto options = std::make_shared<WaitOptions>();
-    add_server_arguments(*command, *options);
-    CLI::Option* id = command->add_option("ID", options->id, "Id of the operation")->type_name("");
-    add_operation_name_option(*command, options->opname, "Name of the operation, if it has one")
-        ->excludes(id);
-    set_footer(*command, "operation wait Network_storage:filer1.example.com --name nightly");
-    command->callback(chosen(run, options, wait_for_operation));
+    add_server_arguments(command, *options);
+    const Option id = command.add_option("ID", options->id, "Id of the operation").type_name("");
+    add_operation_name_option(command, options->opname, "Name of the operation, if it has one").excludes(id);
+    set_footer(command, "operation wait Network_storage:filer1.example.com --name nightly");
+    command.callback(chosen(run, options, wait_for_operation));
 }
 
 } // namespace soapwrapper::probe

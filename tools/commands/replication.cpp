@@ -3,8 +3,6 @@
 #include "tools/records.h"
 #include "tools/text.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -65,26 +63,25 @@ void show_replication(const Probe& probe, const ReplicationOptions& options)
     login.close();
 }
 
-void add_count(CLI::App& command, const char* name, std::optional<std::uint32_t>& count, const char* what)
+void add_count(const Command& command, const char* name, std::optional<std::uint32_t>& count,
+               const char* what)
 {
-    command.add_option(name, count, what)
-        ->type_name("N")
-        ->check(CLI::Range(std::uint32_t{0}, kMostPartners).description(""));
+    command.add_option(name, count, what).type_name("N").range(0, kMostPartners);
 }
 
 } // namespace
 
-void add_replication_command(CLI::App& program, Run& run)
+void add_replication_command(const Command& program, Run& run)
 {
-    CLI::App* command = program.add_subcommand("replication", "Show the replication partners of one LSU");
+    const Command command = program.add_subcommand("replication", "Show the replication partners of one LSU");
     auto options = std::make_shared<ReplicationOptions>();
-    add_lsu_arguments(*command, *options);
-    add_count(*command, "--sources", options->sources,
+    add_lsu_arguments(command, *options);
+    add_count(command, "--sources", options->sources,
               "How many sources to ask for; the service answers the exact number only. Default: what the "
               "LSU's properties say");
-    add_count(*command, "--targets", options->targets, "The same of the targets");
-    set_footer(*command, "replication Network_storage:filer1.example.com vol1 --sources 0 --targets 2");
-    command->callback(chosen(run, options, show_replication));
+    add_count(command, "--targets", options->targets, "The same of the targets");
+    set_footer(command, "replication Network_storage:filer1.example.com vol1 --sources 0 --targets 2");
+    command.callback(chosen(run, options, show_replication));
 }
 
 } // namespace soapwrapper::probe

@@ -5,8 +5,6 @@
 #include "tools/snapshot_records.h"
 #include "tools/volume_argument.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -34,18 +32,18 @@ void check_rollback(const Probe& probe, const RollbackOptions& options)
 
 } // namespace
 
-void add_rollback_check_command(CLI::App& group, Run& run)
+void add_rollback_check_command(const Command& group, Run& run)
 {
-    CLI::App* command =
+    const Command command =
         group.add_subcommand("check", "List the snapshots that a rollback would meet, and change nothing");
     auto options = std::make_shared<RollbackOptions>();
-    add_snapshot_arguments(*command, *options);
-    add_volume_option(*command, options->volume, "Volume to roll back")->required();
-    add_over_option(*command, options->over);
-    add_list_options(*command, options->list);
-    set_footer(*command, "rollback check Network_storage:filer1.example.com vol1 nightly.1 --volume "
-                         "nfs:filer1:/vol/vol1 --over nightly.0");
-    command->callback(chosen(run, options, check_rollback));
+    add_snapshot_arguments(command, *options);
+    add_volume_option(command, options->volume, "Volume to roll back").required();
+    add_over_option(command, options->over);
+    add_list_options(command, options->list);
+    set_footer(command, "rollback check Network_storage:filer1.example.com vol1 nightly.1 --volume "
+                        "nfs:filer1:/vol/vol1 --over nightly.0");
+    command.callback(chosen(run, options, check_rollback));
 }
 
 } // namespace soapwrapper::probe

@@ -2,8 +2,6 @@
 #include "tools/server_login.h"
 #include "tools/server_report.h"
 
-#include <CLI/CLI.hpp>
-
 #include <memory>
 
 namespace soapwrapper::probe
@@ -27,17 +25,17 @@ void show_server(const Probe& probe, const ServerOptions& options)
 
 } // namespace
 
-void add_server_command(CLI::App& program, Run& run)
+void add_server_command(const Command& program, Run& run)
 {
-    CLI::App* command = program.add_subcommand("server", "Open a server, show its properties, close it");
+    const Command command = program.add_subcommand("server", "Open a server, show its properties, close it");
     auto options = std::make_shared<ServerOptions>();
-    command->add_option("NAME", options->name, "Server name: prefix, colon, host")->required()->type_name("");
-    add_login_options(*command, options->login);
-    command->footer("Example:\n"
-                    "  soapwrapper-probe server --credential-file ~/.storage-login "
-                    "Network_storage:filer1.example.com\n\n"
-                    "See also: soapwrapper-probe --help, for the options of all commands.");
-    command->callback(
+    command.add_option("NAME", options->name, "Server name: prefix, colon, host").required().type_name("");
+    add_login_options(command, options->login);
+    command.footer("Example:\n"
+                   "  soapwrapper-probe server --credential-file ~/.storage-login "
+                   "Network_storage:filer1.example.com\n\n"
+                   "See also: soapwrapper-probe --help, for the options of all commands.");
+    command.callback(
         [&run, options] { run = [options](const Probe& probe) { show_server(probe, *options); }; });
 }
 

@@ -1,8 +1,6 @@
 #include "tools/commands/command.h"
 #include "tools/operation_arguments.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -33,17 +31,17 @@ void copy_snapshot(const Probe& probe, const CopyOptions& options)
 
 } // namespace
 
-void add_snapshot_copy_command(CLI::App& group, Run& run)
+void add_snapshot_copy_command(const Command& group, Run& run)
 {
-    CLI::App* command = group.add_subcommand("copy", "Copy a snapshot to other LSUs");
+    const Command command = group.add_subcommand("copy", "Copy a snapshot to other LSUs");
     auto options = std::make_shared<CopyOptions>();
-    add_snapshot_arguments(*command, *options);
-    add_target_options(*command, *options);
-    add_imageset_options(*command, *options);
-    add_operation_options(*command, options->operation);
-    set_footer(*command, "snapshot copy Network_storage:filer1.example.com vol1 nightly.0 --target "
-                         "Network_storage:filer2.example.com/vol1_copy");
-    command->callback(chosen(run, options, copy_snapshot));
+    add_snapshot_arguments(command, *options);
+    add_target_options(command, *options);
+    add_imageset_options(command, *options);
+    add_operation_options(command, options->operation);
+    set_footer(command, "snapshot copy Network_storage:filer1.example.com vol1 nightly.0 --target "
+                        "Network_storage:filer2.example.com/vol1_copy");
+    command.callback(chosen(run, options, copy_snapshot));
 }
 
 } // namespace soapwrapper::probe

@@ -5,8 +5,6 @@
 #include "tools/snapshot_records.h"
 #include "tools/text.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -32,14 +30,14 @@ void delete_snapshot(const Probe& probe, const DeleteOptions& options)
 
 } // namespace
 
-void add_snapshot_delete_command(CLI::App& group, Run& run)
+void add_snapshot_delete_command(const Command& group, Run& run)
 {
-    CLI::App* command = group.add_subcommand("delete", "Delete a snapshot");
+    const Command command = group.add_subcommand("delete", "Delete a snapshot");
     auto options = std::make_shared<DeleteOptions>();
-    add_snapshot_arguments(*command, *options);
-    add_yes_option(*command, options->yes);
-    set_footer(*command, "snapshot delete Network_storage:filer1.example.com vol1 nightly.0");
-    command->callback(chosen(run, options, delete_snapshot));
+    add_snapshot_arguments(command, *options);
+    add_yes_option(command, options->yes);
+    set_footer(command, "snapshot delete Network_storage:filer1.example.com vol1 nightly.0");
+    command.callback(chosen(run, options, delete_snapshot));
 }
 
 } // namespace soapwrapper::probe

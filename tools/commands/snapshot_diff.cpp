@@ -2,8 +2,6 @@
 #include "tools/operation_arguments.h"
 #include "tools/volume_argument.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -24,18 +22,16 @@ std::string parse_nfs_volume(const std::string& text, sts_volume_spec_v11_t& vol
     return volume.volumeType == STS_VOLUME_NFS ? "" : "a difference is possible with nfs volumes only";
 }
 
-void add_volumes_option(CLI::App& command, std::vector<std::string>& volumes)
+void add_volumes_option(const Command& command, std::vector<std::string>& volumes)
 {
     command.add_option("--volume", volumes, "Volume to compare with, of the kind nfs; may be repeated")
-        ->required()
-        ->type_name("nfs:FIRST[:SECOND[:THIRD]]")
-        ->allow_extra_args(false)
-        ->check(CLI::Validator(
-            [](const std::string& text) {
-                sts_volume_spec_v11_t volume;
-                return parse_nfs_volume(text, volume);
-            },
-            ""));
+        .required()
+        .type_name("nfs:FIRST[:SECOND[:THIRD]]")
+        .one_at_a_time()
+        .check([](const std::string& text) {
+            sts_volume_spec_v11_t volume;
+            return parse_nfs_volume(text, volume);
+        });
 }
 
 void show_difference(const Probe& probe, const DiffOptions& options)
@@ -60,24 +56,24 @@ void show_difference(const Probe& probe, const DiffOptions& options)
 
 } // namespace
 
-void add_snapshot_diff_command(CLI::App& group, Run& run)
+void add_snapshot_diff_command(const Command& group, Run& run)
 {
-    CLI::App* command = group.add_subcommand("diff", "Show what differs between a snapshot and volumes");
+    const Command command = group.add_subcommand("diff", "Show what differs between a snapshot and volumes");
     auto options = std::make_shared<DiffOptions>();
-    add_server_arguments(*command, *options);
-    add_text_argument(*command, "SNAP", options->snapshot, STS_SNAP_NAME_SIZE, "Name of the snapshot");
-    add_volumes_option(*command, options->volumes);
-    add_target_server_option(*command, options->login);
+    add_server_arguments(command, *options);
+    add_text_argument(command, "SNAP", options->snapshot, STS_SNAP_NAME_SIZE, "Name of the snapshot");
+    add_volumes_option(command, options->volumes);
+    add_target_server_option(command, options->login);
     command
-        ->add_option("--flag", options->flag,
-                     "Flag of the difference, which the service reads as it likes; a named operation has but "
-                     "0 and 1")
-        ->type_name("N")
-        ->capture_default_str();
-    add_operation_options(*command, options->operation);
-    set_footer(*command, "snapshot diff Network_storage:filer1.example.com nightly.0 --volume "
-                         "nfs:filer1:/vol/vol1");
-    command->callback(chosen(run, options, show_difference));
+        .add_option("--flag", options->flag,
+                    "Flag of the difference, which the service reads as it likes; a named operation has but "
+                    "0 and 1")
+        .type_name("N")
+        .capture_default_str();
+    add_operation_options(command, options->operation);
+    set_footer(command, "snapshot diff Network_storage:filer1.example.com nightly.0 --volume "
+                        "nfs:filer1:/vol/vol1");
+    command.callback(chosen(run, options, show_difference));
 }
 
 } // namespace soapwrapper::probe

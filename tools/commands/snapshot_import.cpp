@@ -1,8 +1,6 @@
 #include "tools/commands/command.h"
 #include "tools/operation_arguments.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -30,15 +28,16 @@ void import_snapshot(const Probe& probe, const ImportOptions& options)
 
 } // namespace
 
-void add_snapshot_import_command(CLI::App& group, Run& run)
+void add_snapshot_import_command(const Command& group, Run& run)
 {
-    CLI::App* command = group.add_subcommand("import", "Make a snapshot known that the storage has already");
+    const Command command =
+        group.add_subcommand("import", "Make a snapshot known that the storage has already");
     auto options = std::make_shared<ImportOptions>();
-    add_source_arguments(*command, *options);
-    add_imageset_options(*command, *options);
-    set_footer(*command,
+    add_source_arguments(command, *options);
+    add_imageset_options(command, *options);
+    set_footer(command,
                "snapshot import Network_storage:filer1.example.com nightly.0 --volume nfs:filer1:/vol/vol1");
-    command->callback(chosen(run, options, import_snapshot));
+    command.callback(chosen(run, options, import_snapshot));
 }
 
 } // namespace soapwrapper::probe

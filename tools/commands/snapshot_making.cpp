@@ -2,8 +2,6 @@
 #include "tools/commands/command.h"
 #include "tools/operation_arguments.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -41,29 +39,29 @@ void run_making(const Probe& probe, const MakingOptions& options)
     login.close();
 }
 
-void add_making_command(CLI::App& group, Run& run, const Making& making)
+void add_making_command(const Command& group, Run& run, const Making& making)
 {
-    CLI::App* command = group.add_subcommand(making.name, making.description);
+    const Command command = group.add_subcommand(making.name, making.description);
     auto options = std::make_shared<MakingOptions>(making);
-    add_source_arguments(*command, *options);
-    add_target_options(*command, *options);
-    add_imageset_options(*command, *options);
-    set_footer(*command, std::string("snapshot ") + making.name +
-                             " Network_storage:filer1.example.com nightly.0 --volume nfs:filer1:/vol/vol1 "
-                             "--target vol1");
-    command->callback(chosen(run, options, run_making));
+    add_source_arguments(command, *options);
+    add_target_options(command, *options);
+    add_imageset_options(command, *options);
+    set_footer(command, std::string("snapshot ") + making.name +
+                            " Network_storage:filer1.example.com nightly.0 --volume nfs:filer1:/vol/vol1 "
+                            "--target vol1");
+    command.callback(chosen(run, options, run_making));
 }
 
 } // namespace
 
-void add_snapshot_create_command(CLI::App& group, Run& run)
+void add_snapshot_create_command(const Command& group, Run& run)
 {
     add_making_command(
         group, run,
         {"create", "Make a snapshot of a volume", kAsyncCreateSnapByname, kNamedAsyncCreateSnapByname});
 }
 
-void add_snapshot_prepare_command(CLI::App& group, Run& run)
+void add_snapshot_prepare_command(const Command& group, Run& run)
 {
     add_making_command(group, run,
                        {"prepare", "Make a snapshot of a volume possible", kAsyncPrepareSnapByname,

@@ -1,8 +1,6 @@
 #include "tools/commands/command.h"
 #include "tools/operation_arguments.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -29,15 +27,15 @@ void postprocess_snapshot(const Probe& probe, const PostprocessOptions& options)
 
 } // namespace
 
-void add_snapshot_postprocess_command(CLI::App& group, Run& run)
+void add_snapshot_postprocess_command(const Command& group, Run& run)
 {
-    CLI::App* command =
+    const Command command =
         group.add_subcommand("postprocess", "Have the service do what follows the making of a snapshot");
     auto options = std::make_shared<PostprocessOptions>();
-    add_snapshot_arguments(*command, *options);
-    add_operation_options(*command, options->operation);
-    set_footer(*command, "snapshot postprocess Network_storage:filer1.example.com vol1 nightly.0");
-    command->callback(chosen(run, options, postprocess_snapshot));
+    add_snapshot_arguments(command, *options);
+    add_operation_options(command, options->operation);
+    set_footer(command, "snapshot postprocess Network_storage:filer1.example.com vol1 nightly.0");
+    command.callback(chosen(run, options, postprocess_snapshot));
 }
 
 } // namespace soapwrapper::probe

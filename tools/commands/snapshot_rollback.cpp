@@ -4,8 +4,6 @@
 #include "tools/text.h"
 #include "tools/volume_argument.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -42,22 +40,22 @@ void roll_back(const Probe& probe, const RollbackOptions& options)
 
 } // namespace
 
-void add_snapshot_rollback_command(CLI::App& group, Run& run)
+void add_snapshot_rollback_command(const Command& group, Run& run)
 {
-    CLI::App* command = group.add_subcommand("rollback", "Move a volume back to a snapshot");
+    const Command command = group.add_subcommand("rollback", "Move a volume back to a snapshot");
     auto options = std::make_shared<RollbackOptions>();
-    add_snapshot_arguments(*command, *options);
-    add_volume_option(*command, options->volume, "Volume to roll back")->required();
-    add_target_server_option(*command, options->login);
-    add_over_option(*command, options->over);
-    command->add_option("--flag", options->flag, "Flag of the rollback, which the service reads as it likes")
-        ->type_name("N")
-        ->capture_default_str();
-    add_operation_options(*command, options->operation);
-    add_yes_option(*command, options->yes, "Roll back");
-    set_footer(*command, "snapshot rollback Network_storage:filer1.example.com vol1 nightly.1 --volume "
-                         "nfs:filer1:/vol/vol1 --over nightly.0");
-    command->callback(chosen(run, options, roll_back));
+    add_snapshot_arguments(command, *options);
+    add_volume_option(command, options->volume, "Volume to roll back").required();
+    add_target_server_option(command, options->login);
+    add_over_option(command, options->over);
+    command.add_option("--flag", options->flag, "Flag of the rollback, which the service reads as it likes")
+        .type_name("N")
+        .capture_default_str();
+    add_operation_options(command, options->operation);
+    add_yes_option(command, options->yes, "Roll back");
+    set_footer(command, "snapshot rollback Network_storage:filer1.example.com vol1 nightly.1 --volume "
+                        "nfs:filer1:/vol/vol1 --over nightly.0");
+    command.callback(chosen(run, options, roll_back));
 }
 
 } // namespace soapwrapper::probe

@@ -2,8 +2,6 @@
 #include "tools/commands/command.h"
 #include "tools/snapshot_records.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -22,13 +20,13 @@ void show_snapshot(const Probe& probe, const SnapshotArguments& options)
 
 } // namespace
 
-void add_snapshot_show_command(CLI::App& group, Run& run)
+void add_snapshot_show_command(const Command& group, Run& run)
 {
-    CLI::App* command = group.add_subcommand("show", "Show the properties of one snapshot");
+    const Command command = group.add_subcommand("show", "Show the properties of one snapshot");
     auto options = std::make_shared<SnapshotArguments>();
-    add_snapshot_arguments(*command, *options);
-    set_footer(*command, "snapshot show Network_storage:filer1.example.com vol1 nightly.0");
-    command->callback(chosen(run, options, show_snapshot));
+    add_snapshot_arguments(command, *options);
+    set_footer(command, "snapshot show Network_storage:filer1.example.com vol1 nightly.0");
+    command.callback(chosen(run, options, show_snapshot));
 }
 
 } // namespace soapwrapper::probe

@@ -1,8 +1,6 @@
 #include "tools/commands/command.h"
 #include "tools/operation_arguments.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -31,17 +29,17 @@ void validate_snapshot(const Probe& probe, const ValidateOptions& options)
 
 } // namespace
 
-void add_snapshot_validate_command(CLI::App& group, Run& run)
+void add_snapshot_validate_command(const Command& group, Run& run)
 {
-    CLI::App* command =
+    const Command command =
         group.add_subcommand("validate", "Ask whether a snapshot of a volume could be made, and how");
     auto options = std::make_shared<ValidateOptions>();
-    add_source_arguments(*command, *options);
-    add_target_options(*command, *options);
-    command->add_option("--topology", options->topology, "Topology that there is to be")->type_name("TEXT");
-    set_footer(*command, "snapshot validate Network_storage:filer1.example.com nightly.0 --volume "
-                         "nfs:filer1:/vol/vol1 --target vol1");
-    command->callback(chosen(run, options, validate_snapshot));
+    add_source_arguments(command, *options);
+    add_target_options(command, *options);
+    command.add_option("--topology", options->topology, "Topology that there is to be").type_name("TEXT");
+    set_footer(command, "snapshot validate Network_storage:filer1.example.com nightly.0 --volume "
+                        "nfs:filer1:/vol/vol1 --target vol1");
+    command.callback(chosen(run, options, validate_snapshot));
 }
 
 } // namespace soapwrapper::probe

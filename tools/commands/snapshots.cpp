@@ -4,8 +4,6 @@
 #include "tools/snapshot_records.h"
 #include "tools/volume_argument.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -40,21 +38,22 @@ void show_snapshots(const Probe& probe, const SnapshotsOptions& options)
 
 } // namespace
 
-void add_snapshots_command(CLI::App& program, Run& run)
+void add_snapshots_command(const Command& program, Run& run)
 {
-    CLI::App* command = program.add_subcommand("snapshots", "List the snapshots of an LSU or of a volume");
+    const Command command =
+        program.add_subcommand("snapshots", "List the snapshots of an LSU or of a volume");
     auto options = std::make_shared<SnapshotsOptions>();
-    add_server_arguments(*command, *options);
-    CLI::Option* lsu = add_lsu_argument(*command, options->lsu);
-    CLI::Option* volume =
-        add_volume_option(*command, options->volume, "List the snapshots of this volume instead");
-    lsu->excludes(volume);
-    add_list_options(*command, options->list);
-    set_footer(*command, "snapshots Network_storage:filer1.example.com --volume nfs:filer1:/vol/vol1");
+    add_server_arguments(command, *options);
+    const Option lsu = add_lsu_argument(command, options->lsu);
+    const Option volume =
+        add_volume_option(command, options->volume, "List the snapshots of this volume instead");
+    lsu.excludes(volume);
+    add_list_options(command, options->list);
+    set_footer(command, "snapshots Network_storage:filer1.example.com --volume nfs:filer1:/vol/vol1");
     const std::function<void()> choose = chosen(run, options, show_snapshots);
-    command->callback([lsu, volume, options, choose] {
-        options->by_volume = !volume->empty();
-        if (lsu->empty() && volume->empty()) throw CLI::RequiredError("LSU or --volume");
+    command.callback([lsu, volume, options, choose] {
+        options->by_volume = volume.given();
+        if (!lsu.given() && !volume.given()) throw_missing("LSU or --volume");
         choose();
     });
 }

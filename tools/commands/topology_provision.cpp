@@ -1,8 +1,6 @@
 #include "tools/commands/command.h"
 #include "tools/operation_arguments.h"
 
-#include <CLI/CLI.hpp>
-
 namespace soapwrapper::probe
 {
 namespace
@@ -34,19 +32,19 @@ void provision_topology(const Probe& probe, const ProvisionOptions& options)
 
 } // namespace
 
-void add_topology_provision_command(CLI::App& group, Run& run)
+void add_topology_provision_command(const Command& group, Run& run)
 {
-    CLI::App* command = group.add_subcommand("provision", "Make what a topology says there should be");
+    const Command command = group.add_subcommand("provision", "Make what a topology says there should be");
     auto options = std::make_shared<ProvisionOptions>();
-    add_source_arguments(*command, *options);
-    add_target_options(*command, *options);
-    add_imageset_options(*command, *options);
-    command->add_option("--topology", options->topology, "Topology that there is to be")
-        ->required()
-        ->type_name("TEXT");
-    set_footer(*command, "topology provision Network_storage:filer1.example.com nightly.0 --volume "
-                         "nfs:filer1:/vol/vol1 --topology mirror");
-    command->callback(chosen(run, options, provision_topology));
+    add_source_arguments(command, *options);
+    add_target_options(command, *options);
+    add_imageset_options(command, *options);
+    command.add_option("--topology", options->topology, "Topology that there is to be")
+        .required()
+        .type_name("TEXT");
+    set_footer(command, "topology provision Network_storage:filer1.example.com nightly.0 --volume "
+                        "nfs:filer1:/vol/vol1 --topology mirror");
+    command.callback(chosen(run, options, provision_topology));
 }
 
 } // namespace soapwrapper::probe
