@@ -11,7 +11,8 @@ export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=true
 # Loopback addresses of the demo's own, so that the well-known ports are free whatever else runs here.
 service_address=127.85.86.1
 empty_address=127.85.86.2
-filer_address=127.85.86.3
+slow_address=127.85.86.3
+filer_address=127.85.86.4
 name=Network_NTAP:$service_address
 export SOAPWRAPPER_CREDENTIAL=simulator
 
@@ -47,18 +48,19 @@ start_simulator() { # at this address, with these options
     local address=$1 simulator
     shift
     build/soapwrapper-sim --http "$address:8085" --https "$address:8086" "$@" \
-        > "$work/simulator.out" 2> "$work/simulator.err" &
+        > "$work/$address.out" 2> "$work/$address.err" &
     simulator=$!
     simulators+=("$simulator")
-    until grep -qx ready "$work/simulator.out"; do
+    until grep -qx ready "$work/$address.out"; do
         kill -0 "$simulator" 2> /dev/null || {
-            cat "$work/simulator.err" >&2
+            cat "$work/$address.err" >&2
             exit 1
         }
         sleep 0.1
     done
-    cat "$work/simulator.out"
+    cat "$work/$address.out"
 }
+
 # A command that shows its progress on a terminal. Where the demo has none, each state of the line gets its own.
 show_on_a_terminal() {
     printf '\n$ %s\n' "${*/#build\//}"
@@ -67,6 +69,24 @@ show_on_a_terminal() {
     else
         script -qec "$(printf '%q ' "$@")" /dev/null < /dev/null | tr '\r' '\n' | sed '/^ *$/d'
     fi
+}
+
+# What Ctrl-C does to a command that waits for an operation of the slow service.
+interrupt_when_waiting() {
+    local waiting code=0
+    printf '\n$ %s\n^C\n' "${*/#build\//}"
+    env --default-signal=INT "$@" & # the shell would have it ignore the signal
+    waiting=$!
+    until grep -q asyncWaitSnap "$work/$slow_address.err"; do
+        kill -0 "$waiting"
+        sleep 0.1
+    done
+    kill -INT "$waiting"
+    wait "$waiting" || code=$?
+    [ "$code" -eq 5 ] || {
+        echo "expected exit code 5, got $code" >&2
+        exit 1
+    }
 }
 
 act "Building (a first build takes a few minutes)"
@@ -132,9 +152,11 @@ show $probe operation wait "$name" --name demo-operation
 show $probe operation status "$name" --name demo-operation
 
 act "Ctrl-C while it waits: the operation is cancelled at the service, and there is no snapshot"
-show_failure 5 timeout --preserve-status --signal INT 1 $probe snapshot create "$name" demo.3 \
-    --volume nfs:filer1:/vol/home
-show_failure 4 $probe snapshot show "$name" home demo.3
+build/soapwrapper-sim --print-scenario | sed '1s/{/{"operations": {"seconds": {"create": 600}},/' > "$work/slow.json"
+start_simulator "$slow_address" --scenario "$work/slow.json" --verbose
+slow=Network_NTAP:$slow_address
+interrupt_when_waiting $probe snapshot create "$slow" demo.3 --volume nfs:filer1:/vol/home
+show_failure 4 $probe snapshot show "$slow" home demo.3
 
 act "Events: what the steps above made happen"
 show $probe events "$name"
