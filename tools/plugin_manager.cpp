@@ -25,4 +25,9 @@ void load_plugin_manager(const std::string& path)
     }
 }
 
+bool plugin_manager_in_sight()
+{
+    return dlsym(RTLD_DEFAULT, "stsm_init") != nullptr;
+}
+
 } // namespace soapwrapper::probe

@@ -11,6 +11,9 @@ namespace soapwrapper::probe
 // work is over. One that can't be loaded, or is none, is a Problem.
 void load_plugin_manager(const std::string& path);
 
+// Whether the library sees one, loaded here or ahead of the program.
+bool plugin_manager_in_sight();
+
 } // namespace soapwrapper::probe
 
 #endif

@@ -147,11 +147,13 @@ TEST_F(ProbeRoutes, AListThatTheSecondPlugInLacksComesFromTheServiceWithAWarning
               "warning: the second plug-in did not open the list, so it comes from the service\n");
 }
 
-TEST_F(ProbeRoutes, WithoutAManagerTheRouteFails)
+TEST_F(ProbeRoutes, WithoutAManagerTheRouteFailsAndTheReasonIsTold)
 {
     const ProcessResult result = changes({"--route", "zapi", "--zapi-user", "admin"}, "weekly.1",
                                          {{"SOAPWRAPPER_ZAPI_PASSWORD", "simulator"}});
     EXPECT_EQ(result.exit_code, 4);
+    EXPECT_THAT(result.err,
+                StartsWith("warning: no plug-in manager is loaded, so there is no second plug-in"));
     EXPECT_THAT(result.err, HasSubstr("STS_ENULLARG(2060001)"));
 }
 

@@ -2,6 +2,7 @@
 #include "tools/change_reader.h"
 #include "tools/change_route.h"
 #include "tools/commands/command.h"
+#include "tools/plugin_manager.h"
 #include "tools/snapshot_records.h"
 #include "tools/volume_argument.h"
 #include "tools/zapi_login.h"
@@ -56,6 +57,11 @@ Route open_list(const Probe& probe, const ChangesOptions& options, const stsp_ls
     put(diff->snapDef.isid.info, plan.isid);
     ForgottenVolume volume{plan.volume};
     if (plan.route == Route::Zapi) {
+        // The library's own status for it says something else.
+        if (!plugin_manager_in_sight()) {
+            std::cerr
+                << "warning: no plug-in manager is loaded, so there is no second plug-in: see --manager\n";
+        }
         password.emplace(probe, options.zapi_user, volume.record);
         password->put_behind_filer(volume.record);
     } else if (!base) {
