@@ -50,9 +50,9 @@ export TSAN_OPTIONS=halt_on_error=1:suppressions=$PWD/tests/thread_sanitizer.sup
 build build-tsan thread_tests -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g1" -DSOAPWRAPPER_SANITIZE=thread
 run_tests build-tsan -L threads
 
-step "A short run of each fuzzer, built with clang"
+step "All but the tests, built with clang, and a short run of each fuzzer"
 build build-fuzz all -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 -DSOAPWRAPPER_FUZZ=ON \
-    -DSOAPWRAPPER_TESTS=OFF -DSOAPWRAPPER_TOOLS=OFF -DSOAPWRAPPER_SANITIZE=address,undefined
+    -DSOAPWRAPPER_TESTS=OFF -DSOAPWRAPPER_SANITIZE=address,undefined
 scripts/fuzz.sh build-fuzz "${FUZZ_RUNS:-5000}"
 
 step "clang-tidy over the library"
