@@ -12,6 +12,7 @@
 #include <sys/socket.h>
 
 #include <fstream>
+#include <future>
 #include <optional>
 #include <sstream>
 #include <thread>
@@ -240,10 +241,18 @@ TEST(SimulatorServer, AClientThatDoesNotTakeItsAnswer_IsDropped)
     constexpr std::size_t kMoreThanSocketsHold = 64 * 1024 * 1024;
     Limits limits;
     limits.for_answer = std::chrono::milliseconds(0);
-    const RunningServer server(limits, [](const Request&) { return std::string(kMoreThanSocketsHold, 'x'); });
-    const Descriptor client = server.connect();
+    limits.for_stop = std::chrono::hours(1); // it isn't the stop that ends the answer
+    std::promise<void> asked;
+    std::optional<RunningServer> server;
+    server.emplace(limits, [&asked](const Request&) {
+        asked.set_value();
+        return std::string(kMoreThanSocketsHold, 'x');
+    });
+    const Descriptor client = server->connect();
     ASSERT_EQ(send(client.get(), kEmptyPost.data(), kEmptyPost.size(), MSG_NOSIGNAL),
               static_cast<ssize_t>(kEmptyPost.size()));
+    asked.get_future().wait();
+    server.reset(); // which waits for what is under way: a client that took it now would be another test
     EXPECT_LT(bytes_until_the_end(client), kMoreThanSocketsHold);
 }
 
