@@ -4,6 +4,7 @@
 #define SOAPWRAPPER_PLUGIN_SESSION_LOG_H
 
 #include "plugin/host_records.h"
+#include "plugin/status.h"
 
 #include <string>
 #include <string_view>
@@ -66,7 +67,15 @@ class EntryLog
     int ok() const
     {
         record("STS_EOK");
-        return 0;
+        return STS_EOK;
+    }
+
+    // A good reply without what the entry is about can't be used: logs which element it lacks, and gives the
+    // status of that.
+    int reply_lacks(const char* element) const
+    {
+        failure("the reply has no ", element);
+        return STS_EPLUGIN;
     }
 
   private:

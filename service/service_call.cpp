@@ -4,6 +4,7 @@
 
 #include <sys/socket.h>
 
+#include <limits>
 #include <sstream>
 
 namespace soapwrapper
@@ -14,6 +15,11 @@ ServiceCall::ServiceCall(const EntryLog& log) : log_(log), runtime_connect_(prox
     proxy_.user = this;
     proxy_.fopen = connect;
     proxy_.socket_flags = MSG_NOSIGNAL;
+    // Without a socket the runtime would turn to the process's standard output and input.
+    proxy_.sendfd = -1;
+    proxy_.recvfd = -1;
+    // How much a list may hold is for memory to say.
+    proxy_.maxoccurs = std::numeric_limits<decltype(proxy_.maxoccurs)>::max();
     proxy_.fsslauth = share_tls_context;
     // The runtime's fixed sizes cost two system calls and keep the kernel from growing the buffers for long
     // replies.
