@@ -18,6 +18,7 @@ namespace
 {
 
 constexpr char kFileName[] = "/soapwrapper.conf";
+constexpr char kReadAndCloseOnExec[] = "re";
 
 struct CloseFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
@@ -73,7 +74,7 @@ bool get_conf_setting(const sts_session_def_v7_t* session, const char* key, char
     const EntryLog log(session, "get_conf_setting");
     const std::string path = configuration_path();
     log.record("Attempting to open config file ", path);
-    const File file(std::fopen(path.c_str(), "r"));
+    const File file(std::fopen(path.c_str(), kReadAndCloseOnExec));
     if (!file) {
         log.record("Config file not found");
         return false;
@@ -110,7 +111,7 @@ bool find_ss_name_in_conf(const sts_session_def_v7_t* session, const char* serve
     const EntryLog log(session, "find_ss_name_in_conf");
     const std::string path = configuration_path();
     log.record("Attempting to open config file ", path);
-    const File file(std::fopen(path.c_str(), "r"));
+    const File file(std::fopen(path.c_str(), kReadAndCloseOnExec));
     if (!file) {
         log.record("Config file not found");
         return false;

@@ -1,30 +1,49 @@
 #include "service/service_call.h"
 
+#include "service/endpoint.h"
 #include "service/tls_context.h"
+#include "service/transport.h"
 
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <limits>
 #include <sstream>
 
 namespace soapwrapper
 {
 
-ServiceCall::ServiceCall(const EntryLog& log) : log_(log), runtime_connect_(proxy_.fopen)
+namespace
 {
-    proxy_.user = this;
-    proxy_.fopen = connect;
+
+ServiceCall& call_of(soap* context)
+{
+    return *static_cast<ServiceCall*>(context->user);
+}
+
+} // namespace
+
+ServiceCall::ServiceCall(const EntryLog& log) : log_(log)
+{
+    install_hooks();
     proxy_.socket_flags = MSG_NOSIGNAL;
     // Without a socket the runtime would turn to the process's standard output and input.
     proxy_.sendfd = -1;
     proxy_.recvfd = -1;
-    // How much a list may hold is for memory to say.
+    // How much a reply and a list in it may hold is for memory to say; how deep it nests, for the stack.
+    proxy_.recv_maxlength = 0;
     proxy_.maxoccurs = std::numeric_limits<decltype(proxy_.maxoccurs)>::max();
+    proxy_.maxlevel = kDeepestLevel;
+}
+
+void ServiceCall::install_hooks()
+{
+    proxy_.user = this;
+    proxy_.fopen = connect;
+    proxy_.fsend = send_bytes;
+    proxy_.frecv = receive;
+    proxy_.fpreparerecv = check_block;
     proxy_.fsslauth = share_tls_context;
-    // The runtime's fixed sizes cost two system calls and keep the kernel from growing the buffers for long
-    // replies.
-    proxy_.sndbuf = 0;
-    proxy_.rcvbuf = 0;
 }
 
 ServiceCall::ServiceCall(const stsp_server_t& server, const EntryLog& log) : ServiceCall(log)
@@ -44,11 +63,38 @@ Failure ServiceCall::secure(const sts_session_def_v7_t* session)
     return status_of_fault(session);
 }
 
-// The runtime would go by the URL's scheme. Whether a connection is encrypted is settled ahead of it.
+int ServiceCall::prepare()
+{
+    bounds_.begin();
+    if (is_service_url(&proxy_, proxy_.soap_endpoint)) return SOAP_OK;
+    soap_set_version(&proxy_, 1);
+    return soap_set_receiver_error(&proxy_, "No http:// or https:// URL with a host", proxy_.soap_endpoint,
+                                   SOAP_TCP_ERROR);
+}
+
+// What came with the last block hasn't been looked at yet.
+int ServiceCall::finish(int result)
+{
+    return result == SOAP_OK ? bounds_.check(&proxy_, 0) : result;
+}
+
+// Whether a connection is encrypted is settled ahead of the URL, which has a say only against it.
 int ServiceCall::connect(soap* context, const char* url, const char* host, int port)
 {
-    const auto& call = *static_cast<const ServiceCall*>(context->user);
-    return call.runtime_connect_(context, call.use_https_ ? url : "http:", host, port);
+    const bool encrypted = call_of(context).use_https_ && is_https(url);
+    return encrypted ? open_tls_connection(context, host, port) : open_connection(context, host, port);
+}
+
+std::size_t ServiceCall::receive(soap* context, char* bytes, std::size_t count)
+{
+    const std::size_t received = receive_bytes(context, bytes, std::min(count, kLargestRead));
+    call_of(context).bounds_.came_over_wire(received);
+    return received;
+}
+
+int ServiceCall::check_block(soap* context, const char* /*bytes*/, std::size_t count)
+{
+    return call_of(context).bounds_.check(context, count);
 }
 
 int ServiceCall::status_of(int result, int without_fault)

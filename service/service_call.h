@@ -6,8 +6,10 @@
 #include "plugin/handle_records.h"
 #include "plugin/session_log.h"
 #include "plugin/status.h"
+#include "service/reply_bounds.h"
 #include "service/sigpipe_guard.h"
 
+#include <cstddef>
 #include <optional>
 
 #include "soapwrapperPSVWSSoapBindingProxy.h"
@@ -37,8 +39,8 @@ class ServiceCall
     ServiceCall(const ServiceCall&) = delete;
     ServiceCall& operator=(const ServiceCall&) = delete;
 
-    // The URL is borrowed.
-    void set_endpoint(const char* url) { proxy_.soap_endpoint = url; }
+    // The URL is borrowed. A null one leads nowhere, as an empty one does.
+    void set_endpoint(const char* url) { proxy_.soap_endpoint = url ? url : ""; }
     void set_https(bool use_https) { use_https_ = use_https; }
     // In seconds; 0 waits for as long as it takes.
     void set_connect_timeout(int seconds) { proxy_.connect_timeout = seconds; }
@@ -61,7 +63,8 @@ class ServiceCall
     template <class Request, class Response>
     int send_quietly(Operation<Request, Response> operation, Request& request, Response& response)
     {
-        return (proxy_.*operation)(nullptr, nullptr, &request, response);
+        if (const int error = prepare()) return error;
+        return finish((proxy_.*operation)(nullptr, nullptr, &request, response));
     }
 
     // What a result of send_quietly means, logged if it is a failure.
@@ -85,16 +88,22 @@ class ServiceCall
     int status_of(int result, int without_fault);
 
   private:
-    using Connect = decltype(PSVWSSoapBindingProxy::fopen);
-
+    // The runtime's hooks.
     static int connect(soap* context, const char* url, const char* host, int port);
+    static std::size_t receive(soap* context, char* bytes, std::size_t count);
+    static int check_block(soap* context, const char* bytes, std::size_t count);
+
+    void install_hooks();
+    // Ahead of a request and behind its reply: a SOAP error number for what mustn't be sent or can't be read.
+    int prepare();
+    int finish(int result);
     int status_of_fault(const sts_session_def_v7_t* session);
 
     const EntryLog& log_;
     // Ahead of the proxy, because closing a TLS connection may raise the signal too.
     std::optional<SigpipeGuard> sigpipe_guard_;
     PSVWSSoapBindingProxy proxy_;
-    Connect runtime_connect_;
+    ReplyBounds bounds_;
     bool use_https_ = false;
 };
 

@@ -1,0 +1,48 @@
+#include "service/reply_bounds.h"
+
+#include <algorithm>
+
+#include "soapwrapperH.h"
+
+namespace soapwrapper
+{
+namespace
+{
+
+// So many names are looked through at no cost worth counting; with more of them, a reply may have fewer
+// elements. Each byte counts as if an element began with it.
+constexpr std::size_t kNamesForFree = 64;
+constexpr std::uint64_t kMostSearches = 1000000000;
+
+// The length of a list, no further than it matters.
+template <class Node>
+std::size_t length(const Node* node)
+{
+    std::size_t count = 0;
+    for (; node && count <= kMostNames; node = node->next) ++count;
+    return count;
+}
+
+int refuse(soap* context, const char* why)
+{
+    return soap_set_receiver_error(context, "The reply is refused", why, SOAP_LENGTH);
+}
+
+} // namespace
+
+int ReplyBounds::check(soap* context, std::size_t count)
+{
+    if (context->zlib_in != SOAP_ZLIB_NONE) {
+        inflated_ += count;
+        if (inflated_ > kLargestInflated && inflated_ > wire_ * kHighestInflation) {
+            return refuse(context, "it is compressed beyond reason");
+        }
+    }
+    const std::size_t names = std::max(length(context->attributes), length(context->nlist));
+    if (names > kMostNames) return refuse(context, "it has too many attributes or namespaces");
+    if (names > kNamesForFree) searches_ += count * (names - kNamesForFree);
+    if (searches_ > kMostSearches) return refuse(context, "it has too many elements for its attributes");
+    return SOAP_OK;
+}
+
+} // namespace soapwrapper

@@ -1,0 +1,29 @@
+// The connection under a call, in place of the SOAP runtime's own: its sockets are closed on exec, a signal
+// handler that runs meanwhile doesn't spoil the call, and nothing but its own socket is ever read or written.
+#ifndef SOAPWRAPPER_SERVICE_TRANSPORT_H
+#define SOAPWRAPPER_SERVICE_TRANSPORT_H
+
+#include <cstddef>
+
+struct soap;
+
+namespace soapwrapper
+{
+
+// A socket that is connected to the host, or SOAP_INVALID_SOCKET and the context's error. Addresses are tried
+// in order, each for the context's connect_timeout in seconds (0: for as long as it takes).
+int open_connection(soap* context, const char* host, int port);
+
+// TLS on the context's new socket, in the same manner. The peer's certificate is not checked.
+int open_tls_connection(soap* context, const char* host, int port);
+
+// Sends all bytes and wipes them from the context's buffer, because a request may hold a credential. SOAP_OK
+// or SOAP_EOF.
+int send_bytes(soap* context, const char* bytes, std::size_t count);
+
+// What has come, at most `count` bytes; 0 at the end or at a failure.
+std::size_t receive_bytes(soap* context, char* bytes, std::size_t count);
+
+} // namespace soapwrapper
+
+#endif
