@@ -32,9 +32,11 @@ class ReplyBounds
     void begin() { *this = ReplyBounds(); }
     void came_over_wire(std::size_t count) { wire_ += count; }
 
-    // For a block that the reader is about to read, and at the end with none: SOAP_OK, or the error of a
-    // reply that goes beyond a bound, which the context's fault then tells.
+    // For a block that the reader is about to read: SOAP_OK, or the error of a reply that goes beyond a
+    // bound, which the context's fault then tells.
     int check(soap* context, std::size_t count);
+    // The same for the call as a whole, which came to `result` so far.
+    int check_call(soap* context, int result);
 
   private:
     std::uint64_t wire_ = 0;

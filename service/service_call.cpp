@@ -72,12 +72,6 @@ int ServiceCall::prepare()
                                    SOAP_TCP_ERROR);
 }
 
-// What came with the last block hasn't been looked at yet.
-int ServiceCall::finish(int result)
-{
-    return result == SOAP_OK ? bounds_.check(&proxy_, 0) : result;
-}
-
 // Whether a connection is encrypted is settled ahead of the URL, which has a say only against it.
 int ServiceCall::connect(soap* context, const char* url, const char* host, int port)
 {

@@ -64,7 +64,7 @@ class ServiceCall
     int send_quietly(Operation<Request, Response> operation, Request& request, Response& response)
     {
         if (const int error = prepare()) return error;
-        return finish((proxy_.*operation)(nullptr, nullptr, &request, response));
+        return bounds_.check_call(&proxy_, (proxy_.*operation)(nullptr, nullptr, &request, response));
     }
 
     // What a result of send_quietly means, logged if it is a failure.
@@ -94,9 +94,8 @@ class ServiceCall
     static int check_block(soap* context, const char* bytes, std::size_t count);
 
     void install_hooks();
-    // Ahead of a request and behind its reply: a SOAP error number for what mustn't be sent or can't be read.
+    // Ahead of a request: a SOAP error number where it mustn't be sent.
     int prepare();
-    int finish(int result);
     int status_of_fault(const sts_session_def_v7_t* session);
 
     const EntryLog& log_;

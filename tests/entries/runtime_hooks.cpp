@@ -20,6 +20,7 @@ namespace
 std::atomic<std::size_t> g_tls_contexts{0};
 std::atomic<bool> g_refuse_tls_contexts{false};
 thread_local DeadNetwork* t_network = nullptr;
+thread_local InterruptedConnections* t_interrupted = nullptr;
 
 // The system's function of this name.
 template <class Function>
@@ -77,6 +78,24 @@ int DeadNetwork::wait(int milliseconds)
     return 0;
 }
 
+InterruptedConnections::InterruptedConnections()
+{
+    t_interrupted = this;
+}
+
+InterruptedConnections::~InterruptedConnections()
+{
+    t_interrupted = nullptr;
+}
+
+int InterruptedConnections::connect(int result)
+{
+    ++tried_;
+    if (result != 0) return result;
+    errno = EINTR;
+    return -1;
+}
+
 } // namespace hooks
 
 extern "C" {
@@ -91,7 +110,8 @@ __attribute__((visibility("default"))) SSL_CTX* SSL_CTX_new(const SSL_METHOD* me
 __attribute__((visibility("default"))) int connect(int socket, const sockaddr* address, socklen_t size)
 {
     if (hooks::t_network) return hooks::t_network->connect(socket, hooks::port_of(address));
-    return hooks::next<int(int, const sockaddr*, socklen_t)>("connect")(socket, address, size);
+    const int result = hooks::next<int(int, const sockaddr*, socklen_t)>("connect")(socket, address, size);
+    return hooks::t_interrupted ? hooks::t_interrupted->connect(result) : result;
 }
 
 __attribute__((visibility("default"))) int poll(pollfd* descriptors, nfds_t count, int milliseconds)

@@ -48,6 +48,24 @@ class DeadNetwork
     std::vector<Attempt> attempts_;
 };
 
+// While one lives, a signal interrupts each connection of the calling thread as soon as it is tried, and the
+// system goes on with it.
+class InterruptedConnections
+{
+  public:
+    InterruptedConnections();
+    ~InterruptedConnections();
+    InterruptedConnections(const InterruptedConnections&) = delete;
+    InterruptedConnections& operator=(const InterruptedConnections&) = delete;
+
+    int tried() const { return tried_; }
+
+    int connect(int result);
+
+  private:
+    int tried_ = 0;
+};
+
 } // namespace hooks
 
 #endif

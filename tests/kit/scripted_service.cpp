@@ -222,6 +222,23 @@ void ScriptedService::wait_for_requests(std::size_t count) const
     changed_.wait(lock, [&] { return requests_.size() >= count; });
 }
 
+void ScriptedService::wait_for_connections(std::size_t count) const
+{
+    std::unique_lock<std::mutex> lock(mutex_);
+    changed_.wait(lock, [&] { return connections_ >= count; });
+}
+
+void ScriptedService::keep_silent(std::unique_lock<std::mutex>& lock)
+{
+    changed_.wait(lock, [this] { return released_ || stopping_; });
+}
+
+void ScriptedService::keep_silent()
+{
+    std::unique_lock<std::mutex> lock(mutex_);
+    keep_silent(lock);
+}
+
 void ScriptedService::release()
 {
     const std::lock_guard<std::mutex> lock(mutex_);
@@ -239,6 +256,7 @@ Answer ScriptedService::next_answer()
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     ++connections_;
+    changed_.notify_all();
     if (answers_.empty()) return {Answer::Manner::close_at_once, ""};
     Answer answer = std::move(answers_.front());
     answers_.pop_front();
@@ -272,8 +290,10 @@ void ScriptedService::serve_connection(int connection, const Answer& answer)
     if (answer.manner == Manner::close_at_once) return;
     if (answer.manner == Manner::reset_at_once) return stream.reset();
     const bool tls = stream.first_byte() == kTlsHandshake;
+    if (answer.manner == Manner::late_handshake) keep_silent();
     if (answer.manner == Manner::refuse_handshake) return stream.write_all("this is no TLS\r\n\r\n");
     if (tls && !stream.secure(tls_.get())) return;
+    if (answer.manner == Manner::late_read) keep_silent();
 
     Request request;
     std::string text;
@@ -284,7 +304,7 @@ void ScriptedService::serve_connection(int connection, const Answer& answer)
         std::unique_lock<std::mutex> lock(mutex_);
         requests_.push_back(std::move(request));
         changed_.notify_all();
-        if (answer.manner == Manner::hold) changed_.wait(lock, [this] { return released_ || stopping_; });
+        if (answer.manner == Manner::hold) keep_silent(lock);
     }
     stream.write_all(answer.bytes);
     if (answer.manner == Manner::reset) return stream.reset();

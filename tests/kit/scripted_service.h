@@ -24,6 +24,8 @@ struct Answer {
         reset_at_once,     // reset without reading
         close_mid_request, // close when the request's header has arrived, its body unread
         hold,              // read the request and keep silent until release() or the end of the service
+        late_handshake,    // reply, but keep silent likewise ahead of the TLS handshake
+        late_read,         // reply, but keep silent likewise ahead of reading the request
         refuse_handshake   // over TLS: answer the client's hello with garbage
     };
     Manner manner = Manner::reply;
@@ -69,6 +71,8 @@ class ScriptedService
     std::size_t connections() const;
     // Blocks until this many requests have been read.
     void wait_for_requests(std::size_t count) const;
+    // Blocks until this many connections have come.
+    void wait_for_connections(std::size_t count) const;
     // Lets held connections go.
     void release();
 
@@ -76,6 +80,8 @@ class ScriptedService
     void serve();
     void serve_connection(int socket, const Answer& answer);
     Answer next_answer();
+    void keep_silent(std::unique_lock<std::mutex>& lock);
+    void keep_silent();
 
     int listener_ = -1;
     int wake_[2] = {-1, -1};
