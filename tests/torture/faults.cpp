@@ -227,4 +227,24 @@ std::vector<Fault> http_errors(const std::string& good_reply)
     return faults;
 }
 
+std::vector<Fault> costly_replies(const std::string& good_reply)
+{
+    const auto message = [](const std::string& body) { return bytes(http_message(body)); };
+    const auto attributes = [](const std::string& prefix, int count) {
+        std::string all;
+        for (int i = 0; i < count; ++i) all += " " + prefix + std::to_string(i) + "=\"u\"";
+        return all;
+    };
+    const std::string nested =
+        "<e:Envelope xmlns:e=\"http://www.w3.org/2003/05/soap-envelope\"><e:Body><e:Fault><e:Code>"
+        "<e:Value>e:Sender</e:Value>" +
+        repeated("<e:Subcode><e:Value>a</e:Value>", 50'000) + repeated("</e:Subcode>", 50'000) +
+        "</e:Code></e:Fault></e:Body></e:Envelope>";
+    const std::string with_attributes = "<ns1:surprise" + attributes("a", 80'000) + "/>";
+    const std::string with_namespaces = "<ns1:surprise" + attributes("xmlns:a", 80'000) + "/>";
+    return {{"subcodes fifty thousand deep", End::fails, message(nested)},
+            {"eighty thousand attributes", End::fails, message(with_inside(good_reply, with_attributes))},
+            {"eighty thousand namespaces", End::fails, message(with_inside(good_reply, with_namespaces))}};
+}
+
 } // namespace torture

@@ -28,6 +28,8 @@ std::vector<Fault> transport_faults(const std::string& good_reply);
 std::vector<Fault> header_faults(const std::string& good_reply);
 std::vector<Fault> body_faults(const std::string& good_reply);
 std::vector<Fault> http_errors(const std::string& good_reply);
+// What would cost the host its stack or its processor, were it read to the end.
+std::vector<Fault> costly_replies(const std::string& good_reply);
 
 } // namespace torture
 

@@ -1,5 +1,6 @@
 // Each entry against each fault of the wire: the status is right, nothing is left open, and the handle serves
 // the next call as if nothing had happened.
+#include "tests/entries/standard_descriptors.h"
 #include "tests/torture/faults.h"
 #include "tests/torture/subject.h"
 
@@ -160,6 +161,33 @@ TEST_P(Torture, ByAServiceThatIsntThere)
     const std::size_t before = descriptors();
     for (int i = 0; i < 3; ++i) EXPECT_EQ(entry().call(subject), entry().status_without_answer);
     EXPECT_EQ(descriptors(), before);
+}
+
+TEST_P(Torture, ByRepliesThatCostMoreThanTheyWeigh)
+{
+    suffer_all(costly_replies(entry().good_reply));
+}
+
+TEST_P(Torture, ByAnEndpointWithoutAHost)
+{
+    const std::string scheme = tls() ? "https:" : "http:";
+    for (const std::string& url : {scheme + "//", scheme + "//:8086", std::string("/x"), std::string()}) {
+        SCOPED_TRACE(url);
+        Subject subject(url, tls());
+        int status = 0;
+        int left = 0;
+        bool raised = false;
+        {
+            const StandardDescriptors descriptors("believe me");
+            status = entry().call(subject);
+            left = descriptors.left_in_input();
+            raised = StandardDescriptors::raised_sigpipe();
+        }
+        EXPECT_EQ(status, entry().status_without_answer);
+        EXPECT_EQ(left, 10);
+        EXPECT_FALSE(raised);
+        expect_a_failure_in_the_log(subject);
+    }
 }
 
 TEST_P(Torture, ByAServiceThatTakesItsTime)
