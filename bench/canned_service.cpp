@@ -48,7 +48,13 @@ bool is_whole(const std::string& request)
 } // namespace
 
 CannedService::CannedService(std::string reply, bool tls)
-    : reply_(std::move(reply)), tls_(tls), context_(kit::make_tls_server_context())
+    : CannedService([this](const std::string&) -> const std::string& { return reply_; }, tls)
+{
+    reply_ = std::move(reply);
+}
+
+CannedService::CannedService(Choice choice, bool tls)
+    : choice_(std::move(choice)), tls_(tls), context_(kit::make_tls_server_context())
 {
     listener_ = socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address = loopback(0);
@@ -103,14 +109,15 @@ void CannedService::serve_connection(int connection)
         if (count <= 0) break;
         request.append(buffer, static_cast<std::size_t>(count));
     }
+    const std::string& reply = choice_(request);
     last_request_ = std::move(request);
     if (ssl) {
-        SSL_write(ssl, reply_.data(), static_cast<int>(reply_.size()));
+        SSL_write(ssl, reply.data(), static_cast<int>(reply.size()));
         SSL_shutdown(ssl);
         SSL_free(ssl);
     } else {
-        const char* at = reply_.data();
-        for (std::size_t left = reply_.size(); left > 0;) {
+        const char* at = reply.data();
+        for (std::size_t left = reply.size(); left > 0;) {
             const ssize_t count = send(connection, at, left, MSG_NOSIGNAL);
             if (count <= 0) break;
             at += count;

@@ -8,6 +8,7 @@
 #include <openssl/ssl.h>
 
 #include <atomic>
+#include <functional>
 #include <string>
 #include <thread>
 
@@ -17,8 +18,12 @@ namespace bench
 class CannedService
 {
   public:
+    // What a request is answered with. The text must outlive the answer.
+    using Choice = std::function<const std::string&(const std::string& request)>;
+
     // `reply` is a whole HTTP message.
     CannedService(std::string reply, bool tls);
+    CannedService(Choice choice, bool tls);
     ~CannedService();
     CannedService(const CannedService&) = delete;
     CannedService& operator=(const CannedService&) = delete;
@@ -34,6 +39,7 @@ class CannedService
     void serve_connection(int socket);
 
     std::string reply_;
+    Choice choice_;
     bool tls_;
     kit::TlsContext context_;
     int listener_ = -1;

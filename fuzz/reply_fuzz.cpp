@@ -7,6 +7,7 @@
 #include "conversion/server_information.h"
 #include "conversion/snap_definition.h"
 #include "operations/async_result.h"
+#include "service/reply_bounds.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -19,10 +20,11 @@
 namespace
 {
 
-// What is left of the reply, for the runtime's reading hook.
+// What is left of the reply, and what it has cost, for the runtime's hooks.
 struct Arriving {
     const char* at;
     std::size_t left;
+    soapwrapper::ReplyBounds bounds{};
 };
 
 SOAP_SOCKET connect_nowhere(struct soap*, const char*, const char*, int)
@@ -47,7 +49,13 @@ size_t read_input(struct soap* soap, char* buffer, size_t size)
     std::memcpy(buffer, arriving->at, count);
     arriving->at += count;
     arriving->left -= count;
+    arriving->bounds.came_over_wire(count);
     return count;
+}
+
+int check_block(struct soap* soap, const char*, size_t count)
+{
+    return static_cast<Arriving*>(soap->user)->bounds.check(soap, count);
 }
 
 template <class Request, class Response>
@@ -164,6 +172,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     proxy.fclose = close_nothing;
     proxy.fsend = send_nowhere;
     proxy.frecv = read_input;
+    proxy.fpreparerecv = check_block;
+    proxy.maxlevel = soapwrapper::kDeepestLevel;
     kExercises[*data % std::size(kExercises)](proxy);
     return 0;
 }

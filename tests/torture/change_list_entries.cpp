@@ -14,12 +14,12 @@ std::string snapshot_at(const std::string& path)
                  change_list::snap_info(change_list::ndmp_element("snapVolSpec", "filer1", path)));
 }
 
-// A list of the service's, as an open would have made it.
+// A list of the service's, as an open would have made it. Each subject has one of its own.
 stsp_change_list_t* make_list(const Subject& subject)
 {
     auto* list = new stsp_change_list_t();
     list->server = subject.server.get();
-    list->token = strdup("L");
+    list->token = strdup(("L" + subject.session.id()).c_str());
     return list;
 }
 
