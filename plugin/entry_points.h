@@ -449,7 +449,7 @@ STSPI_EXPORT int stspi_named_async_get_snap_diff(stsp_server_t* server, const st
  * A wait asks how an operation stands. With `blockflag` 0 it asks once: an operation that still runs is a
  * success with STS_EBUSY in `aio_error`. Otherwise it sleeps for as long as the service asks (30 seconds for
  * a negative number) and asks again, until the operation has come to its end or the service can't be reached:
- * there is no other limit, and a signal only shortens a sleep. `session` and `record` are the host's; the
+ * there is no other limit, and a signal shortens none of this. `session` and `record` are the host's; the
  * session is what the service is told, and need not be the server's. 2060001: null session or record.
  * 2060022: no handle, or no server in it. 2060026: the server has no service handle. */
 STSPI_EXPORT int stspi_async_wait(const sts_session_def_v7_t* session, stsp_async_t* async, int32_t blockflag,

@@ -11,10 +11,10 @@
 namespace soapwrapper
 {
 
-// Blocks the calling thread, for less time if a signal comes in between.
+// Blocks the calling thread. A signal that comes in between doesn't shorten the time.
 inline void pause_for(unsigned int seconds)
 {
-    sleep(seconds);
+    while (seconds > 0) seconds = sleep(seconds);
 }
 
 // In whole seconds.

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <iostream>
+#include <utility>
 
 namespace kit
 {
@@ -38,22 +39,31 @@ void Clock::set_time(std::int64_t seconds)
     time_ = seconds;
 }
 
+void Clock::interrupt(unsigned int seconds_left)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    interrupted_with_ = seconds_left;
+}
+
 void Clock::on_sleep(std::function<void(unsigned int)> action)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     action_ = std::move(action);
 }
 
-void Clock::sleep(unsigned int seconds)
+unsigned int Clock::sleep(unsigned int seconds)
 {
     std::function<void(unsigned int)> action;
+    unsigned int left = 0;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         sleeps_.push_back(seconds);
-        if (time_) *time_ += seconds;
+        left = std::exchange(interrupted_with_, 0);
+        if (time_) *time_ += seconds - left;
         action = action_;
     }
     if (action) action(seconds);
+    return left;
 }
 
 std::optional<std::int64_t> Clock::time() const
@@ -71,8 +81,7 @@ extern "C" __attribute__((visibility("default"))) unsigned int sleep(unsigned in
         std::cerr << "a sleep of " << seconds << " seconds without a clock\n";
         std::abort();
     }
-    clock->sleep(seconds);
-    return 0;
+    return clock->sleep(seconds);
 }
 
 extern "C" __attribute__((visibility("default"))) time_t time(time_t* destination) noexcept

@@ -28,17 +28,21 @@ class Clock
     // Stops the time at this number of seconds. From then on only a sleep moves it, by its length.
     void set_time(std::int64_t seconds);
 
+    // The next sleep is interrupted by a signal with this many seconds left.
+    void interrupt(unsigned int seconds_left);
+
     // Called in each sleep, on the sleeping thread, with its length.
     void on_sleep(std::function<void(unsigned int)> action);
 
     // What the C library's functions come to.
-    void sleep(unsigned int seconds);
+    unsigned int sleep(unsigned int seconds);
     std::optional<std::int64_t> time() const;
 
   private:
     mutable std::mutex mutex_;
     std::vector<unsigned int> sleeps_;
     std::optional<std::int64_t> time_;
+    unsigned int interrupted_with_ = 0;
     std::function<void(unsigned int)> action_;
 };
 
