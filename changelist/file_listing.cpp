@@ -9,8 +9,10 @@
 #include "service/service_call.h"
 #include "service/wire_session.h"
 
-#include <algorithm>
 #include <cstring>
+#include <new>
+#include <stdexcept>
+#include <utility>
 
 using namespace soapwrapper;
 
@@ -56,6 +58,8 @@ int next_from_buffer(snapdiff_session_info& info, sts_file_attr_v11_t& entry, co
     log_message(log.session(), STS_LOG_RECORD, "file name: ", entry.name);
     rewrite_path(entry, info, log.session());
     info.entry_buffer.pop_back();
+    // The next batch brings a buffer of its own, and a large one may be the last for long.
+    if (info.entry_buffer.empty()) info.entry_buffer.shrink_to_fit();
     log.record("Returning from buffer: STS_EOK");
     return STS_EOK;
 }
@@ -87,31 +91,49 @@ std::vector<std::string> all_filters(const Filters& filters, const snapdiff_sess
     return paths;
 }
 
-// The entries that a reply really holds: no more than it counts, and none that is nil.
-std::vector<const ns1__FileAttr*> delivered(const _ns1__listFileResponse& response)
+// Whether a reply holds all the entries that it counts: a difference that lacks files must not look complete.
+bool holds_what_it_counts(const _ns1__listFileResponse& response, const EntryLog& log)
 {
-    std::vector<const ns1__FileAttr*> entries;
-    if (!response.fileAttrList || response.numFiles == 0) return entries;
-    for (const ns1__FileAttr* entry : response.fileAttrList->item) {
-        if (entry) entries.push_back(entry);
+    const std::size_t held = response.fileAttrList ? response.fileAttrList->item.size() : 0;
+    if (response.numFiles < 0 || static_cast<std::size_t>(response.numFiles) > held) {
+        log.failure("the reply counts ", response.numFiles, " files and holds ", held);
+        return false;
     }
-    if (response.numFiles > 0) {
-        entries.resize(std::min(entries.size(), static_cast<std::size_t>(response.numFiles)));
+    for (int i = 0; i < response.numFiles; ++i) {
+        if (!response.fileAttrList->item[static_cast<std::size_t>(i)]) {
+            log.failure("the reply counts ", response.numFiles, " files and file ", i + 1, " is nil");
+            return false;
+        }
     }
-    return entries;
+    return true;
 }
 
-int deliver_batch(const std::vector<const ns1__FileAttr*>& batch, snapdiff_session_info& info,
+// How much memory that takes, the service says.
+bool make_room(std::vector<sts_file_attr_v11_t>& buffer, std::size_t count, const EntryLog& log)
+{
+    try {
+        buffer.reserve(count);
+        return true;
+    } catch (const std::bad_alloc&) {
+    } catch (const std::length_error&) {
+    }
+    log.failure("Failed to allocate memory for ", count, " files.");
+    return false;
+}
+
+int deliver_batch(const std::vector<ns1__FileAttr*>& items, std::size_t count, snapdiff_session_info& info,
                   sts_file_attr_v11_t& entry, const EntryLog& log)
 {
-    log_message(log.session(), STS_LOG_RECORD, "file name: ", batch.front()->name);
-    set_file_attr_from_soap(entry, batch.front());
+    std::vector<sts_file_attr_v11_t> surplus;
+    if (!make_room(surplus, count - 1, log)) return STS_ENOMEM;
+    log_message(log.session(), STS_LOG_RECORD, "file name: ", items.front()->name);
+    set_file_attr_from_soap(entry, items.front());
     rewrite_path(entry, info, log.session());
-    info.entry_buffer.reserve(batch.size() - 1);
-    for (std::size_t i = 1; i < batch.size(); ++i) {
-        info.entry_buffer.emplace_back();
-        set_file_attr_from_soap(info.entry_buffer.back(), batch[i]);
+    for (std::size_t i = 1; i < count; ++i) {
+        surplus.emplace_back();
+        set_file_attr_from_soap(surplus.back(), items[i]);
     }
+    info.entry_buffer = std::move(surplus);
     return log.ok();
 }
 
@@ -140,12 +162,13 @@ int next_batch(const stsp_change_list_t& list, const Filters& filters, snapdiff_
         log.record("STS_EBUSY received");
         return STS_EBUSY;
     }
-    const std::vector<const ns1__FileAttr*> batch = delivered(response);
-    if (batch.empty()) {
+    if (response.numFiles == 0) {
         log.record("no more entries");
         return STS_ENOENT;
     }
-    return deliver_batch(batch, info, entry, log);
+    if (!holds_what_it_counts(response, log)) return STS_EPLUGIN;
+    return deliver_batch(response.fileAttrList->item, static_cast<std::size_t>(response.numFiles), info,
+                         entry, log);
 }
 
 } // namespace

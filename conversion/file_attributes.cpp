@@ -13,7 +13,7 @@ template <class Field, class Element>
 void set_number(Field& field, const Element* element)
 {
     static_assert(sizeof(Field) == sizeof(Element), "numbers pass bit for bit");
-    if (element) field = *element;
+    field = element ? *element : 0;
 }
 
 } // namespace

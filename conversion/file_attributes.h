@@ -8,7 +8,8 @@ class ns1__FileAttr;
 namespace soapwrapper
 {
 
-// One entry of a change list. A field whose element is nil stays as it stood.
+// One entry of a change list. A number whose element is nil is 0, so that an entry means the same whatever
+// stood in the record before.
 void set_file_attr_from_soap(sts_file_attr_v11_t& file, const ns1__FileAttr* wire);
 
 } // namespace soapwrapper

@@ -1,8 +1,6 @@
 // The entries of a list of the service's: order, pacing, filters, ends and failures.
-#include "tests/entries/change_list_fixture.h"
-#include "tests/kit/clock.h"
+#include "tests/entries/change_list_listing_fixture.h"
 
-#include <limits>
 #include <stdexcept>
 
 using namespace change_list;
@@ -15,52 +13,10 @@ namespace
 {
 
 constexpr std::size_t kFilterSize = 1024;
-const LogLine kOk = record("stspi_list_file: STS_EOK");
-const LogLine kFromBuffer = record("stspi_list_file: Returning from buffer: STS_EOK");
-const LogLine kNoMore = record("stspi_list_file: no more entries");
 
-LogLine code(int result, int retry = 0)
-{
-    return record("stspi_list_file: SOAP return code = " + std::to_string(result) +
-                  " retryInterval = " + std::to_string(retry));
-}
-
-LogLine file_name(const std::string& path)
-{
-    return record("file name: " + path);
-}
-
-class ListFiles : public ChangeListTest
-{
-  protected:
-    ListFiles() { open_at_service(); }
-    ~ListFiles() override { close_at_service(); }
-
-    void script_files(const std::string& items, int count, int error = 0, int retry = 0)
-    {
-        service.script(answer(files_reply(items, count, error, retry)));
-    }
-
-    int next() { return list_file()(list, 0, nullptr, entry.get()); }
-    // The status, or the path of the entry.
-    std::string next_path()
-    {
-        const int status = next();
-        return status == 0 ? entry->name : std::to_string(status);
-    }
-    snapdiff_session_info& info() { return registry().at("C1"); }
-
-    Clock clock;
-    std::unique_ptr<sts_file_attr_v11_t> entry = std::make_unique<sts_file_attr_v11_t>();
-};
-
-class CountsThatAreWrong : public ListFiles, public testing::WithParamInterface<int>
+class ListFiles : public ListingTest
 {
 };
-
-INSTANTIATE_TEST_SUITE_P(Counts, CountsThatAreWrong,
-                         testing::Values(3, 1000000, std::numeric_limits<int>::max(), -1,
-                                         std::numeric_limits<int>::min()));
 
 } // namespace
 
@@ -133,15 +89,6 @@ TEST_F(ListFiles, ABufferedEntryIsTheHostsWholeRecord)
     EXPECT_STREQ(entry->name, "/B");
     EXPECT_EQ(entry->size, 5);
     EXPECT_EQ(entry->modtime, 0); // nil, in a record that began empty
-}
-
-TEST_F(ListFiles, LeavesTheFieldsThatTheFirstEntryHasNone)
-{
-    fill_with_canary(*entry);
-    script_files(element("item", element("name", "/A") + nil("ftype")), 1);
-    ASSERT_EQ(next(), 0);
-    EXPECT_EQ(entry->ftype, 0x5a5a5a5a);
-    EXPECT_EQ(entry->gnum, 0x5a5a5a5a);
 }
 
 TEST_F(ListFiles, CutsAPathOf4096Characters)
@@ -239,35 +186,6 @@ TEST_F(ListFiles, DoesNotRememberTheEndAndStillHonoursItsPause)
     script_files(file_element("/A"), 1);
     EXPECT_EQ(next_path(), "/A");
     EXPECT_THAT(clock.sleeps(), ElementsAre(4u));
-}
-
-TEST_P(CountsThatAreWrong, AreBoundByTheList)
-{
-    script_files(file_element("/A") + file_element("/B"), GetParam());
-    EXPECT_EQ(next_path(), "/A");
-    EXPECT_EQ(next_path(), "/B");
-    script_files("", GetParam());
-    EXPECT_EQ(next(), STS_ENOENT);
-    EXPECT_EQ(session.lines().back(), kNoMore);
-}
-
-TEST_F(ListFiles, HandsOutNoMoreThanTheReplyCounts)
-{
-    script_files(file_element("/A") + file_element("/B") + file_element("/C"), 2);
-    EXPECT_EQ(next_path(), "/A");
-    EXPECT_EQ(next_path(), "/B");
-    EXPECT_THAT(info().entry_buffer, SizeIs(0));
-}
-
-TEST_F(ListFiles, PassesOverEntriesAndListsThatAreNil)
-{
-    script_files(nil("item") + file_element("/A") + nil("item") + file_element("/B"), 4);
-    EXPECT_EQ(next_path(), "/A");
-    EXPECT_EQ(next_path(), "/B");
-    service.script(
-        answer(reply("listFileResponse", nil("fileAttrList") + element("numFiles", "2") +
-                                             element("error", "0") + element("retryInterval", "0"))));
-    EXPECT_EQ(next(), STS_ENOENT);
 }
 
 TEST_F(ListFiles, SendsTheFiltersOfEachCallFollowedByWhatTheListIsRestrictedTo)

@@ -54,6 +54,20 @@ int list(Subject& subject)
     return status;
 }
 
+// A batch comes whole or not at all.
+int list_batch(Subject& subject)
+{
+    const auto entry = std::make_unique<sts_file_attr_v11_t>();
+    stsp_change_list_t* handle = make_list(subject);
+    const int status = change_list::list_file()(handle, 0, nullptr, entry.get());
+    const auto& buffer = change_list::registry().at("L").entry_buffer;
+    EXPECT_STREQ(entry->name, status == 0 ? "/vol/v1/a" : "");
+    EXPECT_EQ(buffer.size(), status == 0 ? 2u : 0u);
+    change_list::registry().clear();
+    free_list(handle);
+    return status;
+}
+
 int close(Subject& subject)
 {
     stsp_change_list_t* handle = make_list(subject);
@@ -73,6 +87,11 @@ std::vector<Entry> change_list_entries()
          2060017,
          {snapshot_at("/vol/v1/.snapshot/a"), snapshot_at("/vol/v1/.snapshot/b")}},
         {"stspi_list_file", list, change_list::files_reply(change_list::file_element("/vol/v1/a"), 1)},
+        {"stspi_list_file_of_three", list_batch,
+         change_list::files_reply(change_list::file_element("/vol/v1/a") +
+                                      change_list::file_element("/vol/v1/b", 1) +
+                                      change_list::file_element("/vol/v1/c", 2),
+                                  3)},
         {"stspi_close_snap_change_list", close, reply("closeSnapChangeListResponse")},
     };
 }

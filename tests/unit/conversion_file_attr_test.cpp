@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <limits>
 
 #include "soapwrapperStub.h"
@@ -50,16 +51,24 @@ TEST(FileAttributes, AreFilledInEveryField)
     }
 }
 
-TEST(FileAttributes, ThatAreNilKeepTheirFields)
+TEST(FileAttributes, ThatAreNilAreZeroWhateverStoodThereBefore)
 {
     const ns1__FileAttr wire;
+    sts_file_attr_v11_t record;
+    sts_file_attr_v11_t expected = {};
+    fill_with_canary(record);
+    std::memcpy(expected.name, record.name, sizeof expected.name); // behind its terminator it keeps its bytes
+    put(expected.name, "");
+    set_file_attr_from_soap(record, &wire);
+    EXPECT_TRUE(same_bytes(record, expected));
+}
+
+TEST(FileAttributes, OfNoFileLeaveTheRecordAsItStands)
+{
     sts_file_attr_v11_t record;
     sts_file_attr_v11_t expected;
     fill_with_canary(record);
     fill_with_canary(expected);
-    set_file_attr_from_soap(record, &wire);
-    put(expected.name, "");
-    EXPECT_TRUE(same_bytes(record, expected));
     set_file_attr_from_soap(record, nullptr);
     EXPECT_TRUE(same_bytes(record, expected));
 }
