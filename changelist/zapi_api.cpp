@@ -2,6 +2,8 @@
 
 #include "plugin/status.h"
 
+#include <dlfcn.h>
+
 const sts_api_slot* sts_api = nullptr;
 
 namespace soapwrapper
@@ -28,20 +30,30 @@ int call(Position position, Arguments... arguments)
     return reinterpret_cast<int (*)(Arguments...)>(sts_api[position])(arguments...);
 }
 
+// Looked for by name and not linked, because a host may load its manager after this library, or have none.
+template <class Function>
+Function* manager_function(const char* name)
+{
+    void* found = dlsym(RTLD_DEFAULT, name);
+    if (!found) dlerror(); // the message is nothing to the host, which may ask for one of its own
+    return reinterpret_cast<Function*>(found);
+}
+
 } // namespace
 
 int sts_init(std::uint64_t version, const char* plugin_path)
 {
     if (version != kInterfaceVersion) return STS_EINTERFACE;
     if (!plugin_path) return STS_ENULLARG;
-    if (!stsm_init) return STS_ENOTINIT;
-    return stsm_init(version, plugin_path, &sts_api);
+    auto* const init = manager_function<int(std::uint64_t, const char*, const sts_api_slot**)>("stsm_init");
+    return init ? init(version, plugin_path, &sts_api) : sts_notinit();
 }
 
 int sts_terminate()
 {
-    if (!stsm_terminate) return STS_ENOTINIT;
-    const int result = stsm_terminate();
+    auto* const terminate = manager_function<int()>("stsm_terminate");
+    if (!terminate) return sts_notinit();
+    const int result = terminate();
     if (result == STS_EINUSE) return STS_EOK;
     if (result == STS_EOK) sts_api = nullptr;
     return result;

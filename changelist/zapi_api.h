@@ -21,15 +21,11 @@ static_assert(sizeof(sts_cred_block) == 1032 && offsetof(sts_cred_block, names) 
 // Null until the second plug-in has been started.
 extern const sts_api_slot* sts_api;
 
-extern "C" {
-
-// The framework's plug-in manager. Weak: a process without it can load this library all the same.
-__attribute__((weak)) int stsm_init(std::uint64_t version, const char* plugin_path, const sts_api_slot** api);
-__attribute__((weak)) int stsm_terminate(void);
-}
-
 namespace soapwrapper
 {
+
+// The framework's plug-in manager is whoever exports stsm_init and stsm_terminate in this process at the time
+// of the call. Without one, both calls below are 2060010.
 
 // 2060007 for a version other than 12, 2060001 for a null path, otherwise what the manager says.
 int sts_init(std::uint64_t version, const char* plugin_path);
