@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include <cstring>
-#include <map>
 
 namespace soapwrapper
 {
@@ -47,21 +46,32 @@ sts_cred_block make_credentials(const ConnectionText& text)
     return block;
 }
 
+// A session of the second plug-in's with the text that it points at.
+struct ZapiSession {
+    sts_session_def_v7_t definition{};
+    char id[14] = "zapi_via_soap";
+    ZapiSession* next = nullptr;
+};
+
 // The second plug-in keeps the session that it is given, as any plug-in does, and there is no telling for how
-// long. It differs only by the callback, so one for each callback stays for good.
+// long: it may outlive this library in the process. It differs only by the callback, so one for each callback
+// stays for good. Under gMutex.
+ZapiSession* g_sessions = nullptr;
+
 sts_session_def_v7_t* session_for(sts_log_callback_t callback)
 {
-    static std::map<sts_log_callback_t, sts_session_def_v7_t> sessions;
     const MutexLock lock(gMutex);
-    const auto [found, is_new] = sessions.try_emplace(callback);
-    sts_session_def_v7_t& session = found->second;
-    // Written once: the second plug-in reads it on any thread, without our lock.
-    if (is_new) {
-        session.session_id = "zapi_via_soap";
-        session.log_callback = callback;
-        session.session_flags = kZapiSessionFlags;
+    for (ZapiSession* known = g_sessions; known; known = known->next) {
+        if (known->definition.log_callback == callback) return &known->definition;
     }
-    return &session;
+    auto* session = new ZapiSession();
+    // Written once: the second plug-in reads it on any thread, without our lock.
+    session->definition.session_id = session->id;
+    session->definition.log_callback = callback;
+    session->definition.session_flags = kZapiSessionFlags;
+    session->next = g_sessions;
+    g_sessions = session;
+    return &session->definition;
 }
 
 // The one-time start. Another first connection waits here, and then finds it done.

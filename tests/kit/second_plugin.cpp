@@ -138,6 +138,12 @@ void SecondPlugin::hold(std::vector<sts_file_attr_v11_t> entries)
     entries_ = std::move(entries);
 }
 
+void SecondPlugin::on_list_file(std::function<void()> action)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    on_list_file_ = std::move(action);
+}
+
 std::vector<std::string> SecondPlugin::calls() const
 {
     const std::lock_guard<std::mutex> lock(mutex_);
@@ -246,6 +252,12 @@ int SecondPlugin::open_list(const stsp_lsu_v7_t* lsu, const sts_snap_def_v11_t* 
 int SecondPlugin::list_file(const sts_handle_s* list, std::uint32_t count, const char* filters,
                             sts_file_attr_v11_t* entry)
 {
+    std::function<void()> action;
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        action = on_list_file_;
+    }
+    if (action) action();
     const std::lock_guard<std::mutex> lock(mutex_);
     std::string call = "list_file " + name(list) + " " + std::to_string(count);
     if (!filters) call += " null";

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
@@ -48,6 +49,8 @@ class SecondPlugin
     void answer(Operation operation, std::deque<int> statuses);
     // Every list opened from now on holds these entries, and then STS_ENOENT.
     void hold(std::vector<sts_file_attr_v11_t> entries);
+    // Called ahead of each entry that a list is asked for, on the asking thread.
+    void on_list_file(std::function<void()> action);
     // Sessions are opened, and yet no handle is given out.
     void keep_session_handles() { keeps_session_handles_ = true; }
 
@@ -59,7 +62,8 @@ class SecondPlugin
     std::size_t open_handles() const;
     // The name of a handle that was given out.
     std::string name_of(const sts_handle_s* handle) const;
-    // Logs through the session that the last open was given.
+    // The session that the last open was given, and a line that is logged through it.
+    const sts_session_def_v7_t* last_session() const { return last_session_; }
     void log(const char* text) const;
 
     // What the table's functions come to.
@@ -88,6 +92,7 @@ class SecondPlugin
     mutable std::mutex mutex_;
     std::map<Operation, std::deque<int>> statuses_;
     std::vector<sts_file_attr_v11_t> entries_;
+    std::function<void()> on_list_file_;
     std::vector<std::string> calls_;
     std::deque<Handle> handles_; // stays where it is: a handle is the address of one of these
     std::map<std::string, int> counters_;
