@@ -120,7 +120,10 @@ Outcome open_through_zapi(Opening& opening)
         return {status, true};
     }
     opening.log.record("succeed to open zapi connection");
-    if (const int status = start_snapdiff(*opening.lsu.server, opening.volume, opening.log)) return {status};
+    if (const int status = start_snapdiff(*opening.lsu.server, opening.volume, opening.log)) {
+        close_zapi_connection(*cells.session(), *cells.server(), nullptr);
+        return {status};
+    }
     return {open_zapi_list(opening, cells)};
 }
 

@@ -14,6 +14,8 @@ namespace
 
 constexpr char kServerThatNeedsAStart[] = "Network_NTAP";
 constexpr std::size_t kVolumeArgumentSize = 2049;
+constexpr int kDefaultInterval = 30;
+constexpr int kDefaultLongest = 120;
 
 int setting(const char* key, int default_value, const EntryLog& log)
 {
@@ -42,8 +44,9 @@ int send_command(stsp_server_t& server, std::int32_t command, const sts_volume_s
 
 int start_snapdiff(stsp_server_t& server, const sts_volume_spec_v11_t& volume, const EntryLog& log)
 {
-    const std::int64_t interval = setting("start_snapdiff_retry_interval", 30, log);
-    const std::int64_t longest = setting("start_snapdiff_max_wait", 120, log);
+    std::int64_t interval = setting("start_snapdiff_retry_interval", kDefaultInterval, log);
+    if (interval < 0) interval = kDefaultInterval; // the tries would have no end
+    const std::int64_t longest = setting("start_snapdiff_max_wait", kDefaultLongest, log);
     if (!needs_a_start(server) || longest < 0) return STS_EOK;
 
     // The pause ahead of a try is one interval shorter than what its failure announces.

@@ -15,7 +15,7 @@ namespace soapwrapper
 int open_zapi_connection(const std::string& connection, const sts_session_def_v7_t* session,
                          sts_handle_s** zapi_session, sts_handle_s** zapi_server);
 
-// Either handle may be null. Returns the status of the last close that was made.
+// Either handle may be null. Returns the status of the last close that was made. Silent without a session.
 int close_zapi_connection(sts_handle_s* zapi_session, sts_handle_s* zapi_server,
                           const sts_session_def_v7_t* session);
 

@@ -169,7 +169,6 @@ TEST_F(StartRequest, TriesAgainAfterAFailureOfAnotherKind)
 
 TEST_F(StartRequest, GivesUpAfterFiveTriesAndFallsBackToTheService)
 {
-    left_open = 2; // the connection stays
     script_starts({2060005, 2060005, 2060005, 2060005, 2060005});
     script_list("C1");
     ASSERT_EQ(open(), 0);
@@ -177,15 +176,53 @@ TEST_F(StartRequest, GivesUpAfterFiveTriesAndFallsBackToTheService)
     EXPECT_THAT(tries(), ElementsAreArray(no_settings() +
                                           Lines{busy(30), busy(60), busy(90), busy(120), busy(150),
                                                 return_code("stspi_open_snap_change_list"), opened()}));
-    EXPECT_THAT(plugin.calls(), SizeIs(2)); // no list was asked for, and none is closed
+    // No list was asked for, and none is closed.
+    EXPECT_THAT(plugin.calls(),
+                ElementsAre("open_session zapi_via_soap 15", testing::StartsWith("open_server"),
+                            "close server1 0", "close session1 0"));
     EXPECT_EQ(list->zapi_list_cell, nullptr);
     close_at_service();
+}
+
+TEST_F(StartRequest, GivesTheConnectionBackAheadOfTheServiceWithoutAWordWhereItGivesUp)
+{
+    Host::instance().write_configuration("start_snapdiff_max_wait=0\n");
+    plugin.answer(Operation::close, {2060098, 2060099}); // nor does it matter what becomes of that
+    left_open = 2;
+    script_starts({2060005});
+    service.script({Answer::Manner::close_at_once, ""});
+    EXPECT_EQ(open(), STS_ESOAPERROR);
+    EXPECT_THAT(plugin.calls(), testing::IsSupersetOf({"close server1 0", "close session1 0"}));
+    EXPECT_THAT(session.texts(), Not(Contains(testing::HasSubstr("close"))));
+}
+
+TEST_F(StartRequest, GivesBackOnlyWhatItHasOfTheConnectionWhereItGivesUp)
+{
+    Host::instance().write_configuration("start_snapdiff_max_wait=0\n");
+    plugin.keep_session_handles();
+    base.reset();
+    script_export(diff_export);
+    script_start(2060005);
+    EXPECT_EQ(open(), STS_ETIMEDOUT);
+    EXPECT_EQ(plugin.calls().back(), "close server1 0");
+}
+
+TEST_F(StartRequest, TakesTheDefaultForAnIntervalBelowZeroAndLogsWhatItWasSetTo)
+{
+    Host::instance().write_configuration("start_snapdiff_retry_interval=-5\n");
+    script_starts({2060005, 2060005, 0});
+    ASSERT_EQ(open(), 0);
+    EXPECT_THAT(clock.sleeps(), ElementsAre(30u, 60u));
+    EXPECT_THAT(tries(),
+                Contains(record("stspi_open_snap_change_list: start_snapdiff_retry_interval set to -5")));
+    EXPECT_THAT(tries(), Contains(busy(30)));
+    EXPECT_THAT(tries(), Contains(busy(60)));
+    close_at_plugin();
 }
 
 TEST_F(StartRequest, GivesUpWithAStatusOfItsOwnWhereThereIsNoBaseSnapshot)
 {
     base.reset();
-    left_open = 2;
     script_export(diff_export);
     for (int i = 0; i < 5; ++i) script_start(2060005);
     EXPECT_EQ(open(), STS_ETIMEDOUT);
@@ -200,7 +237,6 @@ TEST_F(StartRequest, GivesUpWithAStatusOfItsOwnWhereThereIsNoBaseSnapshot)
 
 TEST_F(StartRequest, ForgetsThatStatusWhereTheServiceHasNoListEither)
 {
-    left_open = 2;
     Host::instance().write_configuration("start_snapdiff_max_wait=0\n");
     script_starts({2060005});
     service.script({Answer::Manner::close_at_once, ""});
@@ -212,7 +248,6 @@ TEST_F(StartRequest, TakesItsTimesFromTheSettings)
 {
     Host::instance().write_configuration(
         "start_snapdiff_retry_interval = 7\nSTART_snapdiff_MAX_WAIT = 0x10\n");
-    left_open = 2;
     base.reset();
     script_export(diff_export);
     for (int i = 0; i < 3; ++i) script_start(2060005);
@@ -240,7 +275,6 @@ TEST_F(StartRequest, LogsEachSettingThatIsPresent)
 TEST_F(StartRequest, FallsBackToTheDefaultOfASettingThatIsNoNumberAndIsSilentOnIt)
 {
     Host::instance().write_configuration("start_snapdiff_retry_interval=7s\nstart_snapdiff_max_wait=10\n");
-    left_open = 2;
     base.reset();
     script_export(diff_export);
     script_start(2060005);
@@ -254,7 +288,6 @@ TEST_F(StartRequest, FallsBackToTheDefaultOfASettingThatIsNoNumberAndIsSilentOnI
 TEST_F(StartRequest, WithALongestWaitOfZeroIsMadeOnce)
 {
     Host::instance().write_configuration("start_snapdiff_max_wait=0\n");
-    left_open = 2;
     base.reset();
     script_export(diff_export);
     script_start(2060005);
