@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <utility>
 
 using namespace soapwrapper;
@@ -35,10 +36,10 @@ struct Opening {
 };
 
 // Files what the listing will need. A list that is already there under this token keeps what it has.
-void register_list(Opening& opening, const char* token)
+void register_list(const char* token, snapdiff_session_info&& info)
 {
     const MutexLock lock(snapdiff_session_map_mutex);
-    snapdiff_info_per_session.try_emplace(token, std::move(opening.info));
+    snapdiff_info_per_session.try_emplace(token, std::move(info));
 }
 
 void unregister_list(const char* token)
@@ -62,6 +63,12 @@ std::unique_ptr<sts_snap_def_v11_t> snapshot_by_export(const std::string& export
     return snap;
 }
 
+int out_of_memory(const Opening& opening, const char* what)
+{
+    opening.log.failure("Failed to allocate memory for ", what, ".");
+    return STS_ENOMEM;
+}
+
 // There is no sequence number: two lists on one volume have one name.
 char* make_zapi_token(const sts_volume_spec_v11_t& volume)
 {
@@ -71,20 +78,29 @@ char* make_zapi_token(const sts_volume_spec_v11_t& volume)
     return token;
 }
 
+sts_volume_spec_v11_t* copy_volume(const sts_volume_spec_v11_t& volume)
+{
+    auto* copy = static_cast<sts_volume_spec_v11_t*>(std::malloc(sizeof volume));
+    if (copy) *copy = volume;
+    return copy;
+}
+
+// A record that lacks something has no token: that is how the close knows it.
 int make_zapi_record(Opening& opening, ZapiCells& cells)
 {
-    auto* record = new stsp_change_list_t();
+    auto* record = new (std::nothrow) stsp_change_list_t();
+    if (!record) return out_of_memory(opening, "the list");
+    record->server = opening.lsu.server;
     *opening.out = record;
     record->token = make_zapi_token(opening.volume);
-    if (!record->token) {
-        opening.log.failure("Failed to allocate memory for tokenname.");
-        return STS_ENOMEM;
+    if (!record->token) return out_of_memory(opening, "tokenname");
+    record->volume_copy = copy_volume(opening.volume);
+    if (!record->volume_copy) {
+        std::free(std::exchange(record->token, nullptr));
+        return out_of_memory(opening, "the volume");
     }
-    record->server = opening.lsu.server;
-    record->volume_copy = static_cast<sts_volume_spec_v11_t*>(std::malloc(sizeof *record->volume_copy));
-    if (record->volume_copy) *record->volume_copy = opening.volume;
     cells.hand_over(*record);
-    register_list(opening, record->token);
+    register_list(record->token, std::move(opening.info));
     return STS_EOK;
 }
 
@@ -114,6 +130,7 @@ struct Outcome {
 Outcome open_through_zapi(Opening& opening)
 {
     ZapiCells cells;
+    if (!cells.complete()) return {out_of_memory(opening, "the handles"), true};
     if (const int status = open_zapi_connection(opening.volume.first, opening.log.session(), cells.session(),
                                                 cells.server())) {
         opening.log.record("failed to open zapi connection");
@@ -132,6 +149,19 @@ void cut_at_first_blank(char (&text)[STS_VOLUME_TEXT_SIZE])
 {
     const std::string filer(text, std::strcspn(text, " "));
     V_strlcpy(text, filer.c_str(), sizeof text);
+}
+
+Outcome make_service_record(Opening& opening, const std::string& token)
+{
+    std::unique_ptr<stsp_change_list_t> record(new (std::nothrow) stsp_change_list_t());
+    if (!record) return {out_of_memory(opening, "the list"), true};
+    record->server = opening.lsu.server;
+    record->token = allocate_text(token);
+    if (!record->token) return {out_of_memory(opening, "tokenname"), true};
+    delete *opening.out; // one that the second plug-in's route left half-made
+    *opening.out = record.release();
+    register_list((*opening.out)->token, std::move(opening.info));
+    return {STS_EOK};
 }
 
 Outcome open_at_service(Opening& opening)
@@ -154,15 +184,13 @@ Outcome open_at_service(Opening& opening)
     _ns1__openSnapChangeListResponse response;
     const int result = call.send_quietly(&PSVWSSoapBindingProxy::openSnapChangeList, request, response);
     opening.log.return_code(result);
-    if (result != SOAP_OK) return {call.status_of(result, STS_ESOAPERROR), call.is_service_fault(result)};
-    if (!response.fileListHandle || !response.fileListHandle->token) return {STS_EPLUGIN, true};
-
-    auto* record = new stsp_change_list_t();
-    record->server = &server;
-    record->token = allocate_text(*response.fileListHandle->token);
-    delete std::exchange(*opening.out, record); // one that the second plug-in's route left half-made
-    register_list(opening, record->token);
-    return {STS_EOK};
+    if (result != SOAP_OK) {
+        const bool at_once = call.is_service_fault(result); // asked first, because rendering makes a fault
+        return {call.status_of(result, STS_ESOAPERROR), at_once};
+    }
+    if (!response.fileListHandle) return {opening.log.reply_lacks("fileListHandle"), true};
+    if (!response.fileListHandle->token) return {opening.log.reply_lacks("token"), true};
+    return make_service_record(opening, *response.fileListHandle->token);
 }
 
 // Nobody has a list: says so. A filer that stayed busy is the one reason that reaches the host.
@@ -177,6 +205,11 @@ int status_without_list(int status, const sts_session_def_v7_t* session)
     return STS_ESOAPERROR;
 }
 
+sts_handle_s* held_in(sts_handle_s* const* cell)
+{
+    return cell ? *cell : nullptr;
+}
+
 int close_zapi_list(stsp_change_list_t* list, const EntryLog& log)
 {
     if (const int status = api_close_snap_change_list(*list->zapi_list_cell)) {
@@ -184,10 +217,10 @@ int close_zapi_list(stsp_change_list_t* list, const EntryLog& log)
         return status;
     }
     // Sent whatever the server's name is, and also when no start was.
-    stop_snapdiff(*list->server, *list->volume_copy);
+    if (list->volume_copy) stop_snapdiff(*list->server, *list->volume_copy);
     unregister_list(list->token);
-    const int status =
-        close_zapi_connection(*list->zapi_session_cell, *list->zapi_server_cell, log.session());
+    const int status = close_zapi_connection(held_in(list->zapi_session_cell),
+                                             held_in(list->zapi_server_cell), log.session());
     std::free(list->volume_copy);
     std::free(list->zapi_session_cell);
     std::free(list->zapi_server_cell);
@@ -227,6 +260,11 @@ extern "C" int stspi_open_snap_change_list(const stsp_lsu_v7_t* lsu, const sts_s
                                            std::uint32_t flags, stsp_change_list_t** out)
 {
     if (!lsu) return STS_ENULLARG;
+    if (!out) {
+        log_message(lsu->server ? lsu->server->session : nullptr, STS_LOG_ANOMALY,
+                    "stspi_open_snap_change_list: no place for the list");
+        return STS_ENULLARG;
+    }
     *out = nullptr;
     if (const int status = check_server(lsu->server)) return status;
     const EntryLog log(lsu->server->session, "stspi_open_snap_change_list");

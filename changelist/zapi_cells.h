@@ -9,8 +9,8 @@
 namespace soapwrapper
 {
 
-// The cells that the second plug-in's handles come back in. Freed with the object unless a change list takes
-// them over; the handles in them are the second plug-in's.
+// The cells that the second plug-in's handles come back in, if memory was found for them. Freed with the
+// object unless a change list takes them over; the handles in them are the second plug-in's.
 class ZapiCells
 {
   public:
@@ -23,6 +23,8 @@ class ZapiCells
     }
     ZapiCells(const ZapiCells&) = delete;
     ZapiCells& operator=(const ZapiCells&) = delete;
+
+    bool complete() const { return session_ && server_ && list_; }
 
     sts_handle_s** session() const { return session_; }
     sts_handle_s** server() const { return server_; }

@@ -58,6 +58,20 @@ TEST_F(OpenChangeList, ChecksReferenceServerAndServiceHandleInSilence)
     EXPECT_EQ(service.connections(), 0u);
 }
 
+TEST_F(OpenChangeList, NeedsAPlaceForTheListAheadOfAllButTheReference)
+{
+    EXPECT_EQ(open_list()(nullptr, nullptr, nullptr, nullptr, 0, nullptr), STS_ENULLARG);
+    EXPECT_THAT(session.lines(), testing::IsEmpty());
+    server.service_handle = nullptr;
+    EXPECT_EQ(open_list()(&lsu, base.get(), diff.get(), volume.get(), 0, nullptr), STS_ENULLARG);
+    EXPECT_THAT(session.lines(), ElementsAre(anomaly("stspi_open_snap_change_list: no place for the list")));
+    server.session = nullptr;
+    EXPECT_EQ(open_list()(&lsu, base.get(), diff.get(), volume.get(), 0, nullptr), STS_ENULLARG);
+    lsu.server = nullptr;
+    EXPECT_EQ(open_list()(&lsu, base.get(), diff.get(), volume.get(), 0, nullptr), STS_ENULLARG);
+    EXPECT_EQ(service.connections(), 0u);
+}
+
 TEST_F(OpenChangeList, ChecksDiffSnapshotAndVolumeBehindItsFirstLine)
 {
     EXPECT_EQ(open_list()(&lsu, base.get(), nullptr, volume.get(), 0, &list), STS_ENULLARG);
@@ -240,16 +254,46 @@ TEST_F(OpenChangeList, SaysThatNobodyHasAListWhereTheServiceCantBeReachedOrFails
     }
 }
 
+TEST_F(OpenChangeList, GoesOnToItsEndWhereTheReturnCodeIsThatOfAFaultAndThereIsNone)
+{
+    // The SOAP runtime returns an HTTP status that it doesn't know as it stands, and these two are its own
+    // for faults.
+    for (const int http_status : {1, 12}) {
+        session.clear();
+        script_mapping();
+        service.script({Answer::Manner::reply, http_message("", http_status, "Odd")});
+        EXPECT_EQ(open(), STS_ESOAPERROR);
+        EXPECT_EQ(list, nullptr);
+        const Lines lines = session.lines();
+        const std::size_t head = mapping_log("-1").size();
+        ASSERT_THAT(lines, SizeIs(head + 4));
+        EXPECT_EQ(lines[head], return_code("stspi_open_snap_change_list", http_status));
+        EXPECT_EQ(lines[head + 1].level, STS_LOG_FAILURE);
+        EXPECT_THAT(lines[head + 1].text, testing::Not(testing::HasSubstr("HANDLE_SOAP_FAULT")));
+        EXPECT_EQ(lines[head + 2], kNoList);
+        EXPECT_EQ(lines[head + 3], record("stspi_open_snap_change_list: 2060017"));
+    }
+}
+
 TEST_F(OpenChangeList, CantUseAReplyWithoutAHandleOrAToken)
 {
-    for (const std::string& reply : {std::string(), nil("fileListHandle"), element("fileListHandle"),
-                                     element("fileListHandle", nil("token"))}) {
+    const std::pair<std::string, std::string> replies[] = {
+        {"", "fileListHandle"},
+        {nil("fileListHandle"), "fileListHandle"},
+        {element("fileListHandle"), "token"},
+        {element("fileListHandle", nil("token")), "token"},
+    };
+    for (const auto& [reply, lacking] : replies) {
         session.clear();
         script_mapping();
         script("openSnapChangeListResponse", reply);
         EXPECT_EQ(open(), STS_EPLUGIN) << reply;
         EXPECT_EQ(list, nullptr);
-        EXPECT_EQ(session.lines().back(), return_code("stspi_open_snap_change_list"));
+        EXPECT_THAT(
+            session.lines(),
+            ElementsAreArray(mapping_log("-1") +
+                             Lines{return_code("stspi_open_snap_change_list"),
+                                   failure("stspi_open_snap_change_list: the reply has no " + lacking)}));
         EXPECT_THAT(registry(), SizeIs(0));
     }
 }
