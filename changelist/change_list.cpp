@@ -1,5 +1,6 @@
 // Opening and closing the list of what differs between two snapshots of a volume. The list comes from the
 // second plug-in, which asks the filer itself, or from the service.
+#include "changelist/open_lists.h"
 #include "changelist/start_request.h"
 #include "changelist/transformation_mapping.h"
 #include "changelist/zapi_cells.h"
@@ -9,7 +10,6 @@
 #include "operations/reference_checks.h"
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
-#include "plugin/plugin_globals.h"
 #include "service/service_call.h"
 
 #include <cstdio>
@@ -34,19 +34,6 @@ struct Opening {
     const EntryLog& log;
     snapdiff_session_info info{};
 };
-
-// Files what the listing will need. A list that is already there under this token keeps what it has.
-void register_list(const char* token, snapdiff_session_info&& info)
-{
-    const MutexLock lock(snapdiff_session_map_mutex);
-    snapdiff_info_per_session.try_emplace(token, std::move(info));
-}
-
-void unregister_list(const char* token)
-{
-    const MutexLock lock(snapdiff_session_map_mutex);
-    snapdiff_info_per_session.erase(token);
-}
 
 // With mounts the volume decides, and without them the text.
 bool route_is_zapi(const snapdiff_session_info& info, const sts_volume_spec_v11_t& volume)

@@ -1,10 +1,10 @@
 // The entries of a change list, one a call, with their paths as the host knows them.
+#include "changelist/open_lists.h"
 #include "changelist/path_transformation.h"
 #include "changelist/zapi_api.h"
 #include "conversion/file_attributes.h"
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
-#include "plugin/plugin_globals.h"
 #include "service/clock.h"
 #include "service/service_call.h"
 #include "service/wire_session.h"
@@ -26,13 +26,6 @@ struct Filters {
     std::uint32_t count;
     const char* rows; // kFilterSize bytes each; may be null if there are none
 };
-
-// The list's own record, or an empty one for a list that nobody filed. It stays where it is until the close.
-snapdiff_session_info& session_info(const char* token)
-{
-    const MutexLock lock(snapdiff_session_map_mutex);
-    return snapdiff_info_per_session[token];
-}
 
 void rewrite_path(sts_file_attr_v11_t& entry, const snapdiff_session_info& info,
                   const sts_session_def_v7_t* session)
@@ -179,7 +172,12 @@ extern "C" int stspi_list_file(stsp_change_list_t* list, std::uint32_t filter_co
     if (!list || !entry) return STS_ENULLARG;
     if (!list->token) return STS_EBADARG;
     const EntryLog log(list->server->session, "stspi_list_file");
-    snapdiff_session_info& info = session_info(list->token);
+    const Listing listing(list->token);
+    if (!listing.info()) {
+        log_message(log.session(), STS_LOG_ANOMALY, "stspi_list_file: the list is being listed already");
+        return STS_EBUSY;
+    }
+    snapdiff_session_info& info = *listing.info();
     const Filters asked_for{filter_count, filters};
     if (list->zapi_list_cell) return next_from_zapi(*list, asked_for, info, *entry, log);
     if (!info.entry_buffer.empty()) return next_from_buffer(info, *entry, log);

@@ -48,7 +48,8 @@ extern "C" {
 extern __attribute__((visibility("default"))) std::map<std::string, snapdiff_session_info>
     snapdiff_info_per_session;
 
-// Guards the shape of the map only: one insert, lookup or erase. Made by stspi_init3.
+// Guards the shape of the map and the table of the listings under way, and no more: one insert, lookup or
+// erase. Made by stspi_init3.
 extern __attribute__((visibility("default"))) pthread_mutex_t snapdiff_session_map_mutex;
 
 } // extern "C"
