@@ -5,11 +5,13 @@
 #include "changelist/transformation_mapping.h"
 #include "changelist/zapi_cells.h"
 #include "changelist/zapi_connection.h"
+#include "conversion/field_text.h"
 #include "conversion/wire_objects.h"
 #include "operations/handle_text.h"
 #include "operations/reference_checks.h"
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
+#include "plugin/wipe.h"
 #include "service/service_call.h"
 
 #include <cstdio>
@@ -83,7 +85,7 @@ int make_zapi_record(Opening& opening, ZapiCells& cells)
     if (!record->token) return out_of_memory(opening, "tokenname");
     record->volume_copy = copy_volume(opening.volume);
     if (!record->volume_copy) {
-        std::free(std::exchange(record->token, nullptr));
+        wipe_and_free(std::exchange(record->token, nullptr));
         return out_of_memory(opening, "the volume");
     }
     cells.hand_over(*record);
@@ -118,8 +120,8 @@ Outcome open_through_zapi(Opening& opening)
 {
     ZapiCells cells;
     if (!cells.complete()) return {out_of_memory(opening, "the handles"), true};
-    if (const int status = open_zapi_connection(opening.volume.first, opening.log.session(), cells.session(),
-                                                cells.server())) {
+    if (const int status = open_zapi_connection(text_of(opening.volume.first), opening.log.session(),
+                                                cells.session(), cells.server())) {
         opening.log.record("failed to open zapi connection");
         return {status, true};
     }
@@ -131,11 +133,13 @@ Outcome open_through_zapi(Opening& opening)
     return {open_zapi_list(opening, cells)};
 }
 
-// What stands behind the first blank is the filer's credentials: neither sent nor left with the caller.
+// What stands behind the first blank is the filer's credentials. The commands that start and stop a
+// difference send them, because the filer's side needs them; this request doesn't, and the caller's text ends
+// there too.
 void cut_at_first_blank(char (&text)[STS_VOLUME_TEXT_SIZE])
 {
-    const std::string filer(text, std::strcspn(text, " "));
-    V_strlcpy(text, filer.c_str(), sizeof text);
+    const std::size_t blank = text_of(text).find(' ');
+    if (blank != std::string_view::npos) text[blank] = '\0';
 }
 
 Outcome make_service_record(Opening& opening, const std::string& token)
@@ -208,11 +212,11 @@ int close_zapi_list(stsp_change_list_t* list, const EntryLog& log)
     unregister_list(list->token);
     const int status = close_zapi_connection(held_in(list->zapi_session_cell),
                                              held_in(list->zapi_server_cell), log.session());
-    std::free(list->volume_copy);
+    wipe_and_free(list->volume_copy);
     std::free(list->zapi_session_cell);
     std::free(list->zapi_server_cell);
     std::free(list->zapi_list_cell);
-    std::free(list->token);
+    wipe_and_free(list->token);
     delete list;
     if (status != STS_EOK) {
         log.record("FAILED to close zapi connection");
@@ -259,6 +263,7 @@ extern "C" int stspi_open_snap_change_list(const stsp_lsu_v7_t* lsu, const sts_s
     if (!diff || !volume) return STS_ENULLARG;
 
     Opening opening{*lsu, base, *diff, *volume, flags, out, log};
+    const WipeAtEnd wiped(opening.info.diff_export_filer);
     if (!get_transformation_mapping(lsu, base, diff, log.session(), opening.info)) {
         log_message(log.session(), STS_LOG_FAILURE, "get_transformation_mapping failed");
         return STS_ESOAPERROR;

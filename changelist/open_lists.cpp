@@ -1,28 +1,47 @@
 #include "changelist/open_lists.h"
 
 #include "plugin/plugin_globals.h"
+#include "plugin/wipe.h"
 
 #include <utility>
 
 namespace soapwrapper
 {
+namespace
+{
+
+using Node = decltype(snapdiff_info_per_session)::node_type;
+
+void wipe_secrets(Node& node)
+{
+    if (node.empty()) return;
+    wipe(node.key());
+    wipe(node.mapped().diff_export_filer);
+}
+
+} // namespace
 
 void register_list(const char* token, snapdiff_session_info&& info)
 {
+    std::string key(token);
+    const WipeAtEnd wiped(key);
     const MutexLock lock(snapdiff_session_map_mutex);
-    snapdiff_info_per_session.try_emplace(token, std::move(info));
+    snapdiff_info_per_session.try_emplace(std::move(key), std::move(info));
 }
 
 void unregister_list(const char* token)
 {
-    decltype(snapdiff_info_per_session)::node_type node; // dies outside the lock
+    std::string key(token);
+    const WipeAtEnd wiped(key);
+    Node node;
     {
         const MutexLock lock(snapdiff_session_map_mutex);
-        const auto found = snapdiff_info_per_session.find(token);
+        const auto found = snapdiff_info_per_session.find(key);
         if (found == snapdiff_info_per_session.end()) return;
         Listing* listing = Listing::find(found->second);
         (listing ? listing->closed_ : node) = snapdiff_info_per_session.extract(found);
     }
+    wipe_secrets(node);
 }
 
 Listing* Listing::first = nullptr;
@@ -36,8 +55,10 @@ Listing* Listing::find(const snapdiff_session_info& info)
 
 Listing::Listing(const char* token)
 {
+    std::string key(token);
+    const WipeAtEnd wiped(key);
     const MutexLock lock(snapdiff_session_map_mutex);
-    snapdiff_session_info& info = snapdiff_info_per_session.try_emplace(token).first->second;
+    snapdiff_session_info& info = snapdiff_info_per_session.try_emplace(std::move(key)).first->second;
     if (find(info)) return;
     info_ = &info;
     next_ = std::exchange(first, this);
@@ -46,10 +67,13 @@ Listing::Listing(const char* token)
 Listing::~Listing()
 {
     if (!info_) return;
-    const MutexLock lock(snapdiff_session_map_mutex);
-    Listing** link = &first;
-    while (*link != this) link = &(*link)->next_;
-    *link = next_;
+    {
+        const MutexLock lock(snapdiff_session_map_mutex);
+        Listing** link = &first;
+        while (*link != this) link = &(*link)->next_;
+        *link = next_;
+    }
+    wipe_secrets(closed_);
 }
 
 } // namespace soapwrapper

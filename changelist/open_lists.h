@@ -1,4 +1,4 @@
-// The registry as the entries use it.
+// The registry as the entries use it. A token may be made of a password, so no copy of one outlives its use.
 #ifndef SOAPWRAPPER_CHANGELIST_OPEN_LISTS_H
 #define SOAPWRAPPER_CHANGELIST_OPEN_LISTS_H
 

@@ -2,6 +2,7 @@
 
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
+#include "plugin/wipe.h"
 #include "service/clock.h"
 #include "service/configuration.h"
 
@@ -36,6 +37,7 @@ bool needs_a_start(stsp_server_t& server)
 int send_command(stsp_server_t& server, std::int32_t command, const sts_volume_spec_v11_t& volume)
 {
     char argument[kVolumeArgumentSize];
+    const WipeAtEnd wiped(argument);
     V_snprintf(argument, sizeof argument, "%s;%s", volume.first, volume.second);
     return stspi_iocontrol(&server, command, argument, STS_IOCTL_INPUT, sizeof argument);
 }

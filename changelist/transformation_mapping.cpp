@@ -6,6 +6,7 @@
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
 #include "plugin/session_log.h"
+#include "plugin/wipe.h"
 
 #include <memory>
 #include <string_view>
@@ -78,6 +79,7 @@ bool get_transformation_mapping(const stsp_lsu_v7_t* lsu, const sts_snap_def_v11
     }
 
     const auto snap_info = std::make_unique<sts_snap_info_v11_t>();
+    const WipeAtEnd wiped(*snap_info); // a volume may name its filer with the credentials behind it
     const char* export_path = snap_info->snapVolSpec.second;
     std::string base_export;
     if (base) {

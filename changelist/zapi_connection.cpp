@@ -4,10 +4,12 @@
 #include "plugin/plugin_globals.h"
 #include "plugin/session_log.h"
 #include "plugin/status.h"
+#include "plugin/wipe.h"
 
 #include <unistd.h>
 
 #include <cstring>
+#include <stdexcept>
 
 namespace soapwrapper
 {
@@ -21,29 +23,32 @@ constexpr std::size_t kHostNameSize = 257;
 // 1 from the first connection on, whether or not the start of the second plug-in succeeded. Under gMutex.
 std::int32_t zapi_initialized = 0;
 
+// Views of the whole text, because a copy of the password would have to be wiped.
 struct ConnectionText {
-    std::string host;
-    std::string user;
-    std::string password;
+    std::string_view host;
+    std::string_view user;
+    std::string_view password;
 };
 
-// A text with fewer than two blanks is not supported: the cut then throws.
-ConnectionText split(const std::string& connection)
+// A text with fewer than two blanks is not supported.
+ConnectionText split(std::string_view connection)
 {
     const std::size_t first_blank = connection.find(' ');
-    const std::string behind_host = connection.substr(first_blank).substr(1);
-    const std::size_t second_blank = behind_host.find(' ');
-    return {connection.substr(0, first_blank), behind_host.substr(0, second_blank),
-            behind_host.substr(second_blank).substr(1)};
+    const std::size_t second_blank = connection.find(' ', first_blank + 1);
+    // Thrown here and not by the cut: the host may read the text, and the standard library words its own.
+    if (first_blank == std::string_view::npos || second_blank == std::string_view::npos) {
+        throw std::out_of_range("basic_string::substr");
+    }
+    return {connection.substr(0, first_blank),
+            connection.substr(first_blank + 1, second_blank - first_blank - 1),
+            connection.substr(second_blank + 1)};
 }
 
-sts_cred_block make_credentials(const ConnectionText& text)
+// The block is zeroed, so that each text has its terminator where it ends.
+void fill_credentials(sts_cred_block& block, const ConnectionText& text)
 {
-    sts_cred_block block{};
-    V_strlcpy(block.names, text.user.c_str(), sizeof block.names - 1);
-    const std::size_t used = std::strlen(block.names) + 1;
-    V_strlcpy(block.names + used, text.password.c_str(), sizeof block.names - used);
-    return block;
+    const std::size_t user = text.user.copy(block.names, sizeof block.names - 2);
+    text.password.copy(block.names + user + 1, sizeof block.names - user - 2);
 }
 
 // A session of the second plug-in's with the text that it points at.
@@ -87,7 +92,7 @@ int start_once(const EntryLog& log)
 
 } // namespace
 
-int open_zapi_connection(const std::string& connection, const sts_session_def_v7_t* session,
+int open_zapi_connection(std::string_view connection, const sts_session_def_v7_t* session,
                          sts_handle_s** zapi_session, sts_handle_s** zapi_server)
 {
     const EntryLog log(session, "open_zapi_connection");
@@ -97,9 +102,12 @@ int open_zapi_connection(const std::string& connection, const sts_session_def_v7
         return result;
     }
     const ConnectionText text = split(connection);
-    sts_cred_block credentials = make_credentials(text);
+    sts_cred_block credentials{};
+    const WipeAtEnd wiped(credentials);
+    fill_credentials(credentials, text);
     char server_name[STS_SERVER_NAME_SIZE];
-    V_snprintf(server_name, sizeof server_name, "ZAPI:%s", text.host.c_str());
+    V_snprintf(server_name, sizeof server_name, "ZAPI:%.*s", static_cast<int>(text.host.size()),
+               text.host.data());
 
     if (start_once(log) != STS_EOK) {
         log.record("failed to open sts_init");
@@ -112,7 +120,6 @@ int open_zapi_connection(const std::string& connection, const sts_session_def_v7
     log.record("succeed to open zapi session");
 
     const int status = api_open_server(*zapi_session, server_name, &credentials, zapi_server);
-    explicit_bzero(&credentials, sizeof credentials);
     if (status == STS_EOK) {
         log.record("succeed to open zapi server");
         return STS_EOK;

@@ -4,6 +4,7 @@
 #include "operations/reference_checks.h"
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
+#include "plugin/wipe.h"
 #include "service/service_call.h"
 #include "service/wire_session.h"
 
@@ -52,6 +53,7 @@ int control(stsp_server_t* server, int32_t command, char* buffer, int32_t ioflag
 
     WireServerHandle server_handle(server->service_handle);
     _ns1__ioControl request;
+    const WipeAtEnd wiped(request.args); // a command may carry credentials
     request.serverHandle = server_handle.get();
     request.command = command;
     request.ioflag = ioflag;
