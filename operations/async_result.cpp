@@ -93,18 +93,19 @@ bool set_body(sts_async_snap_result_t& record, const ns1__AIOResultSnap& result)
 
 } // namespace
 
-void set_async_result(sts_async_result_t& record, const ns1__AIOResult* result, const EntryLog& log)
+int set_async_result(sts_async_result_t& record, const ns1__AIOResult* result, const EntryLog& log)
 {
-    if (!result) return;
+    if (!result) return log.reply_lacks("result");
     record.aio_bytes_transferred = result->bytesTransferred;
     record.aio_error = static_cast<std::uint32_t>(result->error);
     log.record("aio_bytes_transferred = ", record.aio_bytes_transferred, " aio_error = ", record.aio_error);
+    return STS_EOK;
 }
 
 int set_async_snap_result(sts_async_snap_result_t& record, const ns1__AIOResultSnap* result,
                           const EntryLog& log)
 {
-    if (!result) return STS_EOK;
+    if (!result) return log.reply_lacks("result");
     record.aio_error = static_cast<std::uint32_t>(result->error);
     record.retryInterval = result->retryInterval;
     if (!set_body(record, *result)) {

@@ -11,8 +11,9 @@ class ns1__AIOResultSnap;
 namespace soapwrapper
 {
 
-// Fills the record and logs what it says. A missing result leaves the record as it stands.
-void set_async_result(sts_async_result_t& record, const ns1__AIOResult* result, const EntryLog& log);
+// Fills the record and logs what it says. A reply without a result is a failure, and the record stays as it
+// was.
+int set_async_result(sts_async_result_t& record, const ns1__AIOResult* result, const EntryLog& log);
 
 // The same. A result of no kind that can be told is a failure, for which the record already holds the error
 // and the retry interval.

@@ -50,7 +50,7 @@ extern "C" int stspi_async_wait(const sts_session_def_v7_t* session, stsp_async_
     const BusyLoop<ns1__AIOResult> loop{&ns1__AIOResult::delayInSeconds, "delayInSeconds", log, log, &log};
     const int result = ask(loop, call, &PSVWSSoapBindingProxy::asyncWait, request, response, blockflag);
     if (const Failure failure = call.failure_of(result)) return *failure;
-    set_async_result(*record, response.result, log);
+    if (const int status = set_async_result(*record, response.result, log)) return status;
     return log.ok();
 }
 

@@ -212,7 +212,7 @@ extern "C" int stspi_get_event(stsp_evc_t* channel, sts_event_v11_t* event)
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::getEvent, request, response)) {
         return *failure;
     }
-    if (!response.event) return log.ok();
+    if (!response.event) return log.reply_lacks("event");
     const ns1__Event& wire = *response.event;
     event->version = kRecordVersion;
     event->seqno = wire.seqno;
@@ -252,6 +252,8 @@ extern "C" int stspi_get_event_payload(stsp_server_t* server, sts_ev_activity_v1
     case STS_DETACHED_IMG_REP:
         return log.ok();
     case STS_DETACHED_ACTIVITY_PAYLOAD:
+        if (!response.payload) return log.reply_lacks("payload");
+        if (!activity_of(response.payload)) return log.reply_lacks("actv");
         set_ev_actv_from_soap(*activity, activity_of(response.payload));
         return log.ok();
     default:

@@ -29,6 +29,7 @@ extern "C" int stspi_create_export(const stsp_lsu_v7_t* lsu, const char* snap_na
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::createExport, request, response)) {
         return *failure;
     }
+    if (!response.exportedVolume) return log.reply_lacks("exportedVolume");
     set_volume_spec_from_soap(*exported, response.exportedVolume);
     return log.ok();
 }
@@ -54,6 +55,7 @@ extern "C" int stspi_add_export(const stsp_lsu_v7_t* lsu, const sts_volume_spec_
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::addExport, request, response)) {
         return *failure;
     }
+    if (!response.exportedVolume) return log.reply_lacks("exportedVolume");
     if (exported) set_volume_spec_from_soap(*exported, response.exportedVolume);
     return log.ok();
 }

@@ -47,6 +47,7 @@ extern "C" int stspi_list_image(stsp_list_t* list, sts_image_def_v10_t* image)
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::listImage, request, response)) {
         return *failure;
     }
+    if (!response.image) return log.reply_lacks("image");
     if (image) set_image_def_from_soap(*image, response.image);
     return log.ok();
 }
@@ -88,6 +89,7 @@ extern "C" int stspi_get_image_prop(const stsp_image_t* image, sts_image_info_v1
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::getImageProp, request, response)) {
         return *failure;
     }
+    if (!response.info) return log.reply_lacks("info");
     std::memset(info, 0, sizeof *info);
     set_image_info_from_soap(*info, response.info);
     return log.ok();
@@ -112,6 +114,7 @@ extern "C" int stspi_get_image_prop_byname(const stsp_lsu_v7_t* lsu, const sts_i
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::getImagePropByName, request, response)) {
         return *failure;
     }
+    if (!response.info) return log.reply_lacks("info");
     std::memset(info, 0, sizeof *info);
     set_image_info_from_soap(*info, response.info);
     return log.ok();

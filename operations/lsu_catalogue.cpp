@@ -100,17 +100,17 @@ int get_lsu_prop(const char* entry, const stsp_lsu_v7_t* lsu, Information* info)
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::getLSUPropByName, request, response)) {
         return *failure;
     }
+    if (!response.info) return log.reply_lacks("info");
     // Of the newer record `version` stays 0, whatever came: not the conversion that events use.
+    const ns1__LSUInformation& wire = *response.info;
     std::memset(info, 0, sizeof *info);
-    if (const ns1__LSUInformation* wire = response.info) {
-        set_text(info->server, wire->server);
-        set_def(info->def, wire->def);
-        info->capacity = wire->capacity;
-        info->capacityPhys = wire->capacityPhys;
-        info->used = wire->used;
-        info->usedPhys = wire->usedPhys;
-        info->images = wire->images;
-    }
+    set_text(info->server, wire.server);
+    set_def(info->def, wire.def);
+    info->capacity = wire.capacity;
+    info->capacityPhys = wire.capacityPhys;
+    info->used = wire.used;
+    info->usedPhys = wire.usedPhys;
+    info->images = wire.images;
     return log.ok();
 }
 
@@ -215,13 +215,12 @@ extern "C" int stspi_get_lsu_replication_prop(const stsp_lsu_v7_t* lsu, uint32_t
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::getLSUReplicationProp, request, response)) {
         return *failure;
     }
-    const ns1__LSUReplicationProps none;
-    const ns1__LSUReplicationProps& props = response.props ? *response.props : none;
-    if (!take_partners(sources, nsource, props.source)) {
+    if (!response.props) return log.reply_lacks("props");
+    if (!take_partners(sources, nsource, response.props->source)) {
         log.failure("Number of sources returned does not match number requested");
         return STS_EBADARG;
     }
-    if (!take_partners(targets, ntarget, props.target)) {
+    if (!take_partners(targets, ntarget, response.props->target)) {
         log.failure("Number of targets returned does not match number requested");
         return STS_EBADARG;
     }

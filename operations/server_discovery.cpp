@@ -46,9 +46,10 @@ int get_server_prop_from_URL(const sts_session_def_v7_t* session, const std::str
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::getServerPropByName, request, response)) {
         return *failure;
     }
+    if (!response.info) return log.reply_lacks("info");
 
     // The host's record is written before the choice, and stays written if nothing will do.
-    if (response.info) set_server_info_from_soap(info, response.info, session);
+    set_server_info_from_soap(info, response.info, session);
     interface_detail chosen;
     if (!determine_endpoint(info->requiredInterface, chosen, session)) {
         log_message(session, STS_LOG_FAILURE, "Could not find a compatible plugin version");

@@ -158,6 +158,7 @@ extern "C" int stspi_get_server_prop(stsp_server_t* server, sts_server_info_v8_t
     if (const int result = call.send_quietly(&PSVWSSoapBindingProxy::getServerProp, request, response)) {
         return call.status_of(result, STS_ENOSERVICEHANDLE);
     }
-    if (response.info) set_server_info_from_soap(info, response.info, server->session);
+    if (!response.info) return log.reply_lacks("info");
+    set_server_info_from_soap(info, response.info, server->session);
     return log.ok();
 }

@@ -71,6 +71,7 @@ extern "C" int stspi_list_snap(stsp_list_t* list, sts_snap_def_v11_t* snap)
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::listSnap, request, response)) {
         return *failure;
     }
+    if (!response.snapDef) return log.reply_lacks("snapDef");
     set_snap_def_from_soap(*snap, response.snapDef);
     log_message(log.session(), STS_LOG_RECORD, "stspi_list_snap sd_snap_name: **<", text_of(snap->snapName),
                 ">**", " sd_snap_type=", snap->snapType, " sd_snap_flags=", snap->snapFlags,
@@ -119,6 +120,7 @@ extern "C" int stspi_get_snap_prop_byname(const stsp_lsu_v7_t* lsu, const sts_sn
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::getSnapPropByName, request, response)) {
         return *failure;
     }
+    if (!response.snapInfo) return log.reply_lacks("snapInfo");
     std::memset(info, 0, sizeof *info);
     set_snap_info_from_soap(*info, response.snapInfo);
     return log.ok();

@@ -6,7 +6,8 @@
  *  - pointers are borrowed for the length of the call; strings are NUL-terminated;
  *  - on failure nothing is written through an out pointer and no handle changes its state;
  *  - STS_EFAULTDETAIL (2060021) means that the service refused without saying why, STS_ESOAPERROR (2060017)
- *    that it couldn't be reached or its answer couldn't be read;
+ *    that it couldn't be reached or its answer couldn't be read, and STS_EPLUGIN (2060046) that its answer
+ *    could be read but lacks what the entry is for;
  *  - entries may run on several threads at once, also on one handle, as long as nobody closes a handle that
  *    is in use. Calls block for as long as the network does;
  *  - a call needs some 192 KiB of stack on the calling thread. */
@@ -98,7 +99,7 @@ STSPI_EXPORT int CRYPTO_thread_cleanup(int argument);
  * `info` is the host's and should arrive cleared: only what the service names is written, and capability
  * bits are only ever set.
  * 2060001: a null argument, or a name without a colon. 2060008: no interface offered can be used; `info` is
- * filled all the same. Otherwise the status of the last attempt. */
+ * filled all the same. Otherwise the status of the last attempt, 2060046 for an answer without properties. */
 STSPI_EXPORT int stspi_get_server_prop_byname(const sts_session_def_v7_t* session, const char* server_name,
                                               sts_server_info_v8_t* info);
 
@@ -123,7 +124,8 @@ STSPI_EXPORT int stspi_open_target_server(stsp_server_t* source, const char* tar
 STSPI_EXPORT int stspi_close_server(stsp_server_t* server);
 
 /* What stspi_get_server_prop_byname reads, through an open handle. 2060001: null argument. 2060026: the
- * handle has no service handle, or the service couldn't be reached or understood. */
+ * handle has no service handle, or the service couldn't be reached or understood. 2060046: the service
+ * answered without properties, and `info` is as it was. */
 STSPI_EXPORT int stspi_get_server_prop(stsp_server_t* server, sts_server_info_v8_t* info);
 
 /* ---- LSUs ---- */
@@ -146,14 +148,15 @@ STSPI_EXPORT int stspi_list_lsu(stsp_list_t* list, char* name);
 STSPI_EXPORT int stspi_close_lsu_list(stsp_list_t* list);
 
 /* Rewrites all of `info` with what the service says of one LSU; `version` is 0. 2060001: null argument.
- * 2060022: no server in the reference. 2060026: the server has no service handle. */
+ * 2060022: no server in the reference. 2060026: the server has no service handle. 2060046: the service
+ * answered without the LSU's properties. */
 STSPI_EXPORT int stspi_get_lsu_prop_byname_v10(const stsp_lsu_v7_t* lsu, sts_lsu_info_v9_t* info);
 STSPI_EXPORT int stspi_get_lsu_prop_byname_v11(const stsp_lsu_v7_t* lsu, sts_lsu_info_v11_t* info);
 
 /* Fills the arrays with the LSU's replication partners, which must be exactly as many as asked for. An array
  * may be null if its count is 0. After a failure neither array may be read. 2060001: null reference. 2060022:
  * no server in the reference, a null array with a count, or another number of partners. 2060026: the server
- * has no service handle. */
+ * has no service handle. 2060046: the service answered without any list of partners. */
 STSPI_EXPORT int stspi_get_lsu_replication_prop(const stsp_lsu_v7_t* lsu, uint32_t nsource,
                                                 sts_lsu_spec_v11_t* sources, uint32_t ntarget,
                                                 sts_lsu_spec_v11_t* targets);
@@ -166,22 +169,24 @@ STSPI_EXPORT int stspi_get_lsu_replication_prop(const stsp_lsu_v7_t* lsu, uint32
 STSPI_EXPORT int stspi_open_image_list(const stsp_lsu_v7_t* lsu, int32_t type, stsp_list_t** list);
 
 /* Writes base name, date, policy, save-as kind and flags of the next image to `image` and leaves the rest of
- * the record alone. End of the list and statuses as for stspi_list_lsu. */
+ * the record alone. End of the list and statuses as for stspi_list_lsu. 2060046: the service answered without
+ * an image. */
 STSPI_EXPORT int stspi_list_image(stsp_list_t* list, sts_image_def_v10_t* image);
 
 /* As stspi_close_lsu_list. */
 STSPI_EXPORT int stspi_close_image_list(stsp_list_t* list);
 
 /* Rewrites all of `info` with what the service says of an open image; the exports stay empty. 2060001: null
- * record. 2060022: no image handle, or no server in it. 2060026: the server has no service handle. */
+ * record. 2060022: no image handle, or no server in it. 2060026: the server has no service handle. 2060046:
+ * the service answered without the image's properties. */
 STSPI_EXPORT int stspi_get_image_prop(const stsp_image_t* image, sts_image_info_v10_t* info);
 
 /* The same of an image by its definition. 2060001: null argument. 2060022: no server in the reference.
- * 2060026: the server has no service handle. */
+ * 2060026: the server has no service handle. 2060046 as above. */
 STSPI_EXPORT int stspi_get_image_prop_byname(const stsp_lsu_v7_t* lsu, const sts_image_def_v10_t* image,
                                              sts_image_info_v10_t* info);
 
-/* Deletes an image; `async_flag` goes to the service unread. Statuses as above. */
+/* Deletes an image; `async_flag` goes to the service unread. 2060001, 2060022 and 2060026 as above. */
 STSPI_EXPORT int stspi_delete_image(const stsp_lsu_v7_t* lsu, const sts_image_def_v10_t* image,
                                     int32_t async_flag);
 
@@ -196,7 +201,8 @@ STSPI_EXPORT int stspi_open_snap_list_by_volume(stsp_server_t* server, const sts
                                                 stsp_list_t** list);
 
 /* Writes the next snapshot's definition to `snap`, all but the supplier id. End of the list as for
- * stspi_list_lsu. 2060001: null argument. 2060022: the handle has no token. */
+ * stspi_list_lsu. 2060001: null argument. 2060022: the handle has no token. 2060046: the service answered
+ * without a snapshot. */
 STSPI_EXPORT int stspi_list_snap(stsp_list_t* list, sts_snap_def_v11_t* snap);
 
 /* As stspi_close_lsu_list. */
@@ -204,11 +210,12 @@ STSPI_EXPORT int stspi_close_snap_list(stsp_list_t* list);
 
 /* Rewrites all of `info` with what the service says of one snapshot. The supplier id stays empty, the
  * volume's third text too, and all of a device volume. 2060001: null argument. 2060022: no server in the
- * reference. 2060026: the server has no service handle. */
+ * reference. 2060026: the server has no service handle. 2060046: the service answered without the snapshot's
+ * properties. */
 STSPI_EXPORT int stspi_get_snap_prop_byname(const stsp_lsu_v7_t* lsu, const sts_snap_def_v11_t* snap,
                                             sts_snap_info_v11_t* info);
 
-/* Deletes a snapshot. Statuses as above. */
+/* Deletes a snapshot. 2060001, 2060022 and 2060026 as above. */
 STSPI_EXPORT int stspi_delete_snap(const stsp_lsu_v7_t* lsu, const sts_snap_def_v11_t* snap);
 
 /* Asks what a rollback to a snapshot would meet, and opens a list of the snapshots that the service names,
@@ -224,7 +231,8 @@ STSPI_EXPORT int stspi_validate_rollback(const stsp_lsu_v7_t* lsu, const sts_sna
 
 /* ---- exports and volumes ----
  * An export fills `exported` with the first two texts and the kind of the volume that the service made, and
- * leaves the rest of the record alone; of a device volume it leaves all of it alone. */
+ * leaves the rest of the record alone; of a device volume it leaves all of it alone. 2060046: the service
+ * answered without a volume. */
 
 /* Exports a snapshot by name. 2060001: null argument. 2060022: no server in the reference. */
 STSPI_EXPORT int stspi_create_export(const stsp_lsu_v7_t* lsu, const char* snap_name,
@@ -277,7 +285,8 @@ STSPI_EXPORT int stspi_iocontrol(stsp_server_t* server, int32_t command, char* b
  * two arguments behind the interface are not read. The low 32 bits of `evseqno` go to the service. Needs room
  * for two calls on the stack.
  * 2060001: session, name or out handle null, or as for stspi_open_server, whose failures are returned as they
- * are. 2060046: the service answered without a token; `channel` is written even so, and must be closed. */
+ * are. 2060046: the service answered without a token. If it is the channel's that is missing and not the
+ * login's, `channel` is written even so, and must be closed. */
 STSPI_EXPORT int stspi_open_evchannel_v11(const sts_session_def_v7_t* session, const char* server_name,
                                           const sts_cred_t* credential, const char* interface_name,
                                           const void* unused1, const void* unused2, int32_t flags,
@@ -293,12 +302,13 @@ STSPI_EXPORT int stspi_close_evchannel(stsp_evc_t* channel);
 /* Writes the next event to `event`: the head, then the kind, and an inline event's payload; what it has no
  * value for stays as it stood. An empty channel is the service's fault, and its code the status.
  * 2060001: null argument. 2060022: the channel is unusable, or the event is of an unknown kind; its head has
- * then been written. */
+ * then been written. 2060046: the service answered without an event. */
 STSPI_EXPORT int stspi_get_event(stsp_evc_t* channel, sts_event_v11_t* event);
 
 /* Sends `event` to the service, which answers with its payload. A detached_kind of 6 rewrites all of
  * `activity` with it; 0 and 1 write nothing. 2060001: null record. 2060022: null server, or any other
- * detached_kind, the 2 of stspi_get_event included. 2060026: the server has no service handle. */
+ * detached_kind, the 2 of stspi_get_event included. 2060026: the server has no service handle. 2060046: kind
+ * 6, and the service answered without an activity. */
 STSPI_EXPORT int stspi_get_event_payload(stsp_server_t* server, sts_ev_activity_v11_t* activity,
                                          const sts_event_v11_t* event);
 
@@ -451,14 +461,15 @@ STSPI_EXPORT int stspi_named_async_get_snap_diff(stsp_server_t* server, const st
  * a negative number) and asks again, until the operation has come to its end or the service can't be reached:
  * there is no other limit, and a signal shortens none of this. `session` and `record` are the host's; the
  * session is what the service is told, and need not be the server's. 2060001: null session or record.
- * 2060022: no handle, or no server in it. 2060026: the server has no service handle. */
+ * 2060022: no handle, or no server in it. 2060026: the server has no service handle. 2060046: the service
+ * answered without a result, and `record` is as it was. */
 STSPI_EXPORT int stspi_async_wait(const sts_session_def_v7_t* session, stsp_async_t* async, int32_t blockflag,
                                   sts_async_result_t* record);
 
 /* The same for an operation on a snapshot. Where the result is a difference, body.difference.numDiffs must
  * point at an integer of the host's, and body.difference.diffs is the host's afterwards. A copy shows 0
- * bytes, unless its `pendingflag` was set or discovery has found its server. 2060046: a result of no
- * known kind; the error and the retry interval are in the record then. */
+ * bytes, unless its `pendingflag` was set or discovery has found its server. 2060046: no result, or one of no
+ * known kind; of the latter the error and the retry interval are in the record. */
 STSPI_EXPORT int stspi_async_wait_snap(const sts_session_def_v7_t* session, stsp_async_t* async,
                                        int32_t blockflag, sts_async_snap_result_t* record);
 

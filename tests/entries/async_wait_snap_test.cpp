@@ -99,17 +99,17 @@ TEST_P(AsyncWaitSnap, ReturnsTheStatus0OfAFaultWithoutTouchingTheRecord)
     EXPECT_EQ(log().lines().back(), failure(rendered_fault(0)));
 }
 
-TEST_P(AsyncWaitSnap, LeavesTheRecordAloneIfTheReplyHasNoResult)
+TEST_P(AsyncWaitSnap, CannotUseAReplyWithoutAResult)
 {
-    service_.script({reply_with(""), reply_with(nil("result")), busy(0), reply_with("")});
-    EXPECT_EQ(wait(1), 0);
-    EXPECT_EQ(wait(1), 0);
-    log().clear();
-    EXPECT_EQ(wait(1), 0);
-    EXPECT_TRUE(is_untouched(record_));
-    EXPECT_THAT(log().lines(),
-                ElementsAre(record(line("enter")), record(return_code(0)),
-                            record(line("STS_EBUSY retryInterval = 0")), record(line("STS_EOK"))));
+    for (const std::string& content : {std::string(), nil("result")}) {
+        log().clear();
+        service_.script({busy(0), reply_with(content)});
+        EXPECT_EQ(wait(1), 2060046);
+        EXPECT_TRUE(is_untouched(record_));
+        EXPECT_THAT(log().lines(), ElementsAre(record(line("enter")), record(return_code(0)),
+                                               record(line("STS_EBUSY retryInterval = 0")),
+                                               failure(line("the reply has no result"))));
+    }
 }
 
 TEST_P(AsyncWaitSnap, EncryptsEachRoundForAnHttpsHandle)

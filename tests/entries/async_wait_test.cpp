@@ -173,14 +173,19 @@ TEST_F(AsyncWait, ReturnsTheStatus0OfAFaultWithoutTouchingTheRecord)
     EXPECT_EQ(caller_.lines().back(), failure(rendered_fault(0)));
 }
 
-TEST_F(AsyncWait, LeavesTheRecordAloneIfTheReplyHasNoResult)
+TEST_F(AsyncWait, CannotUseAReplyWithoutAResult)
 {
-    service_.script({answer(reply("asyncWaitResponse")), answer(reply("asyncWaitResponse", nil("result")))});
-    EXPECT_EQ(wait(1), 0);
-    EXPECT_EQ(wait(1), 0);
-    EXPECT_TRUE(is_untouched(record_));
-    EXPECT_EQ(caller_.lines().size(), 6U);
-    EXPECT_EQ(caller_.lines().back(), record("stspi_async_wait: STS_EOK"));
+    for (const std::string& content : {std::string(), nil("result")}) {
+        caller_.clear();
+        service_.script({busy(0), answer(reply("asyncWaitResponse", content))});
+        EXPECT_EQ(wait(1), 2060046);
+        EXPECT_TRUE(is_untouched(record_));
+        const LogLine return_code = record("stspi_async_wait: SOAP return code = 0");
+        EXPECT_THAT(caller_.lines(),
+                    ElementsAre(record("stspi_async_wait: enter, blockflag = 1"), return_code,
+                                record("stspi_async_wait: STS_EBUSY delayInSeconds = 0"), return_code,
+                                failure("stspi_async_wait: the reply has no result")));
+    }
 }
 
 TEST_F(AsyncWait, SendsNoIdForASessionWithoutOne)

@@ -42,11 +42,17 @@ struct Records {
 
 enum class Kind { call, open, close };
 
+// What stands in a good reply.
+struct Content {
+    std::string text;
+    std::string record = ""; // the element that the entry can't do without, if there is one
+};
+
 struct Case {
     std::string name;
     std::string request;
     std::string reply;
-    std::string content; // of a good reply
+    Content content;
     Kind kind;
     std::function<int(Records&)> call;
     std::vector<kit::LogLine> after_enter = {};
@@ -57,6 +63,9 @@ std::ostream& operator<<(std::ostream& out, const Case& test);
 
 std::vector<Case> cases();
 std::vector<Case> cases(Kind kind);
+// The calls that are about one record of the reply, and those that aren't.
+std::vector<Case> calls_with_record();
+std::vector<Case> calls_without_record();
 
 // As the names of parametrised tests.
 std::string name_of(const testing::TestParamInfo<Case>& info);

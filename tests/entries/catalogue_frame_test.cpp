@@ -48,7 +48,7 @@ class CatalogueFrame : public CatalogueTest, public testing::WithParamInterface<
 
     int good_call()
     {
-        script(GetParam().reply, GetParam().content);
+        script(GetParam().reply, GetParam().content.text);
         last_was_good = true;
         return call();
     }
@@ -89,9 +89,14 @@ class CatalogueCalls : public CatalogueFrame
 {
 };
 
+class CatalogueRecords : public CatalogueFrame
+{
+};
+
 INSTANTIATE_TEST_SUITE_P(EveryEntry, CatalogueFrame, testing::ValuesIn(cases()), name_of);
 INSTANTIATE_TEST_SUITE_P(EveryOpen, CatalogueOpens, testing::ValuesIn(cases(Kind::open)), name_of);
-INSTANTIATE_TEST_SUITE_P(EveryCall, CatalogueCalls, testing::ValuesIn(cases(Kind::call)), name_of);
+INSTANTIATE_TEST_SUITE_P(EveryCall, CatalogueCalls, testing::ValuesIn(calls_without_record()), name_of);
+INSTANTIATE_TEST_SUITE_P(EveryRecord, CatalogueRecords, testing::ValuesIn(calls_with_record()), name_of);
 
 } // namespace
 
@@ -172,7 +177,7 @@ TEST_P(CatalogueFrame, GoesOverTlsIfTheHandleSaysSo)
 
 TEST_P(CatalogueOpens, RefusesAReplyWithoutATokenAndStoresNothing)
 {
-    const std::string handle = GetParam().content.substr(5, GetParam().content.find('>') - 5);
+    const std::string handle = GetParam().content.record;
     for (const std::string& content :
          {std::string(), nil(handle), element(handle), element(handle, nil("token"))}) {
         session.clear();
@@ -186,7 +191,7 @@ TEST_P(CatalogueOpens, RefusesAReplyWithoutATokenAndStoresNothing)
 TEST_P(CatalogueOpens, KeepsATokenOfAnyLength)
 {
     for (const std::size_t length : {0u, 1u, 5000u}) {
-        const std::string handle = GetParam().content.substr(5, GetParam().content.find('>') - 5);
+        const std::string handle = GetParam().content.record;
         script(GetParam().reply, token_element(handle, long_text(length)));
         ASSERT_EQ(call(), 0);
         EXPECT_EQ(std::string(records->out.list->token), long_text(length));
@@ -194,7 +199,37 @@ TEST_P(CatalogueOpens, KeepsATokenOfAnyLength)
     }
 }
 
-TEST_P(CatalogueCalls, MakeDoWithAReplyThatHoldsNothing)
+TEST_P(CatalogueRecords, ThatAReplyLacksAreAFailureThatWritesNothing)
+{
+    const std::string& missing = GetParam().content.record;
+    std::vector<LogLine> expected = lines_up_to(0);
+    expected.push_back(failure(GetParam().name + ": the reply has no " + missing));
+    for (const std::string& content : {std::string(), nil(missing), element("another", element(missing))}) {
+        session.clear();
+        script(GetParam().reply, content);
+        EXPECT_EQ(call(), STS_EPLUGIN) << content;
+        EXPECT_THAT(session.lines(), ElementsAreArray(expected)) << content;
+        expect_outputs_untouched();
+    }
+    EXPECT_EQ(good_call(), 0);
+}
+
+TEST_P(CatalogueRecords, ThatAReplyLacksAreAFailureForASessionThatHearsNothingToo)
+{
+    session->log_callback = nullptr;
+    script(GetParam().reply);
+    EXPECT_EQ(call(), STS_EPLUGIN);
+    expect_outputs_untouched();
+}
+
+TEST_P(CatalogueRecords, ThatAreThereAndHoldNothingWillDo)
+{
+    script(GetParam().reply, element(GetParam().content.record));
+    EXPECT_EQ(call(), 0);
+    EXPECT_EQ(session.lines().back(), record(GetParam().name + ": STS_EOK"));
+}
+
+TEST_P(CatalogueCalls, ThatAreAboutNoRecordMakeDoWithAReplyThatHoldsNothing)
 {
     script(GetParam().reply);
     EXPECT_EQ(call(), 0);

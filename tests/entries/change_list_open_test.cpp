@@ -115,7 +115,7 @@ TEST_F(OpenChangeList, FailsWhereTheDiffSnapshotCantBeRead)
 TEST_F(OpenChangeList, FailsWhereTheDiffSnapshotHasNoVolumeThoughTheBaseHasOne)
 {
     script_export(base_export);
-    script("getSnapPropByNameResponse", nil("snapInfo"));
+    script("getSnapPropByNameResponse", element("snapInfo"));
     expect_mapping_failure(read("base1") + read("diff1") +
                            Lines{failure("volume must be NDMP for diff export")});
 }

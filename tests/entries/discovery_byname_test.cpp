@@ -156,18 +156,22 @@ TEST_F(DiscoveryByFile, AcceptsAServerThatNamesNoInterface)
     EXPECT_EQ(endpoint_of_open(name), "http://" + host_part + ":8085");
 }
 
-TEST_F(DiscoveryByFile, AcceptsAReplyWithoutInformation)
+TEST_F(DiscoveryByFile, CannotUseAReplyWithoutInformationAndChoosesNothingThatStoodInTheRecord)
 {
+    const std::string host_part = host_part_at(dead_port_.port());
+    const std::string name = own_name(host_part);
     std::memset(info_.get(), 0, sizeof *info_);
-    info_->flags = 77;
-    service_.script(answer(reply("getServerPropByNameResponse", nil("info"))));
-    EXPECT_EQ(ask_by_file(own_name(), service_.url()), 0);
-    EXPECT_EQ(info_->flags, 77);
-    EXPECT_THAT(session_.lines(),
-                ElementsAreArray(file_lines(own_name()) + attempt_lines(service_.url(), 0) +
-                                 Lines{record("No interface received from storage server"),
-                                       record("Interface selected: major 0 minor 0 sdk 0 type  url "),
-                                       line("STS_EOK")}));
+    std::strcpy(info_->requiredInterface[0], ("11;1;2;http;" + dead_url("stale")).c_str());
+    const sts_server_info_v8_t before = *info_;
+    for (const std::string& content : {std::string(), nil("info")}) {
+        service_.script(answer(reply("getServerPropByNameResponse", content)));
+        EXPECT_EQ(ask_by_file(name, service_.url()), 2060046);
+        EXPECT_EQ(std::memcmp(info_.get(), &before, sizeof before), 0);
+        EXPECT_THAT(session_.lines(),
+                    ElementsAreArray(file_lines(name) + attempt_lines(service_.url(), 0) +
+                                     Lines{failure("stspi_get_server_prop_byname: the reply has no info")}));
+    }
+    EXPECT_EQ(endpoint_of_open(name), "http://" + host_part + ":8085");
 }
 
 TEST_F(DiscoveryByFile, ReadsTheRowsOfTheRecordAndNotOfTheReply)
@@ -217,10 +221,12 @@ TEST_F(DiscoveryByFile, ReplacesAnEarlierChoice)
 TEST_F(DiscoveryByFile, KeepsAnEarlierChoiceWhereItFails)
 {
     service_.script({discovered({"11;1;2;http;" + dead_url("first")}), fault_answer(fault(5)),
-                     discovered({"11;2;0;http;" + dead_url("too-new")})});
+                     discovered({"11;2;0;http;" + dead_url("too-new")}),
+                     answer(reply("getServerPropByNameResponse"))});
     EXPECT_EQ(ask_by_file(own_name(), service_.url()), 0);
     EXPECT_EQ(ask_by_file(own_name(), service_.url()), 5);
     EXPECT_EQ(ask_by_file(own_name(), service_.url()), 2060008);
+    EXPECT_EQ(ask_by_file(own_name(), service_.url()), 2060046);
     EXPECT_EQ(endpoint_of_open(own_name()), dead_url("first"));
 }
 

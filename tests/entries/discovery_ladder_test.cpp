@@ -33,6 +33,13 @@ class DiscoveryLadder : public Discovery
                 line("STS_EOK")};
     }
 
+    // The lines of an attempt whose answer says nothing of the server.
+    static Lines useless_lines(const std::string& url)
+    {
+        return {line("soap_endpoint = " + url), line("SOAP return code = 0"),
+                failure("stspi_get_server_prop_byname: the reply has no info")};
+    }
+
     static Lines after_https(const std::string& timeout)
     {
         return {line("could not use https with timeout=" + timeout + "; trying http now")};
@@ -43,6 +50,7 @@ class DiscoveryLadder : public Discovery
     }
 
     static Answer refusal(int status) { return fault_answer(fault(status)); }
+    static Answer useless() { return answer(reply("getServerPropByNameResponse", nil("info"))); }
     static Answer good() { return discovered({"11;1;2;http;http://chosen"}); }
 
     std::vector<bool> tls_of_requests() const
@@ -124,6 +132,27 @@ TEST_F(DiscoveryLadder, GoesOnAfterInterfacesThatAreAllTooNew)
     EXPECT_EQ(ask(name_), 0);
     EXPECT_THAT(session_.texts(), testing::Contains("Could not find a compatible plugin version"));
     EXPECT_EQ(service_.connections(), 2U);
+}
+
+TEST_F(DiscoveryLadder, GoesOnAfterAReplyWithoutInformation)
+{
+    service_.script({useless(), useless(), good()});
+    EXPECT_EQ(ask(name_), 0);
+    EXPECT_THAT(session_.lines(),
+                ElementsAreArray(opening_lines(name_) + useless_lines(https_url()) + after_https("10") +
+                                 useless_lines(http_url()) + after_http("10") + answered_lines(https_url())));
+}
+
+TEST_F(DiscoveryLadder, EndsAfterFourRepliesWithoutInformation)
+{
+    service_.script({useless(), useless(), useless(), useless(), good()});
+    EXPECT_EQ(ask(name_), 2060046);
+    EXPECT_THAT(session_.lines(),
+                ElementsAreArray(opening_lines(name_) + useless_lines(https_url()) + after_https("10") +
+                                 useless_lines(http_url()) + after_http("10") + useless_lines(https_url()) +
+                                 after_https("0") + useless_lines(http_url()) + after_http("0")));
+    const sts_server_info_v8_t untouched{};
+    EXPECT_EQ(std::memcmp(info_.get(), &untouched, sizeof untouched), 0);
 }
 
 TEST_F(DiscoveryLadder, EndsAtAFaultThatBears0)

@@ -310,13 +310,14 @@ TEST_F(GetEvent, CutsTextsAtTheirBounds)
     EXPECT_EQ(std::string(event_->server), std::string(511, 'n'));
 }
 
-TEST_F(GetEvent, LeavesTheRecordAloneWhereTheReplyHoldsNoEvent)
+TEST_F(GetEvent, CannotUseAReplyWithoutAnEvent)
 {
     for (const std::string& content : {std::string(), nil("event")}) {
         reset();
-        EXPECT_EQ(get(answer(reply("getEventResponse", content))), 0);
+        EXPECT_EQ(get(answer(reply("getEventResponse", content))), 2060046);
         EXPECT_TRUE(same_bytes(*event_, *expected_));
-        EXPECT_THAT(session_.lines(), ElementsAre(enter(kEntry), return_code(kEntry, 0), ok(kEntry)));
+        EXPECT_THAT(session_.lines(), ElementsAre(enter(kEntry), return_code(kEntry, 0),
+                                                  failure("stspi_get_event: the reply has no event")));
     }
 }
 

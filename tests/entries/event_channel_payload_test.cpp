@@ -105,14 +105,33 @@ TEST_F(GetEventPayload, BringsAnActivityForKind6)
     EXPECT_TRUE(session_.ids_were_right());
 }
 
-TEST_F(GetEventPayload, ClearsTheRecordForKind6WhereTheReplyHoldsNoActivity)
+TEST_F(GetEventPayload, CannotUseAReplyWithoutAnActivityForKind6)
 {
-    for (const std::string& content : {std::string(), nil("payload"), element("payload", nil("actv")),
-                                       element("payload", lsu_stat_xml())}) {
+    const std::pair<std::string, const char*> replies[] = {
+        {"", "payload"},
+        {nil("payload"), "payload"},
+        {element("payload"), "actv"},
+        {element("payload", nil("actv")), "actv"},
+        {element("payload", lsu_stat_xml()), "actv"},
+    };
+    for (const auto& [content, missing] : replies) {
         reset();
-        EXPECT_EQ(payload(content), 0) << content;
-        std::memset(expected_.get(), 0, sizeof *expected_);
+        EXPECT_EQ(payload(content), 2060046) << content;
         EXPECT_TRUE(same_bytes(*activity_, *expected_)) << content;
+        EXPECT_THAT(session_.lines(),
+                    ElementsAre(enter(kPayload), return_code(kPayload, 0),
+                                failure(std::string(kPayload) + ": the reply has no " + missing)));
+    }
+}
+
+TEST_F(GetEventPayload, NeedsNoPayloadForAnyOtherKind)
+{
+    for (const auto& [kind, status] : {std::pair(0, 0), {1, 0}, {2, 2060022}}) {
+        event_->detached_kind = kind;
+        for (const std::string& content : {std::string(), nil("payload")}) {
+            EXPECT_EQ(payload(content), status);
+            EXPECT_TRUE(same_bytes(*activity_, *expected_));
+        }
     }
 }
 

@@ -106,13 +106,15 @@ TEST_F(Exports, CreateDoesNotAskForAServiceHandle)
     EXPECT_TRUE(same_bytes(exported, untouched));
 }
 
-TEST_F(Exports, CreateWithoutAVolumeInTheReplyLeavesTheRecord)
+TEST_F(Exports, BothLeaveTheRecordForAVolumeOfNoKindThatComesBack)
 {
-    script("createExportResponse");
-    EXPECT_EQ(create_export()(&lsu, "snap1", host.get(), &exported), 0);
-    script("createExportResponse", nil("exportedVolume"));
-    EXPECT_EQ(create_export()(&lsu, "snap1", host.get(), &exported), 0);
-    EXPECT_TRUE(same_bytes(exported, untouched));
+    for (const std::string& kind : {std::string(), nil("nfs"), element("volumeType", "0")}) {
+        script("createExportResponse", element("exportedVolume", kind));
+        EXPECT_EQ(create_export()(&lsu, "snap1", host.get(), &exported), 0);
+        script("addExportResponse", element("exportedVolume", kind));
+        EXPECT_EQ(add_export()(&lsu, &source, host.get(), &exported), 0);
+        EXPECT_TRUE(same_bytes(exported, untouched)) << kind;
+    }
 }
 
 TEST_F(Exports, CreateTakesTheChoiceAndNotTheTypeOfTheVolumeThatComesBack)
@@ -127,10 +129,12 @@ TEST_F(Exports, CreateTakesTheChoiceAndNotTheTypeOfTheVolumeThatComesBack)
     EXPECT_EQ(exported.volumeType, STS_VOLUME_NDMP);
 }
 
-TEST_F(Exports, CreateLeavesTheRecordForADeviceThatComesBack)
+TEST_F(Exports, BothLeaveTheRecordForADeviceThatComesBack)
 {
     script("createExportResponse", volume_element("exportedVolume", STS_VOLUME_DEVICE));
     EXPECT_EQ(create_export()(&lsu, "snap1", host.get(), &exported), 0);
+    script("addExportResponse", volume_element("exportedVolume", STS_VOLUME_DEVICE));
+    EXPECT_EQ(add_export()(&lsu, &source, host.get(), &exported), 0);
     EXPECT_TRUE(same_bytes(exported, untouched));
 }
 

@@ -132,15 +132,6 @@ TEST_F(LsuProperties, BothVersionsTakeANilLabelForAnEmptyOne)
     EXPECT_TRUE(same_bytes(*older, *expected_record<sts_lsu_info_v9_t>()));
 }
 
-TEST_F(LsuProperties, WithoutAnInformationInTheReplyTheRecordIsClearedAllTheSame)
-{
-    script("getLSUPropByNameResponse", nil("info"));
-    auto info = canary_record<sts_lsu_info_v11_t>();
-    ASSERT_EQ(get_lsu_prop_byname_v11()(&lsu, info.get()), 0);
-    EXPECT_EQ(std::string(reinterpret_cast<char*>(info.get()), sizeof *info),
-              std::string(sizeof *info, '\0'));
-}
-
 TEST_F(LsuProperties, CutTheServerNameAt511Characters)
 {
     script("getLSUPropByNameResponse", element("info", element("server", long_text(512))));
@@ -190,8 +181,6 @@ TEST_F(LsuReplication, AskedForNoneStillCallsAndIsContentWithNoneInAnyForm)
         script_partners(props);
         EXPECT_EQ(get_lsu_replication_prop()(&lsu, 0, nullptr, 0, nullptr), 0) << props;
     }
-    script("getLSUReplicationPropResponse", nil("props"));
-    EXPECT_EQ(get_lsu_replication_prop()(&lsu, 0, nullptr, 0, nullptr), 0);
     EXPECT_EQ(service.request_body(0), request_for("0", "0"));
 }
 
@@ -211,10 +200,15 @@ TEST_F(LsuReplication, FewerSourcesThanAskedForAreAMismatchToo)
         EXPECT_EQ(get_lsu_replication_prop()(&lsu, 2, sources, 0, nullptr), STS_EBADARG);
         EXPECT_THAT(session.lines(), ElementsAreArray(mismatch("sources")));
     }
-    session.clear();
+}
+
+TEST_F(LsuReplication, AReplyWithoutAnyPropertiesIsNoMismatch)
+{
     script("getLSUReplicationPropResponse");
-    EXPECT_EQ(get_lsu_replication_prop()(&lsu, 2, sources, 0, nullptr), STS_EBADARG);
-    EXPECT_THAT(session.lines(), ElementsAreArray(mismatch("sources")));
+    EXPECT_EQ(get_lsu_replication_prop()(&lsu, 2, sources, 1, targets), STS_EPLUGIN);
+    EXPECT_EQ(session.lines().back(), failure("stspi_get_lsu_replication_prop: the reply has no props"));
+    EXPECT_EQ(session.lines().size(), 3u);
+    EXPECT_TRUE(same_bytes(sources[0], *canary_record<sts_lsu_spec_v11_t>()));
 }
 
 TEST_F(LsuReplication, SourcesThatWereNotAskedForAreAMismatchAndNotWritten)

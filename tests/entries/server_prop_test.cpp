@@ -75,16 +75,18 @@ TEST_F(GetServerProp, FillsTheRecordAndLogsNoReturnCode)
                                               record("stspi_get_server_prop: STS_EOK")));
 }
 
-TEST_F(GetServerProp, LeavesTheRecordAloneWhereTheReplyHasNone)
+TEST_F(GetServerProp, CannotUseAReplyWithoutInformation)
 {
     const ServerHandle server = make_server(session_, service_.url());
     for (const std::string& content :
          {std::string(), nil("info"), element("unknown", element("deep", "x"))}) {
+        session_.clear();
         service_.script(answer(reply("getServerPropResponse", content)));
-        EXPECT_EQ(get_server_prop()(server.get(), info_.get()), 0);
+        EXPECT_EQ(get_server_prop()(server.get(), info_.get()), 2060046);
         EXPECT_TRUE(record_is_untouched());
+        EXPECT_THAT(session_.lines(), ElementsAre(record("stspi_get_server_prop: enter"),
+                                                  failure("stspi_get_server_prop: the reply has no info")));
     }
-    EXPECT_EQ(session_.texts().back(), "stspi_get_server_prop: STS_EOK");
 }
 
 TEST_F(GetServerProp, LeavesFieldsAloneThatTheReplyHasNilOrNot)

@@ -149,19 +149,6 @@ TEST_F(SnapshotCatalogue, ListCutsALongNameInTheRecordAndInTheLog)
     close(list);
 }
 
-TEST_F(SnapshotCatalogue, ListWithoutADefinitionInTheReplyLeavesTheRecord)
-{
-    stsp_list_t* list = open_list();
-    script("listSnapResponse");
-    auto snap = canary_record<sts_snap_def_v11_t>(); // not even terminated
-    ASSERT_EQ(list_snap()(list, snap.get()), 0);
-    EXPECT_TRUE(same_bytes(*snap, *canary_record<sts_snap_def_v11_t>()));
-    EXPECT_EQ(session.lines()[2],
-              snap_line(std::string(2048, kCanary) +
-                        ">** sd_snap_type=1515870810 sd_snap_flags=1515870810 sd_snap_saveas=1515870810"));
-    close(list);
-}
-
 TEST_F(SnapshotCatalogue, ListAfterTheEndGivesTheServicesCode)
 {
     stsp_list_t* list = open_list();
@@ -261,16 +248,6 @@ TEST_F(SnapshotCatalogue, PropertiesWithALongServerNameAreCoveredByTheLsu)
     ASSERT_EQ(get_snap_prop_byname()(&lsu, &snap, info.get()), 0);
     EXPECT_EQ(std::string(info->snapServer, sizeof info->snapServer), long_text(512));
     EXPECT_STREQ(info->snapLsu, "lsu1");
-}
-
-TEST_F(SnapshotCatalogue, PropertiesWithoutAnInformationInTheReplyClearTheRecord)
-{
-    script("getSnapPropByNameResponse");
-    const sts_snap_def_v11_t snap = host_snap("snap1");
-    auto info = canary_record<sts_snap_info_v11_t>();
-    ASSERT_EQ(get_snap_prop_byname()(&lsu, &snap, info.get()), 0);
-    EXPECT_EQ(std::string(reinterpret_cast<char*>(info.get()), sizeof *info),
-              std::string(sizeof *info, '\0'));
 }
 
 TEST_F(SnapshotCatalogue, PropertiesAndDeleteCheckArgumentsServerAndServiceHandle)

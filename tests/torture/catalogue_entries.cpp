@@ -44,7 +44,7 @@ std::vector<Entry> catalogue_entries()
     std::vector<Entry> table;
     for (const Case& test : catalogue::cases()) {
         table.push_back({test.name, [test](Subject& subject) { return call(test, subject); },
-                         reply(test.reply, test.content)});
+                         reply(test.reply, test.content.text)});
     }
     return table;
 }
