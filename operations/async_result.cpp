@@ -2,10 +2,10 @@
 
 #include "conversion/field_text.h"
 #include "conversion/lsu_pair.h"
+#include "operations/snap_difference.h"
 #include "plugin/status.h"
 
-#include <algorithm>
-#include <cstddef>
+#include <utility>
 
 #include "soapwrapperStub.h"
 
@@ -36,29 +36,11 @@ void set_snapshot(sts_async_snap_result_t& record, int kind, const Arm* arm)
     set_lsu_spec_from_soap(record.body.snapshot.targetSnapLsu, arm->targetSnapLsu);
 }
 
-// The rows that the service announces, as far as it sends them: the list bounds a number that can't be right.
-std::size_t count_of(const ns1__AIOResultGetSnapDiff& arm)
+// The difference in a result; null if there is none.
+const ns1__AIOResultGetSnapDiff* difference_of(const ns1__AIOResultSnap& result)
 {
-    const std::size_t sent = arm.diffObjectList ? arm.diffObjectList->item.size() : 0;
-    return arm.numDiffs < 0 ? sent : std::min(static_cast<std::size_t>(arm.numDiffs), sent);
-}
-
-void set_difference(sts_async_snap_result_t& record, const ns1__AIOResultGetSnapDiff* arm)
-{
-    record.result_kind = STS_RESULT_DIFFERENCE;
-    if (!arm) return;
-    const std::size_t count = count_of(*arm);
-    sts_async_difference& difference = record.body.difference;
-    if (difference.numDiffs) *difference.numDiffs = static_cast<std::int32_t>(count);
-    auto* rows = new sts_snap_diff_t[count]();
-    for (std::size_t i = 0; i < count; ++i) {
-        const ns1__DiffObjectSpecification* item = arm->diffObjectList->item[i];
-        if (!item) continue;
-        set_text(rows[i].objectName, item->objectName);
-        rows[i].objectType = item->objectType;
-        rows[i].objectState = item->objectState;
-    }
-    difference.diffs = rows;
+    const bool is_there = result.__union_AIOResultSnap == SOAP_UNION__ns1__union_AIOResultSnap_getSnapDiff;
+    return is_there ? result.union_AIOResultSnap.getSnapDiff : nullptr;
 }
 
 // False if there is neither an arm nor a kind that does without one.
@@ -82,7 +64,7 @@ bool set_body(sts_async_snap_result_t& record, const ns1__AIOResultSnap& result)
         set_snapshot(record, STS_RESULT_COPY, arm.copySnap);
         return true;
     case SOAP_UNION__ns1__union_AIOResultSnap_getSnapDiff:
-        set_difference(record, arm.getSnapDiff);
+        record.result_kind = STS_RESULT_DIFFERENCE;
         return true;
     default:
         if (!is_kind_without_body(result.resultSnapType)) return false;
@@ -106,12 +88,19 @@ int set_async_snap_result(sts_async_snap_result_t& record, const ns1__AIOResultS
                           const EntryLog& log)
 {
     if (!result) return log.reply_lacks("result");
+    const ns1__AIOResultGetSnapDiff* arm = difference_of(*result);
+    // Made ahead of the first write, because a failure here leaves the whole record alone.
+    SnapDifference difference;
+    if (arm) {
+        if (const int status = take_difference(difference, *arm, log)) return status;
+    }
     record.aio_error = static_cast<std::uint32_t>(result->error);
     record.retryInterval = result->retryInterval;
     if (!set_body(record, *result)) {
         log.failure("invalid resultSnapType response received");
         return STS_EPLUGIN;
     }
+    if (arm) deliver_difference(record.body.difference, std::move(difference), log);
     record.aio_total_bytes_transferred = result->totalBytesTransferred;
     log.record("aio_total_bytes_transferred = ", record.aio_total_bytes_transferred,
                " aio_error = ", record.aio_error);

@@ -15,8 +15,9 @@ namespace soapwrapper
 // was.
 int set_async_result(sts_async_result_t& record, const ns1__AIOResult* result, const EntryLog& log);
 
-// The same. A result of no kind that can be told is a failure, for which the record already holds the error
-// and the retry interval.
+// The same. A difference that isn't whole, or that there is no memory for, leaves the record as it was too. A
+// result of no kind that can be told is a failure, for which the record already holds the error and the retry
+// interval.
 int set_async_snap_result(sts_async_snap_result_t& record, const ns1__AIOResultSnap* result,
                           const EntryLog& log);
 

@@ -48,7 +48,8 @@ struct sts_async_snapshot {
 };
 
 /* `numDiffs` is the host's and set by it ahead of the call, where a difference is waited for. `diffs` is set
- * by the plug-in: *numDiffs rows, from operator new[], and the host's from then on. */
+ * by the plug-in: *numDiffs rows, from operator new[], and the host's from then on. Neither is written where
+ * the service announces a number that its list doesn't hold. */
 struct sts_async_difference {
     int32_t* numDiffs;
     sts_snap_diff_t* diffs;

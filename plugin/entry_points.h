@@ -468,8 +468,10 @@ STSPI_EXPORT int stspi_async_wait(const sts_session_def_v7_t* session, stsp_asyn
 
 /* The same for an operation on a snapshot. Where the result is a difference, body.difference.numDiffs must
  * point at an integer of the host's, and body.difference.diffs is the host's afterwards. A copy shows 0
- * bytes, unless its `pendingflag` was set or discovery has found its server. 2060046: no result, or one of no
- * known kind; of the latter the error and the retry interval are in the record. */
+ * bytes, unless its `pendingflag` was set or discovery has found its server. 2060046: no result, or a
+ * difference without all the objects that it counts, and `record` is as it was; or a result of no known
+ * kind, and the error and the retry interval are in the record. 2060002: no memory for the rows of a
+ * difference, and `record` is as it was. */
 STSPI_EXPORT int stspi_async_wait_snap(const sts_session_def_v7_t* session, stsp_async_t* async,
                                        int32_t blockflag, sts_async_snap_result_t* record);
 

@@ -61,6 +61,13 @@ class EntryLog
         log_message(session_, STS_LOG_FAILURE, entry_, ": ", pieces...);
     }
 
+    // Something out of order that the entry survives, under its name.
+    template <class... Pieces>
+    void anomaly(const Pieces&... pieces) const
+    {
+        log_message(session_, STS_LOG_ANOMALY, entry_, ": ", pieces...);
+    }
+
     void enter() const { record("enter"); }
     void return_code(int result) const { record("SOAP return code = ", result); }
 

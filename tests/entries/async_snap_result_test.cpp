@@ -9,9 +9,11 @@ using testing::ElementsAre;
 namespace
 {
 
-class SnapResults : public AsyncWaitSnap
+class SnapResultTest : public AsyncWaitSnapTest
 {
   protected:
+    using AsyncWaitSnapTest::AsyncWaitSnapTest;
+
     int wait_for(const SnapResult& expected)
     {
         service_.script(result(expected));
@@ -40,6 +42,7 @@ class SnapResults : public AsyncWaitSnap
 
     void await_difference()
     {
+        count_ = -1;
         record_.body.difference.numDiffs = &count_;
         record_.body.difference.diffs = nullptr;
     }
@@ -52,6 +55,12 @@ class SnapResults : public AsyncWaitSnap
     }
 
     std::int32_t count_ = -1;
+};
+
+class SnapResults : public SnapResultTest, public testing::WithParamInterface<Family>
+{
+  protected:
+    SnapResults() : SnapResultTest(GetParam()) {}
 };
 
 } // namespace
@@ -219,45 +228,85 @@ TEST_P(SnapResults, HoldAnArrayOfNoRowsForADifferenceOfNothing)
     }
 }
 
-TEST_P(SnapResults, HoldAsManyRowsOfADifferenceAsAreAnnouncedBoundedByWhatIsSent)
+TEST_P(SnapResults, HoldAsManyRowsOfADifferenceAsAreAnnounced)
 {
-    const auto rows_of = [this](const std::string& arm) {
+    const std::string two_and_nil =
+        element("getSnapDiff",
+                number("numDiffs", 2) + element("diffObjectList", diff_item("object-0", 100, 200) +
+                                                                      diff_item("object-1", 101, 201) +
+                                                                      nil("item") + diff_item("x", 0, 0)));
+    for (const std::string& arm : {difference(2, 5), difference(2, 2), two_and_nil}) {
         await_difference();
         EXPECT_EQ(wait_for({9, 0, 0, 0, arm}), 0);
-        EXPECT_NE(record_.body.difference.diffs, nullptr);
-        const std::size_t size = rows().size();
-        EXPECT_EQ(size, static_cast<std::size_t>(count_));
-        return size;
-    };
-    EXPECT_EQ(rows_of(difference(2, 5)), 2U);
-    EXPECT_EQ(rows_of(difference(5, 2)), 2U);
-    EXPECT_EQ(rows_of(difference(INT_MAX, 2)), 2U);
-    EXPECT_EQ(rows_of(difference(-1, 2)), 2U);
-    EXPECT_EQ(rows_of(difference(INT_MIN, 2)), 2U);
-    EXPECT_EQ(rows_of(element("getSnapDiff", number("numDiffs", 7) + nil("diffObjectList"))), 0U);
-    EXPECT_EQ(rows_of(element("getSnapDiff", number("numDiffs", 7))), 0U);
+        EXPECT_EQ(count_, 2);
+        EXPECT_STREQ(rows().at(1).objectName, "object-1");
+    }
 }
 
-TEST_P(SnapResults, HoldAnEmptyRowForAnObjectThatIsNil)
+TEST_P(SnapResults, OfADifferenceThatIsntWholeAreAFailureAndNothingIsDelivered)
 {
-    await_difference();
-    EXPECT_EQ(wait_for({9, 0, 0, 0,
-                        element("getSnapDiff",
-                                number("numDiffs", 2) +
-                                    element("diffObjectList", nil("item") + diff_item("second", 1, 2)))}),
-              0);
-    const std::vector<sts_snap_diff_t> diffs = rows();
-    ASSERT_EQ(diffs.size(), 2U);
-    EXPECT_STREQ(diffs[0].objectName, "");
-    EXPECT_EQ(diffs[0].objectType, 0);
-    EXPECT_STREQ(diffs[1].objectName, "second");
+    const std::string list = "diffObjectList";
+    const std::string one = diff_item("object-0", 100, 200);
+    const std::pair<std::string, const char*> broken[] = {
+        {difference(-1, 2), "the reply has numDiffs = -1 and 2 in its diffObjectList"},
+        {difference(INT_MIN, 0), "the reply has numDiffs = -2147483648 and 0 in its diffObjectList"},
+        {difference(3, 2), "the reply has numDiffs = 3 and 2 in its diffObjectList"},
+        {difference(INT_MAX, 2), "the reply has numDiffs = 2147483647 and 2 in its diffObjectList"},
+        {element("getSnapDiff", number("numDiffs", 1) + nil(list)),
+         "the reply has numDiffs = 1 and 0 in its diffObjectList"},
+        {element("getSnapDiff", number("numDiffs", 1)),
+         "the reply has numDiffs = 1 and 0 in its diffObjectList"},
+        {element("getSnapDiff", number("numDiffs", 2) + element(list, nil("item") + one)),
+         "item 0 of the reply's diffObjectList is nil"},
+        {element("getSnapDiff", number("numDiffs", 2) + element(list, one + nil("item"))),
+         "item 1 of the reply's diffObjectList is nil"},
+    };
+    for (const auto& [arm, told] : broken) {
+        SCOPED_TRACE(told);
+        await_difference();
+        const std::string before = bytes_of(record_);
+        log().clear();
+        EXPECT_EQ(wait_for({9, 2060013, 17, 0, arm}), 2060046);
+        EXPECT_EQ(bytes_of(record_), before);
+        EXPECT_EQ(count_, -1);
+        EXPECT_THAT(log().lines(),
+                    ElementsAre(record(line("enter")), record(return_code(0)), failure(line(told))));
+    }
 }
 
-TEST_P(SnapResults, SurviveADifferenceWithoutAPlaceForItsCount)
+TEST_P(SnapResults, SurviveADifferenceWithoutAPlaceForItsCountAndSaySo)
 {
     await_difference();
     record_.body.difference.numDiffs = nullptr;
     EXPECT_EQ(wait_for({9, 0, 0, 0, difference(1, 1)}), 0);
     count_ = 1;
     EXPECT_STREQ(rows().at(0).objectName, "object-0");
+    EXPECT_THAT(log().lines(), ElementsAre(record(line("enter")), record(return_code(0)),
+                                           anomaly(line("no place for the number of differences")),
+                                           record(line("aio_total_bytes_transferred = 9 aio_error = 0")),
+                                           record(line("STS_EOK"))));
+}
+
+namespace
+{
+
+class LargeSnapResult : public SnapResultTest
+{
+  protected:
+    LargeSnapResult() : SnapResultTest(Family::by_id) {}
+};
+
+} // namespace
+
+TEST_F(LargeSnapResult, HoldsTheRowsOfADifferenceHoweverManyThereAre)
+{
+    constexpr int kRows = 120'000;
+    await_difference();
+    EXPECT_EQ(wait_for({9, 0, 0, 0, difference(kRows, kRows)}), 0);
+    const std::unique_ptr<sts_snap_diff_t[]> owner(record_.body.difference.diffs); // half a gigabyte
+    ASSERT_EQ(count_, kRows);
+    for (const int i : {0, 100'000, kRows - 1}) {
+        EXPECT_EQ(owner[static_cast<std::size_t>(i)].objectName, "object-" + std::to_string(i));
+        EXPECT_EQ(owner[static_cast<std::size_t>(i)].objectState, 200 + i);
+    }
 }
