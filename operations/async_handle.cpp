@@ -1,16 +1,18 @@
 #include "operations/async_handle.h"
 
 #include "operations/handle_text.h"
+#include "operations/reply_handle.h"
+#include "plugin/status.h"
 
 #include "soapwrapperStub.h"
 
 namespace soapwrapper
 {
 
-int hand_out_async(const ns1__OperationID* opid, stsp_server_t* server, std::int32_t pendingflag,
-                   stsp_async_t** out, const EntryLog& log)
+int keep_async(const ns1__OperationID* opid, stsp_server_t* server, std::int32_t pendingflag,
+               stsp_async_t** out, const EntryLog& log)
 {
-    if (!opid || !opid->token) return STS_EPLUGIN;
+    if (const char* missing = missing_of(opid, "opid")) return log.reply_lacks(missing);
     if (out) {
         auto* async = new stsp_async_t();
         *out = async;
@@ -18,6 +20,13 @@ int hand_out_async(const ns1__OperationID* opid, stsp_server_t* server, std::int
         async->op_token = allocate_text(*opid->token);
         async->pendingflag = pendingflag;
     }
+    return STS_EOK;
+}
+
+int hand_out_async(const ns1__OperationID* opid, stsp_server_t* server, std::int32_t pendingflag,
+                   stsp_async_t** out, const EntryLog& log)
+{
+    if (const int status = keep_async(opid, server, pendingflag, out, log)) return status;
     return log.ok();
 }
 

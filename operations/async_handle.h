@@ -4,7 +4,6 @@
 
 #include "plugin/handle_records.h"
 #include "plugin/session_log.h"
-#include "plugin/status.h"
 
 #include <cstdint>
 
@@ -16,8 +15,12 @@ namespace soapwrapper
 // For the operations that have no such flag.
 constexpr std::int32_t kNoPendingflag = 0;
 
-// What every start does with a good reply: a new handle in `out` for the operation that the service named.
-// Some entries take it on trust that there is somewhere to put the handle.
+// A new handle in `out` for the operation that the service named in a good reply. Some entries take it on
+// trust that there is somewhere to put the handle.
+int keep_async(const ns1__OperationID* opid, stsp_server_t* server, std::int32_t pendingflag,
+               stsp_async_t** out, const EntryLog& log);
+
+// What every start but one does with a good reply: the same, and the line of a success.
 int hand_out_async(const ns1__OperationID* opid, stsp_server_t* server, std::int32_t pendingflag,
                    stsp_async_t** out, const EntryLog& log);
 

@@ -95,8 +95,8 @@ extern "C" int stspi_async_postprocess_snap_byname(const stsp_lsu_v7_t* lsu, con
             call.send(&PSVWSSoapBindingProxy::asyncPostProcessSnapByName, start.request, response)) {
         return *failure;
     }
-    const EntryLog ok_log(lsu->server->session, "stspi_async_post_process_snap_byname");
-    return hand_out_async(response.opid, lsu->server, kNoPendingflag, async, ok_log);
+    if (const int status = keep_async(response.opid, lsu->server, kNoPendingflag, async, log)) return status;
+    return EntryLog(lsu->server->session, "stspi_async_post_process_snap_byname").ok();
 }
 
 extern "C" int stspi_async_validate_snap_byname(stsp_server_t* server, const sts_volume_spec_v11_t* source,

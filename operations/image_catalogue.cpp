@@ -28,7 +28,7 @@ extern "C" int stspi_open_image_list(const stsp_lsu_v7_t* lsu, int32_t type, sts
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::openImageList, request, response)) {
         return *failure;
     }
-    return hand_out_list(response.imageListHandle, lsu->server, list, log);
+    return hand_out_list(response.imageListHandle, "imageListHandle", lsu->server, list, log);
 }
 
 extern "C" int stspi_list_image(stsp_list_t* list, sts_image_def_v10_t* image)

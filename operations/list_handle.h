@@ -2,9 +2,9 @@
 #ifndef SOAPWRAPPER_OPERATIONS_LIST_HANDLE_H
 #define SOAPWRAPPER_OPERATIONS_LIST_HANDLE_H
 
+#include "operations/reply_handle.h"
 #include "plugin/handle_records.h"
 #include "plugin/session_log.h"
-#include "plugin/status.h"
 
 #include <string>
 
@@ -20,12 +20,13 @@ inline const sts_session_def_v7_t* session_of(const stsp_list_t* list)
 stsp_list_t* make_list(stsp_server_t* server, const std::string& token);
 void destroy_list(stsp_list_t* list);
 
-// What every open does with a good reply: a new handle in `list` for the token that came. One entry takes it
-// on trust that there is somewhere to put the handle.
+// What every open does with a good reply: a new handle in `list` for the token that came in `element`. One
+// entry takes it on trust that there is somewhere to put the handle.
 template <class Handle>
-int hand_out_list(const Handle* reply, stsp_server_t* server, stsp_list_t** list, const EntryLog& log)
+int hand_out_list(const Handle* reply, const char* element, stsp_server_t* server, stsp_list_t** list,
+                  const EntryLog& log)
 {
-    if (!reply || !reply->token) return STS_EPLUGIN;
+    if (const char* missing = missing_of(reply, element)) return log.reply_lacks(missing);
     if (list) *list = make_list(server, *reply->token);
     return log.ok();
 }

@@ -70,7 +70,7 @@ int open_lsu_list(const char* entry, stsp_server_t* server, const Definition* fi
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::openLSUList, request, response)) {
         return *failure;
     }
-    return hand_out_list(response.lsuListHandle, server, list, log);
+    return hand_out_list(response.lsuListHandle, "lsuListHandle", server, list, log);
 }
 
 void set_def(sts_lsu_def_v9_t& def, const ns1__LSUDefinition* wire)

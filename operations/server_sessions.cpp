@@ -1,6 +1,7 @@
 // The server handle, to which all other operations lead back: open, open through another, close, properties.
 #include "conversion/server_information.h"
 #include "operations/handle_text.h"
+#include "operations/reply_handle.h"
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
 #include "plugin/handle_records.h"
@@ -61,7 +62,10 @@ extern "C" int stspi_open_server(const sts_session_def_v7_t* session, const char
         return STS_ENULLARG;
     }
     const char* colon = std::strchr(server_name, ':');
-    if (!colon) return STS_ENULLARG;
+    if (!colon) {
+        log.failure("no colon in server_name = ", server_name);
+        return STS_ENULLARG;
+    }
     const char* host = colon + 1;
     log.record("new server_name = ", host);
 
@@ -84,7 +88,9 @@ extern "C" int stspi_open_server(const sts_session_def_v7_t* session, const char
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::openServer, request, response)) {
         return *failure;
     }
-    if (!response.serverHandle || !response.serverHandle->token) return STS_EPLUGIN;
+    if (const char* missing = missing_of(response.serverHandle, "serverHandle")) {
+        return log.reply_lacks(missing);
+    }
     *server = make_handle(server_name, session, *response.serverHandle->token, endpoint, use_https);
     return log.ok();
 }
@@ -111,7 +117,9 @@ extern "C" int stspi_open_target_server(stsp_server_t* source, const char* targe
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::openTargetServer, request, response)) {
         return *failure;
     }
-    if (!response.targetServerHandle || !response.targetServerHandle->token) return STS_EPLUGIN;
+    if (const char* missing = missing_of(response.targetServerHandle, "targetServerHandle")) {
+        return log.reply_lacks(missing);
+    }
     // The service reaches the target, so the target's calls go where the source's go.
     *target = make_handle(target_name, source->session, *response.targetServerHandle->token, source->endpoint,
                           source->use_https);

@@ -30,7 +30,7 @@ extern "C" int stspi_open_snap_list(const stsp_lsu_v7_t* lsu, stsp_list_t** list
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::openSnapList, request, response)) {
         return *failure;
     }
-    return hand_out_list(response.snapListHandle, lsu->server, list, log);
+    return hand_out_list(response.snapListHandle, "snapListHandle", lsu->server, list, log);
 }
 
 extern "C" int stspi_open_snap_list_by_volume(stsp_server_t* server, const sts_volume_spec_v11_t* volume,
@@ -52,7 +52,7 @@ extern "C" int stspi_open_snap_list_by_volume(stsp_server_t* server, const sts_v
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::openSnapListByVolume, request, response)) {
         return *failure;
     }
-    return hand_out_list(response.snapListHandle, server, list, log);
+    return hand_out_list(response.snapListHandle, "snapListHandle", server, list, log);
 }
 
 extern "C" int stspi_list_snap(stsp_list_t* list, sts_snap_def_v11_t* snap)
@@ -175,5 +175,5 @@ extern "C" int stspi_validate_rollback(const stsp_lsu_v7_t* lsu, const sts_snap_
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::validateRollback, request, response)) {
         return *failure;
     }
-    return hand_out_list(response.snapListHandle, lsu->server, list, log);
+    return hand_out_list(response.snapListHandle, "snapListHandle", lsu->server, list, log);
 }

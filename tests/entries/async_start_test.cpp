@@ -194,14 +194,19 @@ TEST_P(Start, DoesTheSameForASessionThatHearsNothing)
 TEST_P(StartWithId, CannotUseAReplyWithoutAnId)
 {
     const std::string name = GetParam().operation + "Response";
-    for (const std::string& content :
-         {std::string(), nil("opid"), element("opid"), element("opid", nil("token"))}) {
+    const std::pair<std::string, const char*> replies[] = {{"", "opid"},
+                                                           {nil("opid"), "opid"},
+                                                           {element("opid"), "token"},
+                                                           {element("opid", nil("token")), "token"}};
+    for (const auto& [content, missing] : replies) {
         SCOPED_TRACE(content);
         session_.clear();
         service_.script(answer(reply(name, content)));
         EXPECT_EQ(start(), 2060046);
         EXPECT_EQ(async_, untouched());
-        EXPECT_THAT(session_.lines(), ElementsAreArray(GetParam().lines_until_return_code(0)));
+        std::vector<LogLine> expected = GetParam().lines_until_return_code(0);
+        expected.push_back(failure(GetParam().entry + ": the reply has no " + missing));
+        EXPECT_THAT(session_.lines(), ElementsAreArray(expected));
     }
 }
 

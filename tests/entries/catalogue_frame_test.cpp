@@ -177,14 +177,19 @@ TEST_P(CatalogueFrame, GoesOverTlsIfTheHandleSaysSo)
 
 TEST_P(CatalogueOpens, RefusesAReplyWithoutATokenAndStoresNothing)
 {
-    const std::string handle = GetParam().content.record;
-    for (const std::string& content :
-         {std::string(), nil(handle), element(handle), element(handle, nil("token"))}) {
+    const std::string& handle = GetParam().content.record;
+    const std::pair<std::string, std::string> replies[] = {{"", handle},
+                                                           {nil(handle), handle},
+                                                           {element(handle), "token"},
+                                                           {element(handle, nil("token")), "token"}};
+    for (const auto& [content, missing] : replies) {
         session.clear();
         script(GetParam().reply, content);
-        EXPECT_EQ(call(), STS_EPLUGIN);
+        EXPECT_EQ(call(), STS_EPLUGIN) << content;
         expect_outputs_untouched();
-        EXPECT_THAT(session.lines(), ElementsAreArray(lines_up_to(0)));
+        std::vector<LogLine> expected = lines_up_to(0);
+        expected.push_back(failure(GetParam().name + ": the reply has no " + missing));
+        EXPECT_THAT(session.lines(), ElementsAreArray(expected)) << content;
     }
 }
 

@@ -72,7 +72,9 @@ TEST_F(OpenEventChannel, LeavesANameWithoutAColonToTheServersOpen)
                                0, &channel),
               2060001);
     EXPECT_EQ(channel, untouched());
-    EXPECT_THAT(session_.lines(), ElementsAre(enter(kEntry), enter("stspi_open_server")));
+    EXPECT_THAT(session_.lines(),
+                ElementsAre(enter(kEntry), enter("stspi_open_server"),
+                            failure("stspi_open_server: no colon in server_name = Network_X")));
 }
 
 TEST_F(OpenEventChannel, OpensAServerAndThenTheChannelWithTheSameArguments)
@@ -210,6 +212,16 @@ TEST_F(OpenEventChannel, ReturnsTheStatusOfTheServersOpenAndAsksForNoChannel)
         EXPECT_EQ(session_.lines().back(), failure(rendered_fault(status)));
     }
     EXPECT_EQ(service_.requests().size(), 3U);
+}
+
+TEST_F(OpenEventChannel, MakesNoChannelWhereTheServersOpenWasAnsweredWithoutAHandle)
+{
+    service_.script(answer(reply("openServerResponse")));
+    stsp_evc_t* channel = untouched();
+    EXPECT_EQ(open_channel(&channel), 2060046);
+    EXPECT_EQ(channel, untouched());
+    EXPECT_EQ(service_.requests().size(), 1U);
+    EXPECT_EQ(session_.lines().back(), failure("stspi_open_server: the reply has no serverHandle"));
 }
 
 TEST_F(OpenEventChannel, MakesNoChannelWhereTheServersOpenFailedWithTheStatus0)

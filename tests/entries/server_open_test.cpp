@@ -47,14 +47,17 @@ TEST_F(OpenServer, TestsTheCredentialBeforeTheName)
     EXPECT_EQ(session_.texts().back(), "stspi_open_server: null credentials not supported");
 }
 
-TEST_F(OpenServer, RefusesANameWithoutAColonAfterEnter)
+TEST_F(OpenServer, RefusesANameWithoutAColonAfterEnterAndSaysWhichOne)
 {
     stsp_server_t* server = untouched();
     EXPECT_EQ(open("Network_X", &server), 2060001);
     EXPECT_EQ(open("", &server), 2060001);
     EXPECT_EQ(server, untouched());
     EXPECT_THAT(session_.lines(),
-                ElementsAre(record("stspi_open_server: enter"), record("stspi_open_server: enter")));
+                ElementsAre(record("stspi_open_server: enter"),
+                            failure("stspi_open_server: no colon in server_name = Network_X"),
+                            record("stspi_open_server: enter"),
+                            failure("stspi_open_server: no colon in server_name = ")));
 }
 
 TEST_F(OpenServer, SendsTheWholeNameTheSessionAndTheCredential)
@@ -211,14 +214,23 @@ TEST_F(OpenServer, KeepsAnEmptyToken)
 TEST_F(OpenServer, RefusesAReplyWithoutAHandleOrToken)
 {
     host().write_configuration("host=" + service_.url() + "\n");
-    for (const std::string& content : {std::string(), nil("serverHandle"), element("serverHandle"),
-                                       element("serverHandle", nil("token")), element("unknown", "T")}) {
+    const std::pair<std::string, const char*> replies[] = {
+        {"", "serverHandle"},
+        {nil("serverHandle"), "serverHandle"},
+        {element("unknown", "T"), "serverHandle"},
+        {element("serverHandle"), "token"},
+        {element("serverHandle", nil("token")), "token"},
+    };
+    for (const auto& [content, missing] : replies) {
         session_.clear();
         service_.script(answer(reply("openServerResponse", content)));
         stsp_server_t* server = untouched();
         EXPECT_EQ(open("Network_X:host", &server), 2060046) << content;
         EXPECT_EQ(server, untouched());
-        EXPECT_EQ(session_.texts().back(), "stspi_open_server: SOAP return code = 0");
+        const std::vector<LogLine> lines = session_.lines();
+        ASSERT_EQ(lines.size(), 8U);
+        EXPECT_EQ(lines[6], record("stspi_open_server: SOAP return code = 0"));
+        EXPECT_EQ(lines[7], failure(std::string("stspi_open_server: the reply has no ") + missing));
     }
 }
 

@@ -102,15 +102,23 @@ TEST_F(OpenTargetServer, Keeps511CharactersOfTheName)
 TEST_F(OpenTargetServer, RefusesAReplyWithoutAHandleOrToken)
 {
     const ServerHandle source = make_server(session_, service_.url());
-    for (const std::string& content :
-         {std::string(), nil("targetServerHandle"), element("targetServerHandle"),
-          element("targetServerHandle", nil("token"))}) {
+    const std::pair<std::string, const char*> replies[] = {
+        {"", "targetServerHandle"},
+        {nil("targetServerHandle"), "targetServerHandle"},
+        {element("targetServerHandle"), "token"},
+        {element("targetServerHandle", nil("token")), "token"},
+    };
+    for (const auto& [content, missing] : replies) {
         session_.clear();
         service_.script(answer(reply("openTargetServerResponse", content)));
         stsp_server_t* target = untouched();
         EXPECT_EQ(open_target(source.get(), &target), 2060046) << content;
         EXPECT_EQ(target, untouched());
-        EXPECT_EQ(session_.texts().back(), "stspi_open_target_server: SOAP return code = 0");
+        EXPECT_THAT(
+            session_.lines(),
+            ElementsAre(record("stspi_open_target_server: enter"),
+                        record("stspi_open_target_server: SOAP return code = 0"),
+                        failure(std::string("stspi_open_target_server: the reply has no ") + missing)));
     }
 }
 
