@@ -37,14 +37,23 @@ int call(const Case& test, Subject& subject)
     return status;
 }
 
+std::vector<std::string> required(const Case& test)
+{
+    const std::string& record = test.content.record;
+    if (record.empty()) return {};
+    if (test.kind == Kind::open) return {record, "token"};
+    return {record};
+}
+
 } // namespace
 
 std::vector<Entry> catalogue_entries()
 {
     std::vector<Entry> table;
     for (const Case& test : catalogue::cases()) {
-        table.push_back({test.name, [test](Subject& subject) { return call(test, subject); },
-                         reply(test.reply, test.content.text)});
+        const Entry entry{test.name, [test](Subject& subject) { return call(test, subject); },
+                          reply(test.reply, test.content.text)};
+        table.push_back(entry.requiring(required(test)));
     }
     return table;
 }

@@ -83,14 +83,18 @@ std::vector<Entry> event_entries()
     const std::string event =
         element("event", number("seqno", 1) + element("server", "s") + number("flags", 2) +
                              number("type", 6) + element("body", activity_xml()));
+    const Entry open_channel{"stspi_open_evchannel_v11",
+                             open,
+                             reply("openEventChannelResponse", element("pevcHandle", element("token", "C"))),
+                             2060017,
+                             {reply("openServerResponse", element("serverHandle", element("token", "T")))},
+                             {},
+                             {closed_server()}};
+    const Entry get_next{"stspi_get_event", get, reply("getEventResponse", event)};
+    const Entry get_payload{"stspi_get_event_payload", payload,
+                            reply("getEventPayloadResponse", element("payload", activity_xml()))};
     return {
-        {"stspi_open_evchannel_v11",
-         open,
-         reply("openEventChannelResponse", element("pevcHandle", element("token", "C"))),
-         2060017,
-         {reply("openServerResponse", element("serverHandle", element("token", "T")))},
-         {},
-         {closed_server()}},
+        open_channel.requiring({"pevcHandle", "token"}),
         {"stspi_close_evchannel",
          close,
          reply("closeEventChannelResponse"),
@@ -98,9 +102,8 @@ std::vector<Entry> event_entries()
          {},
          {closed_server()},
          {closed_server()}},
-        {"stspi_get_event", get, reply("getEventResponse", event)},
-        {"stspi_get_event_payload", payload,
-         reply("getEventPayloadResponse", element("payload", activity_xml()))},
+        get_next.requiring({"event"}),
+        get_payload.requiring({"payload", "actv"}),
         {"stspi_delete_event", remove, reply("deleteEventResponse")},
     };
 }

@@ -2,6 +2,8 @@
 
 #include "tests/kit/soap_text.h"
 
+#include <stdexcept>
+
 using namespace kit;
 using namespace std::string_literals;
 
@@ -245,6 +247,22 @@ std::vector<Fault> costly_replies(const std::string& good_reply)
     return {{"subcodes fifty thousand deep", End::fails, message(nested)},
             {"eighty thousand attributes", End::fails, message(with_inside(good_reply, with_attributes))},
             {"eighty thousand namespaces", End::fails, message(with_inside(good_reply, with_namespaces))}};
+}
+
+std::vector<Fault> gaps(const std::string& good_reply, const std::vector<std::string>& elements)
+{
+    std::vector<Fault> faults;
+    for (const std::string& name : elements) {
+        const std::string close = "</ns1:" + name + ">";
+        const std::size_t begin = good_reply.find("<ns1:" + name + ">");
+        const std::size_t end = good_reply.rfind(close);
+        if (begin == std::string::npos || end == std::string::npos) throw std::logic_error("no " + name);
+        const std::string head = good_reply.substr(0, begin);
+        const std::string tail = good_reply.substr(end + close.size());
+        faults.push_back({"no " + name, End::is_useless, bytes(http_message(head + tail))});
+        faults.push_back({"a nil " + name, End::is_useless, bytes(http_message(head + nil(name) + tail))});
+    }
+    return faults;
 }
 
 } // namespace torture

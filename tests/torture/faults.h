@@ -13,8 +13,9 @@ namespace torture
 // What a call comes to.
 enum class End {
     succeeds,
-    fails,   // with the entry's status for a service that gives no answer
-    survives // either way: how much of the reply counts is the runtime's business
+    fails,      // with the entry's status for a service that gives no answer
+    is_useless, // with the status of an answer that can't be used
+    survives    // either way: how much of the reply counts is the runtime's business
 };
 
 struct Fault {
@@ -30,6 +31,8 @@ std::vector<Fault> body_faults(const std::string& good_reply);
 std::vector<Fault> http_errors(const std::string& good_reply);
 // What would cost the host its stack or its processor, were it read to the end.
 std::vector<Fault> costly_replies(const std::string& good_reply);
+// A good reply without each of these elements, and with each of them nil.
+std::vector<Fault> gaps(const std::string& good_reply, const std::vector<std::string>& elements);
 
 } // namespace torture
 

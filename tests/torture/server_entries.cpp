@@ -89,13 +89,19 @@ int properties(Subject& subject)
 
 std::vector<Entry> server_entries()
 {
+    const Entry discovery{"stspi_get_server_prop_byname", discover,
+                          reply("getServerPropByNameResponse", information())};
+    const Entry open_server{"stspi_open_server", open, reply("openServerResponse", handle("serverHandle"))};
+    const Entry open_target_server{"stspi_open_target_server", open_target,
+                                   reply("openTargetServerResponse", handle("targetServerHandle"))};
+    const Entry get_properties{"stspi_get_server_prop", properties,
+                               reply("getServerPropResponse", information()), 2060026};
     return {
-        {"stspi_get_server_prop_byname", discover, reply("getServerPropByNameResponse", information())},
-        {"stspi_open_server", open, reply("openServerResponse", handle("serverHandle"))},
-        {"stspi_open_target_server", open_target,
-         reply("openTargetServerResponse", handle("targetServerHandle"))},
+        discovery.requiring({"info"}),
+        open_server.requiring({"serverHandle", "token"}),
+        open_target_server.requiring({"targetServerHandle", "token"}),
         {"stspi_close_server", close, reply("closeServerResponse")},
-        {"stspi_get_server_prop", properties, reply("getServerPropResponse", information()), 2060026},
+        get_properties.requiring({"info"}),
     };
 }
 

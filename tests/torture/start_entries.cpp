@@ -89,21 +89,27 @@ std::vector<Entry> start_entries()
 {
     std::vector<Entry> table;
     for (const StartCase& test : start_cases()) {
-        table.push_back(
-            {test.entry, [&test](Subject& subject) { return start(test, subject); },
-             reply(test.operation + "Response", test.named ? "" : handle_element("opid", "op-7"))});
+        const Entry entry{
+            test.entry, [&test](Subject& subject) { return start(test, subject); },
+            reply(test.operation + "Response", test.named ? "" : handle_element("opid", "op-7"))};
+        table.push_back(test.named ? entry : entry.requiring({"opid", "token"}));
     }
     return table;
 }
 
 std::vector<Entry> follow_entries()
 {
+    const Entry wait_for_image{
+        "stspi_async_wait", wait,
+        reply("asyncWaitResponse", element("result", nil("image") + number("bytesTransferred", 5) +
+                                                         number("error", 0) + number("delayInSeconds", 1)))};
+    const Entry wait_by_id{"stspi_async_wait_snap", wait_snap, reply("asyncWaitSnapResponse", difference())};
+    const Entry wait_by_name{"stspi_named_async_wait_snap", named_wait_snap,
+                             reply("namedAsyncWaitSnapResponse", difference())};
     return {
-        {"stspi_async_wait", wait,
-         reply("asyncWaitResponse", element("result", nil("image") + number("bytesTransferred", 5) +
-                                                          number("error", 0) + number("delayInSeconds", 1)))},
-        {"stspi_async_wait_snap", wait_snap, reply("asyncWaitSnapResponse", difference())},
-        {"stspi_named_async_wait_snap", named_wait_snap, reply("namedAsyncWaitSnapResponse", difference())},
+        wait_for_image.requiring({"result"}),
+        wait_by_id.requiring({"result", "diffObjectList", "item"}),
+        wait_by_name.requiring({"result", "diffObjectList", "item"}),
         {"stspi_named_async_status", status, reply("namedAsyncStatusResponse")},
         {"stspi_async_cancel", cancel, reply("asyncCancelResponse")},
     };

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
+#include <utility>
 
 using namespace kit;
 
@@ -34,6 +35,13 @@ const char* name_with_tls()
 }
 
 } // namespace
+
+Entry Entry::requiring(std::vector<std::string> elements) const
+{
+    Entry entry = *this;
+    entry.required = std::move(elements);
+    return entry;
+}
 
 std::vector<Answer> Entry::conversation(const Answer& tortured, bool succeeds) const
 {

@@ -56,7 +56,11 @@ struct Entry {
     std::vector<std::string> ahead = {};
     std::vector<std::string> behind_success = {};
     std::vector<std::string> behind_failure = {};
+    // The elements of the reply without which it is of no use.
+    std::vector<std::string> required = {};
 
+    // The same entry, for which a good reply must hold these elements.
+    Entry requiring(std::vector<std::string> elements) const;
     // All that one call of the entry needs, with this answer in the place that is tortured.
     std::vector<kit::Answer> conversation(const kit::Answer& tortured, bool succeeds) const;
 };

@@ -70,6 +70,8 @@ class Torture : public testing::TestWithParam<Case>
             EXPECT_EQ(status, 0);
         } else if (fault.end == End::fails) {
             EXPECT_EQ(status, entry().status_without_answer);
+        } else if (fault.end == End::is_useless) {
+            EXPECT_EQ(status, STS_EPLUGIN);
         }
     }
 
@@ -98,11 +100,14 @@ class Torture : public testing::TestWithParam<Case>
         ScriptedService service;
         Subject subject(url_of(service), tls());
         const std::size_t connections = service.connections();
-        service.script(entry().conversation(fault.answer, fault.end == End::succeeds));
+        const bool is_answered = fault.end == End::succeeds || fault.end == End::is_useless;
+        service.script(entry().conversation(fault.answer, is_answered));
         subject.session.clear();
         const int status = entry().call(subject);
         expect_end(fault, status);
-        if (status == entry().status_without_answer) expect_a_failure_in_the_log(subject);
+        if (status == entry().status_without_answer || fault.end == End::is_useless) {
+            expect_a_failure_in_the_log(subject);
+        }
         expect_no_other_connection(service, connections, status != entry().status_without_answer);
         script_well(service);
         EXPECT_EQ(entry().call(subject), 0) << "the handle is of no more use";
@@ -151,6 +156,11 @@ TEST_P(Torture, ByTheBody)
 TEST_P(Torture, ByHttp)
 {
     suffer_all(http_errors(entry().good_reply));
+}
+
+TEST_P(Torture, ByAReplyWithoutWhatItIsAbout)
+{
+    suffer_all(gaps(entry().good_reply, entry().required));
 }
 
 TEST_P(Torture, ByAServiceThatIsntThere)
