@@ -19,6 +19,8 @@ int keep_async(const ns1__OperationID* opid, stsp_server_t* server, std::int32_t
         async->server = server;
         async->op_token = allocate_text(*opid->token);
         async->pendingflag = pendingflag;
+    } else {
+        log.anomaly("no place for the handle");
     }
     return STS_EOK;
 }

@@ -15,8 +15,8 @@ namespace soapwrapper
 // For the operations that have no such flag.
 constexpr std::int32_t kNoPendingflag = 0;
 
-// A new handle in `out` for the operation that the service named in a good reply. Some entries take it on
-// trust that there is somewhere to put the handle.
+// A new handle in `out` for the operation that the service named in a good reply. Where an entry doesn't test
+// `out`, and there is none, that is logged and the handle lost.
 int keep_async(const ns1__OperationID* opid, stsp_server_t* server, std::int32_t pendingflag,
                stsp_async_t** out, const EntryLog& log);
 

@@ -56,7 +56,11 @@ extern "C" int stspi_add_export(const stsp_lsu_v7_t* lsu, const sts_volume_spec_
         return *failure;
     }
     if (!response.exportedVolume) return log.reply_lacks("exportedVolume");
-    if (exported) set_volume_spec_from_soap(*exported, response.exportedVolume);
+    if (exported) {
+        set_volume_spec_from_soap(*exported, response.exportedVolume);
+    } else {
+        log.anomaly("no place for the volume");
+    }
     return log.ok();
 }
 

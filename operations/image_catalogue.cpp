@@ -48,7 +48,11 @@ extern "C" int stspi_list_image(stsp_list_t* list, sts_image_def_v10_t* image)
         return *failure;
     }
     if (!response.image) return log.reply_lacks("image");
-    if (image) set_image_def_from_soap(*image, response.image);
+    if (image) {
+        set_image_def_from_soap(*image, response.image);
+    } else {
+        log.anomaly("no place for the image");
+    }
     return log.ok();
 }
 

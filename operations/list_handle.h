@@ -20,14 +20,18 @@ inline const sts_session_def_v7_t* session_of(const stsp_list_t* list)
 stsp_list_t* make_list(stsp_server_t* server, const std::string& token);
 void destroy_list(stsp_list_t* list);
 
-// What every open does with a good reply: a new handle in `list` for the token that came in `element`. One
-// entry takes it on trust that there is somewhere to put the handle.
+// What every open does with a good reply: a new handle in `list` for the token that came in `element`. Where
+// an entry doesn't test `list`, and there is none, that is logged and the handle lost.
 template <class Handle>
 int hand_out_list(const Handle* reply, const char* element, stsp_server_t* server, stsp_list_t** list,
                   const EntryLog& log)
 {
     if (const char* missing = missing_of(reply, element)) return log.reply_lacks(missing);
-    if (list) *list = make_list(server, *reply->token);
+    if (list) {
+        *list = make_list(server, *reply->token);
+    } else {
+        log.anomaly("no place for the handle");
+    }
     return log.ok();
 }
 

@@ -153,7 +153,11 @@ extern "C" int stspi_list_lsu(stsp_list_t* list, char* name)
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::listLSU, request, response)) {
         return *failure;
     }
-    if (name) V_strlcpy(name, response.lsu.c_str(), STS_LSU_NAME_SIZE);
+    if (name) {
+        V_strlcpy(name, response.lsu.c_str(), STS_LSU_NAME_SIZE);
+    } else {
+        log.anomaly("no place for the name");
+    }
     return log.ok();
 }
 

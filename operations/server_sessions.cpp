@@ -102,6 +102,8 @@ extern "C" int stspi_open_target_server(stsp_server_t* source, const char* targe
     if (!source) return STS_EBADARG;
     if (!source->service_handle) return STS_ENOSERVICEHANDLE;
     const EntryLog log(source->session, "stspi_open_target_server");
+    if (!target) log.anomaly("no place for the handle");
+    if (!target_name || !credential || !target) return STS_ENULLARG;
     log.enter();
     ServiceCall call(*source, log);
     if (const Failure failure = call.secure()) return *failure;
@@ -112,7 +114,7 @@ extern "C" int stspi_open_target_server(stsp_server_t* source, const char* targe
     request.serverHandle = server_handle.get();
     request.server = target_name;
     request.cred = cred.get();
-    request.interface = interface_name;
+    request.interface = interface_name ? interface_name : "";
     _ns1__openTargetServerResponse response;
     if (const Failure failure = call.send(&PSVWSSoapBindingProxy::openTargetServer, request, response)) {
         return *failure;

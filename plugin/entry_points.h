@@ -8,6 +8,8 @@
  *  - STS_EFAULTDETAIL (2060021) means that the service refused without saying why, STS_ESOAPERROR (2060017)
  *    that it couldn't be reached or its answer couldn't be read, and STS_EPLUGIN (2060046) that its answer
  *    could be read but lacks what the entry is for;
+ *  - an out pointer that is said to be required and not tested, and is null, loses what the call brings: the
+ *    log tells, the status doesn't;
  *  - entries may run on several threads at once, also on one handle, as long as nobody closes a handle that
  *    is in use. Calls block for as long as the network does;
  *  - a call needs some 192 KiB of stack on the calling thread. */
@@ -112,9 +114,9 @@ STSPI_EXPORT int stspi_open_server(const sts_session_def_v7_t* session, const ch
                                    const sts_cred_t* credential, const char* required_interface,
                                    stsp_server_t** server);
 
-/* Opens a second, named server through an open one, at the same service and with the same session. The four
- * last arguments are required and not tested. 2060022: null source. 2060026: the source has no service
- * handle. 2060046: the service answered without a handle. */
+/* Opens a second, named server through an open one, at the same service and with the same session.
+ * `interface_name` may be null. 2060022: null source. 2060026: the source has no service handle. 2060001:
+ * null name, credential or out handle. 2060046: the service answered without a handle. */
 STSPI_EXPORT int stspi_open_target_server(stsp_server_t* source, const char* target_name,
                                           const sts_cred_t* credential, const char* interface_name,
                                           stsp_server_t** target);

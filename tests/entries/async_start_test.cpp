@@ -221,12 +221,23 @@ TEST_P(StartWithId, KeepsAnIdThatIsEmptyOrLong)
     }
 }
 
-TEST_P(StartWithoutATestOfOut, GoesOnWithoutAPlaceForTheHandle)
+TEST_P(StartWithoutATestOfOut, GoesOnWithoutAPlaceForTheHandleAndSaysSo)
 {
     arguments_.async = nullptr;
     service_.script(GetParam().good_answer());
     EXPECT_EQ(start(), 0);
     EXPECT_EQ(service_.request_body(0), GetParam().request());
+    std::vector<LogLine> expected = GetParam().lines_until_return_code(0);
+    expected.push_back(anomaly(GetParam().entry + ": no place for the handle"));
+    expected.push_back(record(GetParam().ok_name + ": STS_EOK"));
+    EXPECT_THAT(session_.lines(), ElementsAreArray(expected));
+}
+
+TEST_P(StartWithoutATestOfOut, RefusesAReplyWithoutAnIdThoughThereIsNoPlaceForTheHandle)
+{
+    arguments_.async = nullptr;
+    service_.script(answer(reply(GetParam().operation + "Response")));
+    EXPECT_EQ(start(), 2060046);
 }
 
 TEST_P(Start, EncryptsForAnHttpsHandle)

@@ -161,6 +161,14 @@ class CatalogueTest : public testing::Test
                 kit::record(entry + ": STS_EOK")};
     }
 
+    // The same where the entry had nowhere to put what came.
+    std::vector<kit::LogLine> log_without_place(const std::string& entry, const std::string& what) const
+    {
+        std::vector<kit::LogLine> lines = good_log(entry);
+        lines.insert(lines.end() - 1, kit::anomaly(entry + ": no place for the " + what));
+        return lines;
+    }
+
     // Nothing was logged and nobody was called.
     void expect_silence()
     {

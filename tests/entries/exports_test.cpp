@@ -148,11 +148,14 @@ TEST_F(Exports, AddSendsTheSourceVolume)
     EXPECT_THAT(session.lines(), ElementsAreArray(good_log("stspi_add_export")));
 }
 
-TEST_F(Exports, AddSendsItsRequestBeforeItNeedsTheRecord)
+TEST_F(Exports, AddSendsItsRequestBeforeItNeedsTheRecordAndSaysThatThereIsNone)
 {
     script("addExportResponse", nfs_element("exportedVolume"));
     EXPECT_EQ(add_export()(&lsu, &source, host.get(), nullptr), 0);
     EXPECT_EQ(service.requests().size(), 1u);
+    EXPECT_THAT(session.lines(), ElementsAreArray(log_without_place("stspi_add_export", "volume")));
+    script("addExportResponse");
+    EXPECT_EQ(add_export()(&lsu, &source, host.get(), nullptr), STS_EPLUGIN);
 }
 
 TEST_F(Exports, AddAndDeleteCheckArgumentsServerAndServiceHandle)

@@ -134,11 +134,14 @@ TEST_F(ImageCatalogue, ListWritesFiveFieldsOfTheNextImage)
     close(list);
 }
 
-TEST_F(ImageCatalogue, ListSurvivesAMissingRecord)
+TEST_F(ImageCatalogue, ListSurvivesAMissingRecordAndSaysSo)
 {
     stsp_list_t* list = open_list();
     script("listImageResponse", image_element("image"));
     EXPECT_EQ(list_image()(list, nullptr), 0);
+    EXPECT_THAT(session.lines(), ElementsAreArray(log_without_place("stspi_list_image", "image")));
+    script("listImageResponse");
+    EXPECT_EQ(list_image()(list, nullptr), STS_EPLUGIN);
     close(list);
 }
 

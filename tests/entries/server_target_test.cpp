@@ -42,6 +42,47 @@ TEST_F(OpenTargetServer, RefusesASourceWithoutAServiceHandleSilently)
     EXPECT_EQ(service_.connections(), 0U);
 }
 
+TEST_F(OpenTargetServer, RefusesANullNameOrCredentialSilently)
+{
+    const ServerHandle source = make_server(session_, service_.url());
+    const Credential credential("abc");
+    const auto entry = open_target_server();
+    stsp_server_t* target = untouched();
+    EXPECT_EQ(entry(source.get(), nullptr, credential.get(), "", &target), 2060001);
+    EXPECT_EQ(entry(source.get(), "Network_X:t", nullptr, "", &target), 2060001);
+    EXPECT_EQ(target, untouched());
+    EXPECT_THAT(session_.lines(), IsEmpty());
+    EXPECT_EQ(service_.connections(), 0U);
+}
+
+TEST_F(OpenTargetServer, RefusesANullPlaceForTheHandleAndSaysSo)
+{
+    const ServerHandle source = make_server(session_, service_.url());
+    EXPECT_EQ(open_target(source.get(), nullptr), 2060001);
+    EXPECT_EQ(open_target_server()(source.get(), nullptr, nullptr, nullptr, nullptr), 2060001);
+    const LogLine told = anomaly("stspi_open_target_server: no place for the handle");
+    EXPECT_THAT(session_.lines(), ElementsAre(told, told));
+    EXPECT_EQ(service_.connections(), 0U);
+}
+
+TEST_F(OpenTargetServer, TestsTheSourceAndItsServiceHandleFirst)
+{
+    const ServerHandle source = make_server(session_, service_.url(), false, nullptr);
+    EXPECT_EQ(open_target_server()(nullptr, nullptr, nullptr, nullptr, nullptr), 2060022);
+    EXPECT_EQ(open_target_server()(source.get(), nullptr, nullptr, nullptr, nullptr), 2060026);
+    EXPECT_THAT(session_.lines(), IsEmpty());
+}
+
+TEST_F(OpenTargetServer, SendsAnEmptyInterfaceForANullOne)
+{
+    const ServerHandle source = make_server(session_, service_.url());
+    service_.script(target_opened());
+    stsp_server_t* target = nullptr;
+    ASSERT_EQ(open_target_server()(source.get(), "Network_X:t", Credential("").get(), nullptr, &target), 0);
+    const ServerHandle owner(target);
+    EXPECT_THAT(service_.request_body(0), testing::HasSubstr("<ns1:interface/></ns1:openTargetServer>"));
+}
+
 TEST_F(OpenTargetServer, SendsTheSourceTheNameTheCredentialAndTheInterface)
 {
     const ServerHandle source = make_server(session_, service_.url(), false, "S");

@@ -335,10 +335,11 @@ TEST_F(SnapshotCatalogue, ValidateRollbackChecksArgumentsServerAndServiceHandle)
     expect_silence();
 }
 
-TEST_F(SnapshotCatalogue, ValidateRollbackSurvivesAMissingOutHandle)
+TEST_F(SnapshotCatalogue, ValidateRollbackSurvivesAMissingOutHandleAndSaysSo)
 {
     const sts_snap_def_v11_t snap = host_snap("snap1");
     const sts_volume_spec_v11_t volume = host_volume(STS_VOLUME_NFS);
     script("validateRollbackResponse", token_element("snapListHandle", "N3"));
     EXPECT_EQ(validate_rollback()(&lsu, &snap, nullptr, &volume, "", 0, nullptr), 0);
+    EXPECT_THAT(session.lines(), ElementsAreArray(log_without_place("stspi_validate_rollback", "handle")));
 }
