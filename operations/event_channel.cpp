@@ -132,6 +132,7 @@ extern "C" int stspi_open_evchannel_v11(const sts_session_def_v7_t* session, con
     if (opened != STS_EOK || !server) return opened;
 
     ServiceCall call(*server, log);
+    call.set_endpoint(text_or_empty(server->endpoint));
     if (const Failure failure = call.secure()) return *failure; // the server stays open on this path
     WireSession sd(*session);
     WireCredential cred(*credential);
@@ -168,7 +169,7 @@ extern "C" int stspi_close_evchannel(stsp_evc_t* channel)
     const EntryLog log(channel->session, "stspi_close_evchannel");
     log.enter();
     // Copies, because both records may be gone before the call is.
-    const std::string endpoint = channel->server->endpoint;
+    const std::string endpoint = text_or_empty(channel->server->endpoint);
     WireChannel evc_handle(channel->token);
     ServiceCall call(log);
     call.set_endpoint(endpoint.c_str());

@@ -1,4 +1,4 @@
-// Texts that a handle owns.
+// Texts that a handle owns. One for which there was no memory is null.
 #ifndef SOAPWRAPPER_OPERATIONS_HANDLE_TEXT_H
 #define SOAPWRAPPER_OPERATIONS_HANDLE_TEXT_H
 
@@ -23,6 +23,12 @@ inline char* allocate_text(const char* text, std::size_t size)
 inline char* allocate_text(const std::string& text)
 {
     return allocate_text(text.c_str(), text.size() + 1);
+}
+
+// For a text that is logged or called. A null URL would lead the runtime to an address of its own.
+inline const char* text_or_empty(const char* text)
+{
+    return text ? text : "";
 }
 
 } // namespace soapwrapper
