@@ -105,6 +105,26 @@ TEST_F(GetServerProp, LeavesFieldsAloneThatTheReplyHasNilOrNot)
     EXPECT_TRUE(record_is_untouched());
 }
 
+TEST_F(GetServerProp, ReadsAsManyCapabilitiesAsTheServiceNamesAndKeepsThoseThatTheRecordHolds)
+{
+    constexpr int kCapabilities = 120'000;
+    const ServerHandle server = make_server(session_, service_.url());
+    std::memset(info_.get(), 0, sizeof *info_);
+    std::string items;
+    std::string listed;
+    for (int i = 0; i < kCapabilities; ++i) {
+        items += element("item", std::to_string(i));
+        listed += (i == 0 ? "" : ",") + std::to_string(i);
+    }
+    service_.script(answer(reply("getServerPropResponse", element("info", element("cap", items)))));
+    EXPECT_EQ(get_server_prop()(server.get(), info_.get()), 0);
+    sts_server_info_v8_t expected{};
+    std::memset(expected.cap, 0xFF, sizeof expected.cap);
+    EXPECT_EQ(std::memcmp(info_.get(), &expected, sizeof expected), 0);
+    ASSERT_EQ(session_.lines().size(), 3U);
+    EXPECT_TRUE(session_.texts()[1] == "set_server_info_from_soap: capabilities = " + listed);
+}
+
 TEST_F(GetServerProp, TellsAnUnreachableServiceByAStatusOfItsOwn)
 {
     const DeadPort port;
