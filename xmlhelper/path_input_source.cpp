@@ -17,7 +17,8 @@ std::string native_path(const char* path, bool is_utf8)
 {
     if (!is_utf8) return path;
     const std::unique_ptr<XMLCh[]> converted(transcodeUtf8ToXml(path));
-    return transcodeXmlToUtf8(converted.get());
+    std::string native = transcodeXmlToUtf8(converted.get());
+    return native == path ? native : std::string();
 }
 
 std::size_t file_size(const std::string& path)

@@ -11,7 +11,8 @@
 namespace Oskelund::Tarnholme::VMware::XMLHelper
 {
 
-// The path as the system takes it: its bytes. Of one that is said to be UTF-8, what isn't becomes empty.
+// The path as the system takes it: its bytes. One that is said to be UTF-8 and isn't becomes empty: its
+// beginning may be the path of another file.
 // Throws std::domain_error if that is too long.
 std::string native_path(const char* path, bool is_utf8);
 

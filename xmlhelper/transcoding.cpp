@@ -15,6 +15,7 @@
 #include <cstring>
 #include <map>
 #include <memory>
+#include <numeric>
 #include <stdexcept>
 
 using namespace xercesc;
@@ -85,8 +86,8 @@ std::size_t checked_length(const char* function, const char* text)
     return length;
 }
 
-// In steps, so that the transcoder's note of each character's width stays small. Nothing is kept of a text
-// that isn't UTF-8: its beginning could pass for another text.
+// In steps, so that the transcoder's note of each character's width stays small. The result is all zeros
+// beforehand: of a text that isn't UTF-8 it keeps what stands ahead of the first bad byte.
 void decode(XMLTranscoder& transcoder, const char* text, std::size_t length, XMLCh* result)
 {
     unsigned char widths[kDecodingStep];
@@ -96,16 +97,17 @@ void decode(XMLTranscoder& transcoder, const char* text, std::size_t length, XML
     try {
         while (read < length) {
             XMLSize_t eaten = 0;
-            written += transcoder.transcodeFrom(bytes + read, length - read, result + written,
-                                                std::min(kDecodingStep, length - written), eaten, widths);
-            if (eaten == 0) { // half a character at the end
-                *result = 0;
-                return;
-            }
+            const XMLSize_t count =
+                transcoder.transcodeFrom(bytes + read, length - read, result + written,
+                                         std::min(kDecodingStep, length - written), eaten, widths);
+            // Nothing is eaten of half a character at the end, and more than was written of a character
+            // beyond Unicode.
+            if (eaten == 0 || std::accumulate(widths, widths + count, std::size_t{0}) != eaten) return;
             read += eaten;
+            written += count;
         }
     } catch (const XMLException&) {
-        *result = 0;
+        return;
     }
 }
 

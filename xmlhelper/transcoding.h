@@ -26,8 +26,8 @@ xercesc::XMLTranscoder* getUtf8Transcoder();
 // Throws std::domain_error for a text that is too long.
 std::string transcodeXmlToUtf8(const XMLCh* text);
 
-// A new array, the caller's to delete[]; null for null. Text that isn't UTF-8 gives an empty array. Throws
-// std::domain_error for a text that is too long.
+// A new array, the caller's to delete[]; null for null. Of text that isn't UTF-8 it holds what stands ahead
+// of the first bad byte. Throws std::domain_error for a text that is too long.
 XMLCh* transcodeUtf8ToXml(const char* text);
 
 // The name of an element or an attribute. The array is the tag cache's and lives as long as the library.

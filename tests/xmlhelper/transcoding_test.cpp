@@ -131,14 +131,24 @@ TEST(TranscodeUtf8ToXml, KeepsCharactersWholeAtEveryOffset)
     }
 }
 
-TEST(TranscodeUtf8ToXml, GivesAnEmptyArrayForTextThatIsNotUtf8)
+TEST(TranscodeUtf8ToXml, KeepsWhatStandsAheadOfTheFirstByteThatIsNotUtf8)
 {
-    EXPECT_EQ(units("name\xFF"), u"");
-    EXPECT_EQ(units("name\xC3("), u"");
-    EXPECT_EQ(units("\x80"), u"");
-    EXPECT_EQ(units("name\xC3"), u"");
-    EXPECT_EQ(units("name\xF0\x9F\x98"), u"");
-    EXPECT_EQ(units(text_of_length(5000) + "\xFF"), u"");
+    for (const std::string bad :
+         {"\xFF", "\xC3(", "\x80", "\xC3", "\xF0\x9F\x98", "\xC0\x80", "\xED\xA0\x80", "\xE0\x80\x80",
+          "\xF0\x80\x80\x80", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xF8\x88\x80\x80\x80"}) {
+        for (const std::string behind : {"", "tail"}) {
+            EXPECT_EQ(units(bad + behind), u"");
+            EXPECT_EQ(units("n\xC3\xA4me\xF0\x9F\x98\x80" + bad + behind), u"n\u00e4me\U0001F600") << bad;
+            for (const std::size_t ahead : {31U, 32U, 33U, 34U, 1023U, 1024U, 5000U}) {
+                EXPECT_EQ(units(text_of_length(ahead) + bad + behind), repeated(ahead, u'x')) << bad << ahead;
+            }
+        }
+    }
+}
+
+TEST(TranscodeUtf8TagToXmlTag, KeepsWhatStandsAheadOfTheFirstByteThatIsNotUtf8)
+{
+    EXPECT_EQ(std::basic_string<XMLCh>(transcodeUtf8TagToXmlTag("name\xFFtail")), u"name");
 }
 
 TEST(Transcoding, RestoresATextOfEveryLengthUpTo300)
