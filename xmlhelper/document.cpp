@@ -3,6 +3,7 @@
 #include "xmlhelper/exception_text.h"
 #include "xmlhelper/node.h"
 #include "xmlhelper/node_list.h"
+#include "xmlhelper/parse_memory.h"
 #include "xmlhelper/platform.h"
 #include "xmlhelper/text_node.h"
 #include "xmlhelper/tree_walk.h"
@@ -110,6 +111,7 @@ void THXMLDocument::discard()
     root_.reset();
     if (document_) document_->release();
     document_ = nullptr;
+    memory_.reset();
 }
 
 XMLDocumentStatus THXMLDocument::addProcessingInstruction(THSupportedXmlEncoding encoding)

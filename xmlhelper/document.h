@@ -21,6 +21,7 @@ XERCES_CPP_NAMESPACE_END
 namespace Oskelund::Tarnholme::VMware::XMLHelper
 {
 
+class MemoryRing;
 class XMLDocNode;
 class XMLNodeList;
 class XMLTextNode;
@@ -93,6 +94,7 @@ class THXMLDocument
     void write(xercesc::XMLFormatTarget& target, bool is_pretty, bool keeps_declaration);
 
     xercesc::DOMDocument* document_ = nullptr;
+    std::unique_ptr<MemoryRing> memory_; // what a parsed document stands in
     std::unique_ptr<XMLDocNode> root_;
     THSupportedXmlEncoding encoding_;
     std::string error_text_;

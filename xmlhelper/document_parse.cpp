@@ -50,7 +50,7 @@ XMLDocumentStatus THXMLDocument::read(std::size_t size, ParseWith parse_with)
     ParseBudget budget(size);
     try {
         ValidatingHandler handler(level_);
-        GuardedParser parser(budget, schema_location_, level_ != VALIDATION_IGNORE_ERRORS);
+        GuardedParser parser(budget);
         configureParser(parser, handler, schema_location_);
         parser.restrict_to_document();
         parse_with(parser);
@@ -60,7 +60,7 @@ XMLDocumentStatus THXMLDocument::read(std::size_t size, ParseWith parse_with)
         return XML_DOC_PARSE_FAILED;
     }
     if (!document_) return XML_DOC_PARSE_FAILED;
-    budget.keep();
+    memory_ = budget.keep();
     if (DOMElement* root = document_->getDocumentElement()) root_ = std::make_unique<XMLDocNode>(this, root);
     return XML_DOC_OK;
 }

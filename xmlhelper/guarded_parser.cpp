@@ -1,6 +1,5 @@
 #include "xmlhelper/guarded_parser.h"
 
-#include "xmlhelper/exception_text.h"
 #include "xmlhelper/metered_source.h"
 #include "xmlhelper/tree_walk.h"
 
@@ -24,21 +23,18 @@ constexpr XMLSize_t kMaxParameterEntity = 1024; // its text isn't metered, and m
 InputSource* CallersSchemaOnly::resolveEntity(XMLResourceIdentifier* resource)
 {
     switch (resource->getResourceIdentifierType()) {
+    case XMLResourceIdentifier::SchemaGrammar: // the caller's: those that the document names aren't loaded
     case XMLResourceIdentifier::SchemaImport:
     case XMLResourceIdentifier::SchemaInclude:
     case XMLResourceIdentifier::SchemaRedefine:
         return nullptr; // as the parser does by itself
-    case XMLResourceIdentifier::SchemaGrammar:
-        if (utf8_or_empty(resource->getSystemId()) == schema_location_) return nullptr;
-        throw ParseRefused("a schema that the document names is not fetched");
     default:
+        unread_.leave_out_entity();
         return new MemBufInputSource(reinterpret_cast<const XMLByte*>(""), 0, "");
     }
 }
 
-GuardedParser::GuardedParser(ParseBudget& budget, const std::string& schema_location, bool needs_declarations)
-    : XercesDOMParser(nullptr, parse_memory()), budget_(budget), resolver_(schema_location),
-      has_schema_(!schema_location.empty()), needs_declarations_(needs_declarations || has_schema_)
+GuardedParser::GuardedParser(ParseBudget& budget) : XercesDOMParser(nullptr, parse_memory()), budget_(budget)
 {
     security_.setEntityExpansionLimit(kMaxEntityExpansions);
 }
@@ -48,12 +44,15 @@ void GuardedParser::restrict_to_document()
     setXMLEntityResolver(&resolver_);
     setSecurityManager(&security_);
     setLoadExternalDTD(false);
-    setLoadSchema(has_schema_);
+    setLoadSchema(false); // but for the caller's, which is loaded regardless
     setDoXInclude(false);
+    knows_schemas_ = getDoSchema();
+    are_violations_fatal_ = getValidationConstraintFatal();
 }
 
 void GuardedParser::parse_within_bounds(const InputSource& source)
 {
+    system_id_ = source.getSystemId();
     parse(MeteredSource(source, budget_, in_prolog_));
     budget_.check();
 }
@@ -71,7 +70,10 @@ void GuardedParser::startElement(const XMLElementDecl& declaration, unsigned int
     in_prolog_ = false;
     budget_.end_declarations();
     if (attribute_count > kMaxAttributes) throw ParseRefused("an element has too many attributes");
+    if (knows_schemas_) note_schemas(attributes, attribute_count);
+    settle_start_tag(uri);
     descend();
+    ++element_depth_;
     XercesDOMParser::startElement(declaration, uri, prefix, attributes, attribute_count, is_empty, is_root);
 }
 
@@ -79,12 +81,14 @@ void GuardedParser::endElement(const XMLElementDecl& declaration, unsigned int u
                                const XMLCh* prefix)
 {
     --depth_;
+    unread_.end_element(element_depth_--);
     XercesDOMParser::endElement(declaration, uri, is_root, prefix);
 }
 
 void GuardedParser::startEntityReference(const XMLEntityDecl& declaration)
 {
     descend();
+    if (declaration.isExternal()) unread_.leave_out_content(element_depth_);
     XercesDOMParser::startEntityReference(declaration);
 }
 
@@ -103,13 +107,7 @@ void GuardedParser::begin_declaration()
 void GuardedParser::doctypeDecl(const DTDElementDecl& root, const XMLCh* public_id, const XMLCh* system_id,
                                 bool has_internal_subset, bool has_external_subset)
 {
-    if (has_external_subset) {
-        if (needs_declarations_) {
-            throw ParseRefused("declarations that the document keeps elsewhere are not fetched");
-        }
-        // The parser fetches them as long as it validates, even where it is told not to.
-        setValidationScheme(Val_Never);
-    }
+    unread_.begin_type(has_internal_subset, has_external_subset);
     begin_declaration();
     XercesDOMParser::doctypeDecl(root, public_id, system_id, has_internal_subset, has_external_subset);
 }
@@ -152,6 +150,7 @@ void GuardedParser::endIntSubset()
 {
     XercesDOMParser::endIntSubset();
     budget_.end_declarations();
+    unread_.end_internal_subset();
 }
 
 } // namespace Oskelund::Tarnholme::VMware::XMLHelper

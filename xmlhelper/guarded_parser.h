@@ -3,11 +3,13 @@
 #define SOAPWRAPPER_XMLHELPER_GUARDED_PARSER_H
 
 #include "xmlhelper/parse_memory.h"
+#include "xmlhelper/unread_parts.h"
 
 #include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLEntityResolver.hpp>
 
+#include <optional>
 #include <string>
 
 namespace Oskelund::Tarnholme::VMware::XMLHelper
@@ -18,19 +20,29 @@ namespace Oskelund::Tarnholme::VMware::XMLHelper
 class CallersSchemaOnly : public xercesc::XMLEntityResolver
 {
   public:
-    explicit CallersSchemaOnly(const std::string& schema_location) : schema_location_(schema_location) {}
+    explicit CallersSchemaOnly(UnreadParts& unread) : unread_(unread) {}
     xercesc::InputSource* resolveEntity(xercesc::XMLResourceIdentifier* resource) override;
 
   private:
-    const std::string& schema_location_;
+    UnreadParts& unread_;
+};
+
+// What the parser says of an error.
+struct Complaint {
+    unsigned int code;
+    const XMLCh* domain;
+    xercesc::XMLErrorReporter::ErrTypes type;
+    std::u16string text;
+    std::u16string system_id;
+    std::u16string public_id;
+    XMLFileLoc line;
+    XMLFileLoc column;
 };
 
 class GuardedParser : public xercesc::XercesDOMParser
 {
   public:
-    // `needs_declarations`: a document that keeps its declarations elsewhere is refused. Otherwise it is read
-    // without validation. The schema location is borrowed.
-    GuardedParser(ParseBudget& budget, const std::string& schema_location, bool needs_declarations);
+    explicit GuardedParser(ParseBudget& budget);
 
     // Behind configureParser: what keeps the document from reaching out.
     void restrict_to_document();
@@ -54,17 +66,33 @@ class GuardedParser : public xercesc::XercesDOMParser
     void notationDecl(const xercesc::XMLNotationDecl& declaration, bool is_ignored) override;
     void endIntSubset() override;
 
+    void error(unsigned int code, const XMLCh* domain, xercesc::XMLErrorReporter::ErrTypes type,
+               const XMLCh* text, const XMLCh* system_id, const XMLCh* public_id, XMLFileLoc line,
+               XMLFileLoc column) override;
+
   private:
     void descend();
     void begin_declaration();
+    bool is_under_callers_schema() const;
+    bool is_violation_of_document(const XMLCh* domain, const XMLCh* system_id) const;
+    bool excuse(xercesc::XMLValid::Codes violation);
+    void note_schemas(const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count);
+    void settle_start_tag(unsigned int uri);
+    void report(const Complaint& complaint);
+    void report_violation_of_start_tag();
 
     ParseBudget& budget_;
-    CallersSchemaOnly resolver_;
+    UnreadParts unread_;
+    CallersSchemaOnly resolver_{unread_};
     xercesc::SecurityManager security_;
-    const bool has_schema_;
-    const bool needs_declarations_;
     std::size_t depth_ = 0;
+    std::size_t element_depth_ = 0;
     bool in_prolog_ = true;
+    bool knows_schemas_ = false;
+    bool are_violations_fatal_ = false;
+    const XMLCh* system_id_ = nullptr;
+    // A start tag comes to be known behind what is wrong with it.
+    std::optional<Complaint> violation_of_start_tag_;
 };
 
 } // namespace Oskelund::Tarnholme::VMware::XMLHelper

@@ -7,6 +7,7 @@
 #include <exception>
 #include <limits>
 #include <new>
+#include <utility>
 
 using namespace xercesc;
 
@@ -24,14 +25,6 @@ constexpr std::size_t kMaxLargeBlocks = 100'000;
 constexpr std::size_t kMaxDeclaration = 256 * 1024;
 
 thread_local ParseBudget* t_budget = nullptr;
-
-void link(MemoryBlock* block, MemoryBlock* ring)
-{
-    block->previous = ring;
-    block->next = ring->next;
-    ring->next->previous = block;
-    ring->next = block;
-}
 
 void unlink(const MemoryBlock* block)
 {
@@ -74,9 +67,25 @@ std::size_t memory_limit(std::size_t document_size)
 
 } // namespace
 
+MemoryRing::~MemoryRing()
+{
+    for (MemoryBlock* block = head_.next; block != &head_;) {
+        MemoryBlock* next = block->next;
+        std::free(block);
+        block = next;
+    }
+}
+
+void MemoryRing::add(MemoryBlock* block)
+{
+    block->previous = &head_;
+    block->next = head_.next;
+    head_.next->previous = block;
+    head_.next = block;
+}
+
 ParseBudget::ParseBudget(std::size_t document_size)
-    : outer_(t_budget), memory_limit_(memory_limit(document_size)),
-      exceptions_(std::uncaught_exceptions()), ring_{&ring_, &ring_, 0}
+    : outer_(t_budget), memory_limit_(memory_limit(document_size)), exceptions_(std::uncaught_exceptions())
 {
     t_budget = this;
 }
@@ -84,17 +93,11 @@ ParseBudget::ParseBudget(std::size_t document_size)
 ParseBudget::~ParseBudget()
 {
     t_budget = outer_;
-    for (MemoryBlock* block = ring_.next; block != &ring_;) {
-        MemoryBlock* next = block->next;
-        std::free(block);
-        block = next;
-    }
 }
 
-void ParseBudget::keep()
+std::unique_ptr<MemoryRing> ParseBudget::keep()
 {
-    unlink(&ring_);
-    ring_.previous = ring_.next = &ring_;
+    return std::exchange(ring_, std::make_unique<MemoryRing>());
 }
 
 void ParseBudget::begin_declaration()
@@ -122,7 +125,7 @@ void ParseBudget::refuse_large(std::size_t size)
 
 void ParseBudget::charge(MemoryBlock* block)
 {
-    link(block, &ring_);
+    ring_->add(block);
     memory_ += block->size;
     if (memory_ > memory_limit_) excess_ = "the document needs too much memory";
     if (in_declaration_ && block->size < kLargeBlock) {

@@ -6,6 +6,7 @@
 #include <xercesc/framework/MemoryManager.hpp>
 
 #include <cstddef>
+#include <memory>
 #include <stdexcept>
 
 namespace Oskelund::Tarnholme::VMware::XMLHelper
@@ -25,18 +26,34 @@ struct alignas(std::max_align_t) MemoryBlock {
     std::size_t size;
 };
 
+// The blocks of one parse that haven't been given back. The rest goes with the object: the parser doesn't
+// clean up everything, neither when it is interrupted nor, of some documents, when it isn't.
+class MemoryRing
+{
+  public:
+    MemoryRing() : head_{&head_, &head_, 0} {}
+    ~MemoryRing();
+    MemoryRing(const MemoryRing&) = delete;
+    MemoryRing& operator=(const MemoryRing&) = delete;
+
+    void add(MemoryBlock* block);
+
+  private:
+    MemoryBlock head_;
+};
+
 // Counts what the thread takes from parse_memory() while the object lives.
 class ParseBudget
 {
   public:
     explicit ParseBudget(std::size_t document_size);
-    // Gives back whatever is left, unless it was kept: an interrupted parser doesn't clean up everything.
+    // Gives back whatever is left, unless it was kept.
     ~ParseBudget();
     ParseBudget(const ParseBudget&) = delete;
     ParseBudget& operator=(const ParseBudget&) = delete;
 
-    // What is left is a document's now.
-    void keep();
+    // What is left is a document's now, to go after it.
+    std::unique_ptr<MemoryRing> keep();
 
     // The document type's declarations begin, another one begins, or they are behind us. The parser follows
     // the content model of an element with a call for each of its parts.
@@ -54,7 +71,7 @@ class ParseBudget
     ParseBudget* const outer_;
     const std::size_t memory_limit_;
     const int exceptions_;
-    MemoryBlock ring_;
+    std::unique_ptr<MemoryRing> ring_ = std::make_unique<MemoryRing>();
     std::size_t memory_ = 0;
     std::size_t large_blocks_ = 0;
     std::size_t declaration_ = 0;

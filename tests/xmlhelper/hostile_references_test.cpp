@@ -108,18 +108,23 @@ TEST_F(Fetching, ReadsADocumentWithoutTheDeclarationsThatItKeepsElsewhere)
     EXPECT_NE(OwnedNode(document->selectSingleNode("r/b")), nullptr);
 }
 
-TEST_F(Fetching, RefusesADocumentThatKeepsDeclarationsElsewhereWhereItIsToBeValidated)
+TEST_F(Fetching, ReadsADocumentThatKeepsDeclarationsElsewhereAtEveryLevel)
 {
-    const std::string text = "<!DOCTYPE r SYSTEM '" + port_.url("x.dtd") + "'><r>no number</r>";
-    for (const auto level : {VALIDATION_FATAL_ERRORS, VALIDATION_FATAL_WARNINGS, VALIDATION_NO_SCHEMA}) {
-        XMLDocumentStatus status = XML_DOC_OK;
-        THXMLDocument document(&status, false, level, "");
-        EXPECT_EQ(document.parse(text, ""), XML_DOC_PARSE_FAILED) << level;
+    const std::string schema = folder_.write("s.xsd", schema_of("xs:int"));
+    for (const auto level : kLevels) {
+        for (const std::string& callers : {std::string(), schema}) {
+            XMLDocumentStatus status = XML_DOC_OK;
+            THXMLDocument document(&status, false, level, callers);
+            EXPECT_EQ(document.parse("<!DOCTYPE r SYSTEM '" + port_.url("x.dtd") + "'><r>42</r>", ""),
+                      XML_DOC_OK)
+                << level << document.get_errorText();
+        }
     }
     XMLDocumentStatus status = XML_DOC_OK;
-    THXMLDocument document(&status, false, VALIDATION_IGNORE_ERRORS,
-                           folder_.write("s.xsd", schema_of("xs:int")));
-    EXPECT_EQ(document.parse(text, ""), XML_DOC_PARSE_FAILED);
+    THXMLDocument document(&status, false, VALIDATION_FATAL_ERRORS, schema);
+    EXPECT_EQ(document.parse("<!DOCTYPE r SYSTEM '" + port_.url("x.dtd") + "'><r>no number</r>", ""),
+              XML_DOC_PARSE_FAILED);
+    EXPECT_FALSE(port_.was_touched());
 }
 
 TEST_F(Fetching, ReadsADocumentWithoutTheSchemaThatItNames)
@@ -133,17 +138,22 @@ TEST_F(Fetching, ReadsADocumentWithoutTheSchemaThatItNames)
     }
 }
 
-TEST_F(Fetching, RefusesADocumentThatNamesASchemaBesideTheCallers)
+TEST_F(Fetching, ReadsADocumentThatNamesASchemaBesideTheCallers)
 {
-    XMLDocumentStatus status = XML_DOC_OK;
-    THXMLDocument document(&status, false, VALIDATION_IGNORE_ERRORS,
-                           folder_.write("s.xsd", schema_of("xs:int")));
-    EXPECT_EQ(document.parse("<r xmlns='u' " + std::string(kInstance) + " xsi:schemaLocation='u " +
-                                 port_.url("x.xsd") + "'>t</r>",
-                             ""),
-              XML_DOC_PARSE_FAILED);
-    EXPECT_THAT(document.get_errorText(),
-                testing::HasSubstr("a schema that the document names is not fetched"));
+    const std::string schema = folder_.write("s.xsd", schema_of("xs:int"));
+    for (const auto level : kLevels) {
+        XMLDocumentStatus status = XML_DOC_OK;
+        THXMLDocument document(&status, false, level, schema);
+        EXPECT_EQ(document.parse("<r xmlns='u' " + std::string(kInstance) + " xsi:schemaLocation='u " +
+                                     port_.url("x.xsd") + "'>t</r>",
+                                 ""),
+                  XML_DOC_OK)
+            << level << document.get_errorText();
+        const OwnedNode root(document.get_root());
+        ASSERT_NE(root, nullptr) << level;
+        EXPECT_EQ(root->get_text(), "t") << level;
+    }
+    EXPECT_FALSE(port_.was_touched());
 }
 
 TEST_F(Fetching, ReadsAnExternalEntityAsEmpty)

@@ -45,17 +45,18 @@ TEST(ParseBudget, ReturnsWhatWasNotKept)
 
 TEST(ParseBudget, LeavesWhatWasKeptToItsOwner)
 {
-    std::vector<void*> kept;
+    std::vector<std::unique_ptr<MemoryRing>> kept;
+    void* given_back_late = nullptr;
     {
         ParseBudget budget(0);
-        for (int i = 0; i < 10; ++i) kept.push_back(parse_memory()->allocate(100));
-        parse_memory()->deallocate(kept.back());
-        kept.pop_back();
-        budget.keep();
-        kept.push_back(parse_memory()->allocate(100));
-        budget.keep();
+        given_back_late = parse_memory()->allocate(100);
+        parse_memory()->deallocate(parse_memory()->allocate(100));
+        EXPECT_NE(parse_memory()->allocate(100), nullptr); // never given back: the ring does that
+        kept.push_back(budget.keep());
+        EXPECT_NE(parse_memory()->allocate(100), nullptr);
+        kept.push_back(budget.keep());
     }
-    for (void* memory : kept) parse_memory()->deallocate(memory);
+    parse_memory()->deallocate(given_back_late);
 }
 
 TEST(ParseBudget, RefusesALargeBlockPastTheLimit)
