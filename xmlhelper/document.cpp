@@ -138,7 +138,7 @@ XMLDocumentStatus THXMLDocument::setRoot(XMLDocNode* node)
 XMLDocNode* THXMLDocument::importNode(XMLDocNode* node, bool is_deep)
 {
     if (!document_ || !node || !node->get_domNode()) return nullptr;
-    if (is_deep && is_deeper_than(node->get_domNode(), kMaxDepth)) {
+    if (is_deep && is_deeper_than(node->get_domNode(), kMaxWrittenDepth)) {
         error_text_ = "THXMLDocument::importNode: the node is nested too deep";
         return nullptr;
     }

@@ -3,6 +3,7 @@
 #ifndef SOAPWRAPPER_XMLHELPER_DOCUMENT_H
 #define SOAPWRAPPER_XMLHELPER_DOCUMENT_H
 
+#include "xmlhelper/document_bounds.h"
 #include "xmlhelper/xml_status.h"
 
 #include <xercesc/util/XercesDefs.hpp>
@@ -26,10 +27,10 @@ class XMLDocNode;
 class XMLNodeList;
 class XMLTextNode;
 
-// Reading refuses, with XML_DOC_PARSE_FAILED, what would cost far more than its size: elements and entities
-// nested more than 1000 deep, more than 512 attributes of one element, more than 50,000 expansions of
-// entities, declarations of some 400 parts. Nothing is fetched but the schema that the caller names. Writing
-// and copying refuse a tree that is more than 1000 deep.
+// Reading refuses, with XML_DOC_PARSE_FAILED, what document_bounds.h tells, all of it and no more, beside
+// what is no XML. Nothing is fetched but the schema that the caller names: what a document keeps elsewhere is
+// missing, and it isn't refused for that. Writing and copying refuse a tree of more than kMaxWrittenDepth
+// levels.
 class THXMLDocument
 {
   public:

@@ -78,7 +78,8 @@ XMLDocumentStatus THXMLDocument::save(const char* path, bool is_pretty, bool pat
     if (!document_ || !path) return XML_DOC_SAVE_FAILED;
     try {
         // Ahead of the target, which empties the file.
-        if (is_deeper_than(document_, kMaxDepth)) throw std::runtime_error("the document is nested too deep");
+        if (is_deeper_than(document_, kMaxWrittenDepth))
+            throw std::runtime_error("the document is nested too deep");
         FileTarget target(native_path(path, path_is_utf8));
         write(target, is_pretty, true);
     } catch (...) {
@@ -92,7 +93,8 @@ XMLDocumentStatus THXMLDocument::serialize(std::string& text, bool is_pretty, bo
 {
     if (!document_) return XML_DOC_SERIALIZE_FAILED;
     try {
-        if (is_deeper_than(document_, kMaxDepth)) throw std::runtime_error("the document is nested too deep");
+        if (is_deeper_than(document_, kMaxWrittenDepth))
+            throw std::runtime_error("the document is nested too deep");
         MemBufFormatTarget target(kInitialCapacity);
         write(target, is_pretty, keeps_declaration);
         text.assign(reinterpret_cast<const char*>(target.getRawBuffer()), target.getLen());

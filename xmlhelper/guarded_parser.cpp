@@ -1,25 +1,21 @@
 #include "xmlhelper/guarded_parser.h"
 
+#include "xmlhelper/content_model.h"
+#include "xmlhelper/document_bounds.h"
 #include "xmlhelper/metered_source.h"
-#include "xmlhelper/tree_walk.h"
 
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/util/XMLResourceIdentifier.hpp>
+#include <xercesc/validators/DTD/DTDAttDef.hpp>
+#include <xercesc/validators/DTD/DTDElementDecl.hpp>
 #include <xercesc/validators/DTD/DTDEntityDecl.hpp>
+
+#include <algorithm>
 
 using namespace xercesc;
 
 namespace Oskelund::Tarnholme::VMware::XMLHelper
 {
-namespace
-{
-
-constexpr std::size_t kMaxAttributes = 512;
-constexpr std::size_t kMaxEntityExpansions = 50'000;
-constexpr XMLSize_t kMaxParameterEntity = 1024; // its text isn't metered, and may hold a declaration
-
-} // namespace
-
 InputSource* CallersSchemaOnly::resolveEntity(XMLResourceIdentifier* resource)
 {
     switch (resource->getResourceIdentifierType()) {
@@ -36,7 +32,7 @@ InputSource* CallersSchemaOnly::resolveEntity(XMLResourceIdentifier* resource)
 
 GuardedParser::GuardedParser(ParseBudget& budget) : XercesDOMParser(nullptr, parse_memory()), budget_(budget)
 {
-    security_.setEntityExpansionLimit(kMaxEntityExpansions);
+    security_.setEntityExpansionLimit(budget.max_entity_expansions());
 }
 
 void GuardedParser::restrict_to_document()
@@ -53,23 +49,24 @@ void GuardedParser::restrict_to_document()
 void GuardedParser::parse_within_bounds(const InputSource& source)
 {
     system_id_ = source.getSystemId();
-    parse(MeteredSource(source, budget_, in_prolog_));
+    parse(MeteredSource(source, budget_));
     budget_.check();
 }
 
 void GuardedParser::descend()
 {
     budget_.check();
-    if (++depth_ > kMaxDepth) throw ParseRefused("the document is nested too deep");
+    const bool is_too_deep = in_entities_ != 0 && depth_ - entity_begin_ >= kMaxEntityDepth;
+    if (++depth_ > kMaxDepth || is_too_deep) throw ParseRefused("the document is nested too deep");
 }
 
 void GuardedParser::startElement(const XMLElementDecl& declaration, unsigned int uri, const XMLCh* prefix,
                                  const RefVectorOf<XMLAttr>& attributes, XMLSize_t attribute_count,
                                  bool is_empty, bool is_root)
 {
-    in_prolog_ = false;
-    budget_.end_declarations();
     if (attribute_count > kMaxAttributes) throw ParseRefused("an element has too many attributes");
+    element_names_ = std::max<std::uint64_t>(element_names_, declaration.getId());
+    budget_.spend(depth_ + std::uint64_t{attribute_count} * attribute_count + element_names_ / 8);
     if (knows_schemas_) note_schemas(attributes, attribute_count);
     settle_start_tag(uri);
     descend();
@@ -87,6 +84,7 @@ void GuardedParser::endElement(const XMLElementDecl& declaration, unsigned int u
 
 void GuardedParser::startEntityReference(const XMLEntityDecl& declaration)
 {
+    if (in_entities_++ == 0) entity_begin_ = depth_;
     descend();
     if (declaration.isExternal()) unread_.leave_out_content(element_depth_);
     XercesDOMParser::startEntityReference(declaration);
@@ -95,61 +93,56 @@ void GuardedParser::startEntityReference(const XMLEntityDecl& declaration)
 void GuardedParser::endEntityReference(const XMLEntityDecl& declaration)
 {
     --depth_;
+    --in_entities_;
     XercesDOMParser::endEntityReference(declaration);
-}
-
-void GuardedParser::begin_declaration()
-{
-    budget_.check();
-    budget_.begin_declaration();
 }
 
 void GuardedParser::doctypeDecl(const DTDElementDecl& root, const XMLCh* public_id, const XMLCh* system_id,
                                 bool has_internal_subset, bool has_external_subset)
 {
     unread_.begin_type(has_internal_subset, has_external_subset);
-    begin_declaration();
     XercesDOMParser::doctypeDecl(root, public_id, system_id, has_internal_subset, has_external_subset);
 }
 
 void GuardedParser::elementDecl(const DTDElementDecl& declaration, bool is_ignored)
 {
+    budget_.check();
+    if (is_model_too_large(declaration)) throw ParseRefused("a declaration of the document is too long");
     XercesDOMParser::elementDecl(declaration, is_ignored);
-    begin_declaration();
 }
 
 void GuardedParser::attDef(const DTDElementDecl& element, const DTDAttDef& attribute, bool is_ignored)
 {
+    budget_.check();
+    const std::uint64_t count = element.getAttDefList().getAttDefCount();
+    const std::uint64_t values = listed_values(attribute.getEnumeration());
+    if (count > kMaxAttributes) throw ParseRefused("an element has too many attributes");
+    if (values > kMaxListedValues) throw ParseRefused("a declaration of the document is too long");
+    budget_.spend(2 * count + values * values);
     XercesDOMParser::attDef(element, attribute, is_ignored);
-    begin_declaration();
 }
 
 void GuardedParser::endAttList(const DTDElementDecl& element)
 {
-    budget_.end_declarations(); // the defaults of all of them become nodes
     XercesDOMParser::endAttList(element);
-    begin_declaration();
+    budget_.check();
 }
 
 void GuardedParser::entityDecl(const DTDEntityDecl& declaration, bool is_parameter, bool is_ignored)
 {
-    if (is_parameter && declaration.getValueLen() > kMaxParameterEntity) {
-        throw ParseRefused("a parameter entity of the document is too long");
-    }
+    budget_.check();
     XercesDOMParser::entityDecl(declaration, is_parameter, is_ignored);
-    begin_declaration();
 }
 
 void GuardedParser::notationDecl(const XMLNotationDecl& declaration, bool is_ignored)
 {
+    budget_.check();
     XercesDOMParser::notationDecl(declaration, is_ignored);
-    begin_declaration();
 }
 
 void GuardedParser::endIntSubset()
 {
     XercesDOMParser::endIntSubset();
-    budget_.end_declarations();
     unread_.end_internal_subset();
 }
 

@@ -9,6 +9,7 @@
 #include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLEntityResolver.hpp>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -72,7 +73,6 @@ class GuardedParser : public xercesc::XercesDOMParser
 
   private:
     void descend();
-    void begin_declaration();
     bool is_under_callers_schema() const;
     bool is_violation_of_document(const XMLCh* domain, const XMLCh* system_id) const;
     bool excuse(xercesc::XMLValid::Codes violation);
@@ -87,7 +87,9 @@ class GuardedParser : public xercesc::XercesDOMParser
     xercesc::SecurityManager security_;
     std::size_t depth_ = 0;
     std::size_t element_depth_ = 0;
-    bool in_prolog_ = true;
+    std::size_t in_entities_ = 0;
+    std::size_t entity_begin_ = 0; // how deep the outermost of them is
+    std::uint64_t element_names_ = 0;
     bool knows_schemas_ = false;
     bool are_violations_fatal_ = false;
     const XMLCh* system_id_ = nullptr;

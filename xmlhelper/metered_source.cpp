@@ -2,7 +2,6 @@
 
 #include <xercesc/util/BinInputStream.hpp>
 
-#include <algorithm>
 #include <memory>
 
 using namespace xercesc;
@@ -12,14 +11,11 @@ namespace Oskelund::Tarnholme::VMware::XMLHelper
 namespace
 {
 
-constexpr XMLSize_t kFirstPiece = 2048; // holds the XML declaration in any encoding
-constexpr XMLSize_t kPiece = 1024;
-
 class MeteredStream : public BinInputStream
 {
   public:
-    MeteredStream(std::unique_ptr<BinInputStream> stream, const ParseBudget& budget, const bool& in_prolog)
-        : stream_(std::move(stream)), budget_(budget), in_prolog_(in_prolog)
+    MeteredStream(std::unique_ptr<BinInputStream> stream, const ParseBudget& budget)
+        : stream_(std::move(stream)), budget_(budget)
     {
     }
 
@@ -30,20 +26,18 @@ class MeteredStream : public BinInputStream
     XMLSize_t readBytes(XMLByte* destination, XMLSize_t size) override
     {
         budget_.check();
-        if (in_prolog_) size = std::min(size, stream_->curPos() == 0 ? kFirstPiece : kPiece);
         return stream_->readBytes(destination, size);
     }
 
   private:
     std::unique_ptr<BinInputStream> stream_;
     const ParseBudget& budget_;
-    const bool& in_prolog_;
 };
 
 } // namespace
 
-MeteredSource::MeteredSource(const InputSource& source, const ParseBudget& budget, const bool& in_prolog)
-    : source_(source), budget_(budget), in_prolog_(in_prolog)
+MeteredSource::MeteredSource(const InputSource& source, const ParseBudget& budget)
+    : source_(source), budget_(budget)
 {
     setSystemId(source.getSystemId());
     setEncoding(source.getEncoding());
@@ -52,7 +46,7 @@ MeteredSource::MeteredSource(const InputSource& source, const ParseBudget& budge
 BinInputStream* MeteredSource::makeStream() const
 {
     std::unique_ptr<BinInputStream> stream(source_.makeStream());
-    return stream ? new MeteredStream(std::move(stream), budget_, in_prolog_) : nullptr;
+    return stream ? new MeteredStream(std::move(stream), budget_) : nullptr;
 }
 
 } // namespace Oskelund::Tarnholme::VMware::XMLHelper

@@ -1,4 +1,4 @@
-// An input source that is read in small pieces as long as declarations may come, and never past a bound.
+// An input source that isn't read any further once a bound is passed.
 #ifndef SOAPWRAPPER_XMLHELPER_METERED_SOURCE_H
 #define SOAPWRAPPER_XMLHELPER_METERED_SOURCE_H
 
@@ -12,14 +12,13 @@ namespace Oskelund::Tarnholme::VMware::XMLHelper
 class MeteredSource : public xercesc::InputSource
 {
   public:
-    // All of it is borrowed; `in_prolog` becomes false at the first element.
-    MeteredSource(const xercesc::InputSource& source, const ParseBudget& budget, const bool& in_prolog);
+    // Both are borrowed.
+    MeteredSource(const xercesc::InputSource& source, const ParseBudget& budget);
     xercesc::BinInputStream* makeStream() const override;
 
   private:
     const xercesc::InputSource& source_;
     const ParseBudget& budget_;
-    const bool& in_prolog_;
 };
 
 } // namespace Oskelund::Tarnholme::VMware::XMLHelper

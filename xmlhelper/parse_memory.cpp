@@ -1,5 +1,7 @@
 #include "xmlhelper/parse_memory.h"
 
+#include "xmlhelper/document_bounds.h"
+
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include <algorithm>
@@ -16,13 +18,8 @@ namespace Oskelund::Tarnholme::VMware::XMLHelper
 namespace
 {
 
-constexpr std::size_t kMebibyte = 1024 * 1024;
-constexpr std::size_t kMinMemory = 64 * kMebibyte;
-constexpr std::size_t kMemoryPerByte = 80; // more than the shortest elements need
 // Each expansion of an entity takes one block of this size or more, to read the entity's text from.
 constexpr std::size_t kLargeBlock = 64 * 1024;
-constexpr std::size_t kMaxLargeBlocks = 100'000;
-constexpr std::size_t kMaxDeclaration = 256 * 1024;
 
 thread_local ParseBudget* t_budget = nullptr;
 
@@ -59,10 +56,12 @@ class ParseMemory : public MemoryManager
     }
 };
 
-std::size_t memory_limit(std::size_t document_size)
+// `least` and `per_byte` for each byte of the document, as far as numbers go.
+template <class Number>
+Number limit(Number least, Number per_byte, std::size_t document_size)
 {
-    constexpr std::size_t kLargest = (std::numeric_limits<std::size_t>::max() - kMinMemory) / kMemoryPerByte;
-    return kMinMemory + kMemoryPerByte * std::min(document_size, kLargest);
+    const Number largest = (std::numeric_limits<Number>::max() - least) / per_byte;
+    return least + per_byte * std::min<Number>(document_size, largest);
 }
 
 } // namespace
@@ -85,7 +84,11 @@ void MemoryRing::add(MemoryBlock* block)
 }
 
 ParseBudget::ParseBudget(std::size_t document_size)
-    : outer_(t_budget), memory_limit_(memory_limit(document_size)), exceptions_(std::uncaught_exceptions())
+    : outer_(t_budget), max_memory_(limit(kMinMemory, kMemoryPerByte, document_size)),
+      max_entity_expansions_(kMinEntityExpansions + document_size / kBytesPerEntityExpansion),
+      // A text of the document's own may take such a block as well.
+      max_large_blocks_(2 * max_entity_expansions_ + document_size / kLargeBlock),
+      max_steps_(limit(kMinSteps, kStepsPerByte, document_size)), exceptions_(std::uncaught_exceptions())
 {
     t_budget = this;
 }
@@ -100,10 +103,10 @@ std::unique_ptr<MemoryRing> ParseBudget::keep()
     return std::exchange(ring_, std::make_unique<MemoryRing>());
 }
 
-void ParseBudget::begin_declaration()
+void ParseBudget::spend(std::uint64_t steps)
 {
-    in_declaration_ = true;
-    declaration_ = 0;
+    steps_ += steps;
+    if (steps_ > max_steps_) throw ParseRefused("the document takes too much time");
 }
 
 void ParseBudget::check() const
@@ -114,8 +117,8 @@ void ParseBudget::check() const
 void ParseBudget::refuse_large(std::size_t size)
 {
     if (size < kLargeBlock) return;
-    if (size > memory_limit_) excess_ = "the document needs too much memory";
-    if (++large_blocks_ > kMaxLargeBlocks) excess_ = "the document expands too many entities";
+    if (size > max_memory_) excess_ = "the document needs too much memory";
+    if (++large_blocks_ > max_large_blocks_) excess_ = "the document expands too many entities";
     // Once: what follows is the way out, with its destructors.
     if (excess_ && !was_interrupted_ && std::uncaught_exceptions() == exceptions_) {
         was_interrupted_ = true;
@@ -127,11 +130,7 @@ void ParseBudget::charge(MemoryBlock* block)
 {
     ring_->add(block);
     memory_ += block->size;
-    if (memory_ > memory_limit_) excess_ = "the document needs too much memory";
-    if (in_declaration_ && block->size < kLargeBlock) {
-        declaration_ += block->size;
-        if (declaration_ > kMaxDeclaration) excess_ = "a declaration of the document is too long";
-    }
+    if (memory_ > max_memory_) excess_ = "the document needs too much memory";
 }
 
 // A block may be older than the budget.

@@ -1,11 +1,13 @@
 // Bounds on what a document may cost to read. Declarations expand, default and nest, so that a short document
-// can ask for any amount of memory, time or stack; all of that passes through the parser's allocations.
+// can ask for any amount of memory and time. Memory, and the texts of entities, pass through the parser's
+// allocations.
 #ifndef SOAPWRAPPER_XMLHELPER_PARSE_MEMORY_H
 #define SOAPWRAPPER_XMLHELPER_PARSE_MEMORY_H
 
 #include <xercesc/framework/MemoryManager.hpp>
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <stdexcept>
 
@@ -55,10 +57,9 @@ class ParseBudget
     // What is left is a document's now, to go after it.
     std::unique_ptr<MemoryRing> keep();
 
-    // The document type's declarations begin, another one begins, or they are behind us. The parser follows
-    // the content model of an element with a call for each of its parts.
-    void begin_declaration();
-    void end_declarations() { in_declaration_ = false; }
+    std::size_t max_entity_expansions() const { return max_entity_expansions_; }
+    // Throws ParseRefused when the document has taken too many steps.
+    void spend(std::uint64_t steps);
 
     // Throws ParseRefused if a bound was passed. Allocations only note it, for the parser allocates in
     // destructors too; all but the large ones, of which there is no end otherwise.
@@ -69,13 +70,15 @@ class ParseBudget
 
   private:
     ParseBudget* const outer_;
-    const std::size_t memory_limit_;
+    const std::size_t max_memory_;
+    const std::size_t max_entity_expansions_;
+    const std::size_t max_large_blocks_;
+    const std::uint64_t max_steps_;
     const int exceptions_;
     std::unique_ptr<MemoryRing> ring_ = std::make_unique<MemoryRing>();
     std::size_t memory_ = 0;
     std::size_t large_blocks_ = 0;
-    std::size_t declaration_ = 0;
-    bool in_declaration_ = false;
+    std::uint64_t steps_ = 0;
     bool was_interrupted_ = false;
     const char* excess_ = nullptr;
 };

@@ -11,10 +11,6 @@
 namespace Oskelund::Tarnholme::VMware::XMLHelper
 {
 
-// How deep a document may be nested, to be read or written: the parser's writer and its copies call
-// themselves for each level.
-constexpr std::size_t kMaxDepth = 1000;
-
 // Are there more than `levels` levels below the node?
 bool is_deeper_than(const xercesc::DOMNode* node, std::size_t levels);
 

@@ -1,11 +1,8 @@
 // Short documents that ask for any amount of memory, time or stack end in a status, and soon.
-#include "tests/xmlhelper/fixtures.h"
+#include "tests/xmlhelper/hostile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <pthread.h>
-
-#include <functional>
 
 using namespace fixtures;
 using testing::AnyOf;
@@ -15,24 +12,6 @@ namespace
 {
 
 constexpr std::size_t kMebibyte = 1024 * 1024;
-constexpr std::size_t kSmallStack = 256 * 1024;
-
-std::string repeat(std::size_t count, const std::function<std::string(std::size_t)>& piece)
-{
-    std::string text;
-    for (std::size_t i = 0; i < count; ++i) text += piece(i);
-    return text;
-}
-
-std::string repeat(std::size_t count, const std::string& piece)
-{
-    return repeat(count, [&](std::size_t) { return piece; });
-}
-
-std::string with_type(const std::string& declarations, const std::string& content)
-{
-    return "<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r a CDATA #IMPLIED>" + declarations + "]>" + content;
-}
 
 // Each entity is ten times the one before.
 std::string laughs(std::size_t entities)
@@ -41,40 +20,6 @@ std::string laughs(std::size_t entities)
                const std::string one = "&e" + std::to_string(i) + ";";
                return "<!ENTITY e" + std::to_string(i + 1) + " '" + repeat(10, one) + "'>";
            });
-}
-
-std::string error_of(const std::string& text)
-{
-    const OwnedDocument document = empty_document();
-    EXPECT_EQ(document->parse(text, ""), XML_DOC_PARSE_FAILED);
-    EXPECT_EQ(document->get_document(), nullptr);
-    return document->get_errorText();
-}
-
-// On a thread with as little stack as a host may give one. Sanitized frames are larger.
-void on_a_small_stack(std::function<void()> action)
-{
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    constexpr std::size_t kStack = 8 * kSmallStack;
-#else
-    constexpr std::size_t kStack = kSmallStack;
-#endif
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, kStack);
-    pthread_t thread;
-    const auto run = [](void* argument) -> void* {
-        (*static_cast<std::function<void()>*>(argument))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, run, &action), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-}
-
-std::string nested(std::size_t depth)
-{
-    return repeat(depth, "<a>") + repeat(depth, "</a>");
 }
 
 // A chain of elements, made from the inside out.
@@ -96,22 +41,6 @@ TEST(HostileDocument, OfElementsNested100000DeepIsRefused)
     on_a_small_stack([] {
         EXPECT_THAT(error_of(nested(100'000)), HasSubstr("the document is nested too deep"));
         EXPECT_THAT(error_of(repeat(100'000, "<a>")), HasSubstr("the document is nested too deep"));
-    });
-}
-
-TEST(DeepDocument, IsReadSelectedFromAndWrittenUpTo1000Levels)
-{
-    on_a_small_stack([] {
-        const OwnedDocument document = parsed(nested(1000));
-        const OwnedList all(document->selectNodes("//a//a"));
-        EXPECT_EQ(all->get_length(), 999U);
-        std::string text;
-        EXPECT_EQ(document->serialize(text, false, false), XML_DOC_OK);
-        EXPECT_EQ(text.size(), nested(999).size() + 4);
-        EXPECT_EQ(document->serialize(text, true, false), XML_DOC_OK);
-        const OwnedDocument copy = empty_document();
-        EXPECT_NE(OwnedNode(copy->importNode(root_of(*document).get(), true)), nullptr);
-        EXPECT_EQ(document->parse(nested(1001), ""), XML_DOC_PARSE_FAILED);
     });
 }
 
@@ -188,34 +117,21 @@ TEST(HostileDocument, ThatExpandsParameterEntitiesWithoutEndIsRefused)
 
 TEST(HostileDocument, WithALongDeclarationIsRefused)
 {
-    const auto item = [](const char* separator) {
-        return [=](std::size_t i) { return (i ? separator : "") + ("a" + std::to_string(i)); };
-    };
     on_a_small_stack([&] {
+        const std::string stars = repeat(100'000, "(") + "a" + repeat(100'000, ")*");
         for (const std::string& model :
-             {repeat(100'000, item(",")), repeat(100'000, item("|")), "#PCDATA|" + repeat(100'000, item("|")),
-              repeat(100'000, "(") + "a" + repeat(100'000, ")")}) {
-            EXPECT_THAT(error_of("<!DOCTYPE r [<!ELEMENT r (" + model + ")*>]><r/>"),
+             {"(" + listed_names(100'000, ",") + ")", "(" + listed_names(100'000, "|") + ")*",
+              "(#PCDATA|" + listed_names(100'000, "|") + ")*", stars}) {
+            const std::string declaration = "<!ELEMENT r " + model + ">";
+            EXPECT_THAT(error_of("<!DOCTYPE r [" + declaration + "]><r/>"),
+                        HasSubstr("a declaration of the document is too long"));
+            EXPECT_THAT(error_of("<!DOCTYPE r [<!ENTITY % p '" + declaration + "'>%p;]><r/>"),
                         HasSubstr("a declaration of the document is too long"));
         }
         // The parser counts nested groups itself.
         error_of("<!DOCTYPE r [<!ELEMENT r (" + repeat(50'000, "(a,") + "a" + repeat(50'000, ")") +
                  ")>]><r/>");
-        for (const std::size_t count : {100U, 300U, 400U, 600U, 800U, 900U, 1000U, 2000U}) {
-            const OwnedDocument document = empty_document();
-            EXPECT_EQ(document->parse(
-                          "<!DOCTYPE r [<!ELEMENT r (" + repeat(count, item(",")) + ")>]><r><a0/></r>", ""),
-                      count <= 400 ? XML_DOC_OK : XML_DOC_PARSE_FAILED)
-                << count;
-        }
     });
-}
-
-TEST(HostileDocument, ThatHidesALongDeclarationInAParameterEntityIsRefused)
-{
-    const std::string declaration = "<!ELEMENT s (a" + repeat(2000, ",a") + ")>";
-    EXPECT_THAT(error_of(with_type("<!ENTITY % p '" + declaration + "'>%p;", "<r/>")),
-                HasSubstr("a parameter entity of the document is too long"));
 }
 
 TEST(HostileDocument, WhoseContentModelHasExponentiallyManyStatesIsRefused)
@@ -238,23 +154,14 @@ TEST(HostileDocument, MayDeclareManyThings)
         "t");
 }
 
-TEST(HostileDocument, WithTooManyAttributesIsRefused)
-{
-    const auto attribute = [](std::size_t i) { return " a" + std::to_string(i) + "=''"; };
-    EXPECT_EQ(parsed("<r" + repeat(512, attribute) + "/>")->get_errorText(), "");
-    EXPECT_THAT(error_of("<r" + repeat(513, attribute) + "/>"),
-                HasSubstr("an element has too many attributes"));
-    EXPECT_THAT(error_of("<r" + repeat(100'000, attribute) + "/>"),
-                HasSubstr("an element has too many attributes"));
-}
-
 TEST(HostileDocument, WhoseDefaultsFillTheMemoryIsRefused)
 {
     const std::string defaults =
         "<!ELEMENT a EMPTY><!ATTLIST a" +
-        repeat(
-            500,
-            [](std::size_t i) { return " a" + std::to_string(i) + " CDATA '" + text_of_length(500) + "'"; }) +
+        repeat(50,
+               [](std::size_t i) {
+                   return " a" + std::to_string(i) + " CDATA '" + text_of_length(5000) + "'";
+               }) +
         ">";
     EXPECT_THAT(error_of(with_type(defaults, "<r>" + repeat(2000, "<a/>") + "</r>")),
                 HasSubstr("too much memory"));

@@ -1,3 +1,4 @@
+#include "xmlhelper/document_bounds.h"
 #include "xmlhelper/parse_memory.h"
 
 #include <gtest/gtest.h>
@@ -115,22 +116,22 @@ TEST(ParseBudget, BoundsTheNumberOfLargeBlocks)
     EXPECT_THROW(take_and_return(1, 64 * 1024), ParseRefused);
 }
 
-TEST(ParseBudget, BoundsADeclarationAndForgetsItWithTheNext)
+TEST(ParseBudget, BoundsTheStepsByTheLengthOfTheDocument)
 {
     ParseBudget budget(0);
-    take_and_return(300, 1024);
-    EXPECT_NO_THROW(budget.check());
-    for (int i = 0; i < 10; ++i) {
-        budget.begin_declaration();
-        take_and_return(200, 1024);
-        EXPECT_NO_THROW(budget.check());
-    }
-    budget.end_declarations();
-    take_and_return(300, 1024);
-    EXPECT_NO_THROW(budget.check());
-    budget.begin_declaration();
-    take_and_return(257, 1024);
-    EXPECT_THROW(budget.check(), ParseRefused);
+    EXPECT_NO_THROW(budget.spend(kMinSteps));
+    EXPECT_THROW(budget.spend(1), ParseRefused);
+    ParseBudget larger(1000);
+    EXPECT_NO_THROW(larger.spend(kMinSteps + 1000 * kStepsPerByte));
+    EXPECT_THROW(larger.spend(1), ParseRefused);
+}
+
+TEST(ParseBudget, OfTheLongestDocumentIsNoSmallerThanThatOfAShortOne)
+{
+    ParseBudget budget(SIZE_MAX);
+    EXPECT_NO_THROW(take_and_return(1, 65 * kMebibyte));
+    EXPECT_NO_THROW(budget.spend(kMinSteps + 1));
+    EXPECT_GT(budget.max_entity_expansions(), kMinEntityExpansions);
 }
 
 TEST(ParseBudget, CountsItsOwnThreadOnly)
