@@ -132,7 +132,6 @@ extern "C" int stspi_open_evchannel_v11(const sts_session_def_v7_t* session, con
     if (opened != STS_EOK || !server) return opened;
 
     ServiceCall call(*server, log);
-    call.set_endpoint(text_or_empty(server->endpoint));
     if (const Failure failure = call.secure()) return *failure; // the server stays open on this path
     WireSession sd(*session);
     WireCredential cred(*credential);

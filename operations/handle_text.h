@@ -25,7 +25,7 @@ inline char* allocate_text(const std::string& text)
     return allocate_text(text.c_str(), text.size() + 1);
 }
 
-// For a text that is logged or called. A null URL would lead the runtime to an address of its own.
+// For a text that is logged or copied.
 inline const char* text_or_empty(const char* text)
 {
     return text ? text : "";

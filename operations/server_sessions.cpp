@@ -106,7 +106,6 @@ extern "C" int stspi_open_target_server(stsp_server_t* source, const char* targe
     if (!target_name || !credential || !target) return STS_ENULLARG;
     log.enter();
     ServiceCall call(*source, log);
-    call.set_endpoint(text_or_empty(source->endpoint));
     if (const Failure failure = call.secure()) return *failure;
 
     WireServerHandle server_handle(source->service_handle);
@@ -134,11 +133,9 @@ extern "C" int stspi_close_server(stsp_server_t* server)
     if (!server) return STS_ENULLARG;
     const EntryLog log(server->session, "stspi_close_server");
     log.enter();
-    const char* endpoint = text_or_empty(server->endpoint);
     ServiceCall call(*server, log);
-    call.set_endpoint(endpoint);
     if (const Failure failure = call.secure()) return *failure;
-    log.record("soap_endpoint = ", endpoint);
+    log.record("soap_endpoint = ", text_or_empty(server->endpoint));
     if (!server->service_handle) return STS_EBADARG;
 
     WireServerHandle server_handle(server->service_handle);
