@@ -17,8 +17,8 @@ namespace
 constexpr StatusText kStatuses[] = {
     STATUS(STS_EOK, "the operation succeeded"),
     STATUS(STS_ENULLARG, "a required argument is missing, or the server name has no colon"),
-    STATUS(STS_ENOMEM, "there is no memory left for the token of a file list"),
-    STATUS(STS_EBUSY, "the service is busy and asks to come back later"),
+    STATUS(STS_ENOMEM, "there is no memory left for what the service sent"),
+    STATUS(STS_EBUSY, "the service is busy and asks to come back later, or the list is being read by another thread"),
     STATUS(STS_EINTERFACE, "the second plug-in was asked for an interface that it does not have"),
     STATUS(STS_EVERSION, "the host is too old, or the service offers no interface that can be used"),
     STATUS(STS_ENOTMINE, "the server name bears another plug-in's prefix"),
