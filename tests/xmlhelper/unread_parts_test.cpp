@@ -2,7 +2,7 @@
 // hand, but for what stands in them.
 #include "tests/xmlhelper/fixtures.h"
 
-#include "xmlhelper/guarded_parser.h"
+#include "xmlhelper/parse_memory.h"
 #include "xmlhelper/parser_setup.h"
 
 #include <gmock/gmock.h>
@@ -74,8 +74,9 @@ class DocumentThatNamesThings : public testing::Test
     // With all that the document names at hand, and fetched.
     Outcome fetching(const std::string& text, THValidationLevel level, const std::string& schema) const
     {
+        const ParseBudget budget(text.size()); // takes back what the parser leaves behind
         ValidatingHandler handler(level);
-        xercesc::XercesDOMParser parser;
+        xercesc::XercesDOMParser parser(nullptr, parse_memory());
         configureParser(parser, handler, schema);
         try {
             parser.parse(xercesc::MemBufInputSource(reinterpret_cast<const XMLByte*>(text.data()),
