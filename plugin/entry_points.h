@@ -322,11 +322,13 @@ STSPI_EXPORT int stspi_delete_event(stsp_server_t* server, const sts_event_v11_t
 
 /* Opens the list of the files that differ between two snapshots of an NDMP volume, from the second plug-in or
  * from the service, as the diff snapshot's supplier text and the volume direct; the service is also asked
- * when the second plug-in has no list, if there is a base snapshot. `base` may be null. `list` must be valid
- * and is cleared first. `volume` is written to: on the service's route its first text is cut at the first
- * blank. Blocks for as long as a busy filer's retries last. 2060001: lsu, diff or volume null. 2060022: no
- * server in `lsu`. 2060026: it has no service handle. 2060017: nobody had a list, or the snapshots couldn't
- * be read. 2060020: the filer stayed busy. 2060046: the service answered without a list. */
+ * when the second plug-in has no list, if there is a base snapshot. `base` may be null. `list` is cleared
+ * first. `volume` is written to: on the service's route its first text is cut at the first blank. Blocks for
+ * as long as a busy filer's retries last. 2060001: lsu, diff, volume or list null. 2060022: no server in
+ * `lsu`. 2060026: it has no service handle. 2060017: nobody had a list, or the snapshots couldn't be read.
+ * 2060020: the filer stayed busy. 2060046: the service answered without a list. 2060002: no memory for the
+ * list; what may be in `list` then has no token. Throws std::out_of_range where the second plug-in is to be
+ * asked and the volume's first text isn't a filer, a user and a password with blanks between them. */
 STSPI_EXPORT int stspi_open_snap_change_list(const stsp_lsu_v7_t* lsu, const sts_snap_def_v11_t* base,
                                              const sts_snap_def_v11_t* diff, sts_volume_spec_v11_t* volume,
                                              uint32_t flags, stsp_change_list_t** list);
@@ -339,7 +341,10 @@ STSPI_EXPORT int stspi_close_snap_change_list(stsp_change_list_t* list);
 /* The next entry, with its path as the host knows it. `filters` is `filter_count` paths of 1024 bytes each,
  * and may be null if there are none. Blocks for as long as the service asked callers to stay away. 2060001:
  * null handle or entry. 2060022: a handle without a token. 2060013: no more entries. 2060005: the service is
- * busy, call again. */
+ * busy, call again; or another thread is reading the list, or one with the same token. 2060046: the service's
+ * batch lacks entries that it counts, and none of it is delivered. 2060002: no memory for the batch, 4168
+ * bytes an entry. Throws std::out_of_range for a deleted entry whose path, or the newer snapshot's export,
+ * has no snapshot folder where one must be replaced. */
 STSPI_EXPORT int stspi_list_file(stsp_change_list_t* list, uint32_t filter_count, const char* filters,
                                  sts_file_attr_v11_t* entry);
 
