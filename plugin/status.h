@@ -6,7 +6,7 @@ enum {
     STS_EOK = 0,                /* the operation succeeded */
     STS_ENULLARG = 2060001,     /* a required pointer is null, or a server name has no colon */
     STS_ENOMEM = 2060002,       /* no memory for what the service sent */
-    STS_EBUSY = 2060005,        /* the service or the second plug-in asks to come back later; a list is being read */
+    STS_EBUSY = 2060005,        /* asked to come back later; or a list is being read already */
     STS_EINTERFACE = 2060007,   /* the second plug-in was asked for an interface that it lacks */
     STS_EVERSION = 2060008,     /* the host is too old, or the service offers no usable interface */
     STS_ENOTMINE = 2060009,     /* the server name bears another plug-in's prefix */
