@@ -7,6 +7,7 @@
 
 #include <malloc.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <filesystem>
@@ -34,6 +35,9 @@ std::vector<Entry> all_entries()
                        torture::follow_entries(), torture::event_entries(), torture::change_list_entries()}) {
         all.insert(all.end(), some.begin(), some.end());
     }
+    // Looks into the registry of the open lists, which other threads change meanwhile.
+    const auto looks_inside = [](const Entry& entry) { return entry.name == "stspi_list_file_of_three"; };
+    all.erase(std::remove_if(all.begin(), all.end(), looks_inside), all.end());
     return all;
 }
 

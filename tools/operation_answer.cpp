@@ -19,10 +19,6 @@ OperationAnswer::OperationAnswer(const Probe& probe, const Operation& operation)
     const int status = operation.ask(record_);
     if (record_.result_kind == STS_RESULT_DIFFERENCE) rows_.reset(record_.body.difference.diffs);
     if (const auto problem = problem_of(probe, status)) throw Problem(*problem);
-    if (record_.result_kind == kUnfilled) {
-        throw Problem(ExitCode::Operation, "no result", std::nullopt,
-                      "the service answered without saying how the operation stands");
-    }
 }
 
 std::chrono::seconds OperationAnswer::interval_of(std::int32_t asked_for)

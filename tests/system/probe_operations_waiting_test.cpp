@@ -100,7 +100,8 @@ TEST_F(ProbeWaiting, AnAnswerWithoutAResultIsNotTakenForAGoodEnd)
     service.answer(kWithId, "");
     const ProcessResult result = run(kCreate);
     EXPECT_EQ(result.exit_code, 4);
-    EXPECT_THAT(result.err, StartsWith("no result: the service answered without saying how the operation"));
+    EXPECT_THAT(result.err,
+                AllOf(StartsWith("STS_EPLUGIN(2060046): "), HasSubstr("the reply has no result")));
 }
 
 TEST_F(ProbeWaiting, AResultOfNoKnownKindIsAFailure)

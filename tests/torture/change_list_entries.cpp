@@ -14,12 +14,18 @@ std::string snapshot_at(const std::string& path)
                  change_list::snap_info(change_list::ndmp_element("snapVolSpec", "filer1", path)));
 }
 
-// A list of the service's, as an open would have made it. Each subject has one of its own.
+// Each subject has a list of its own.
+std::string token_of(const Subject& subject)
+{
+    return "L" + subject.session.id();
+}
+
+// A list of the service's, as an open would have made it.
 stsp_change_list_t* make_list(const Subject& subject)
 {
     auto* list = new stsp_change_list_t();
     list->server = subject.server.get();
-    list->token = strdup(("L" + subject.session.id()).c_str());
+    list->token = strdup(token_of(subject).c_str());
     return list;
 }
 
@@ -60,7 +66,7 @@ int list_batch(Subject& subject)
     const auto entry = std::make_unique<sts_file_attr_v11_t>();
     stsp_change_list_t* handle = make_list(subject);
     const int status = change_list::list_file()(handle, 0, nullptr, entry.get());
-    const auto& buffer = change_list::registry().at("L").entry_buffer;
+    const auto& buffer = change_list::registry().at(token_of(subject)).entry_buffer;
     EXPECT_STREQ(entry->name, status == 0 ? "/vol/v1/a" : "");
     EXPECT_EQ(buffer.size(), status == 0 ? 2u : 0u);
     change_list::registry().clear();

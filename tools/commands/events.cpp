@@ -85,9 +85,6 @@ class Reader
             event_.is_known = !ends_with(said, "Unrecognized inline event type") &&
                               !ends_with(said, "Unrecognized detached event type");
             if (event_.is_known) throw Problem(*problem);
-        } else if (event_.record.version == 0) {
-            throw Problem(ExitCode::Operation, "no event", std::nullopt,
-                          "the service answered, but without an event");
         }
         repeats_ = event_.record.seqno == last_ ? repeats_ + 1 : 0;
         last_ = event_.record.seqno;
