@@ -1,8 +1,10 @@
 // Opening and closing the list of what differs between two snapshots of a volume. The list comes from the
 // second plug-in, which asks the filer itself, or from the service.
 #include "changelist/open_lists.h"
+#include "changelist/session_registry.h"
 #include "changelist/start_request.h"
 #include "changelist/transformation_mapping.h"
+#include "changelist/zapi_api.h"
 #include "changelist/zapi_cells.h"
 #include "changelist/zapi_connection.h"
 #include "conversion/field_text.h"
@@ -11,13 +13,19 @@
 #include "operations/reference_checks.h"
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
+#include "plugin/plugin_globals.h"
+#include "plugin/session_log.h"
 #include "plugin/wipe.h"
 #include "service/service_call.h"
+#include "service/wire_session.h"
 
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <new>
+#include <string>
 #include <utility>
 
 using namespace soapwrapper;

@@ -1,18 +1,25 @@
 // The entries of a change list, one a call, with their paths as the host knows them.
 #include "changelist/open_lists.h"
 #include "changelist/path_transformation.h"
+#include "changelist/session_registry.h"
 #include "changelist/zapi_api.h"
 #include "conversion/file_attributes.h"
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
+#include "plugin/plugin_globals.h"
+#include "plugin/session_log.h"
 #include "service/clock.h"
 #include "service/service_call.h"
 #include "service/wire_session.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <stdexcept>
+#include <string.h>
 #include <utility>
+#include <vector>
 
 using namespace soapwrapper;
 

@@ -1,8 +1,12 @@
 #include "changelist/isid.h"
 
+#include "changelist/session_registry.h"
+#include "plugin/host_records.h"
 #include "plugin/session_log.h"
 
+#include <cstdint>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 namespace soapwrapper

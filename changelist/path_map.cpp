@@ -1,11 +1,14 @@
 #include "changelist/path_map.h"
 
+#include "changelist/session_registry.h"
+#include "plugin/host_records.h"
 #include "plugin/session_log.h"
-
 #include "xmlhelper/XMLHelper.h"
 
 #include <cstring>
 #include <memory>
+#include <string>
+#include <vector>
 
 using namespace Oskelund::Tarnholme::VMware::XMLHelper;
 

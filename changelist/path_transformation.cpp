@@ -1,11 +1,19 @@
 #include "changelist/path_transformation.h"
 
+#include "changelist/session_registry.h"
+#include "plugin/host_records.h"
 #include "plugin/session_log.h"
 
+#include <string.h>
+
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace soapwrapper
 {

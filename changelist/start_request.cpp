@@ -2,10 +2,14 @@
 
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
+#include "plugin/session_log.h"
 #include "plugin/wipe.h"
 #include "service/clock.h"
 #include "service/configuration.h"
 
+#include <string.h>
+
+#include <cstdint>
 #include <cstring>
 
 namespace soapwrapper

@@ -3,6 +3,8 @@
 #define SOAPWRAPPER_CHANGELIST_START_REQUEST_H
 
 #include "plugin/handle_records.h"
+#include "plugin/handles.h"
+#include "plugin/host_records.h"
 #include "plugin/session_log.h"
 
 namespace soapwrapper

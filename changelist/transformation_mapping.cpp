@@ -2,14 +2,21 @@
 
 #include "changelist/isid.h"
 #include "changelist/path_map.h"
+#include "changelist/session_registry.h"
 #include "operations/io_control.h"
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
 #include "plugin/session_log.h"
 #include "plugin/wipe.h"
 
+#include <string.h>
+
+#include <cstddef>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper
 {

@@ -1,7 +1,10 @@
 #include "changelist/zapi_api.h"
 
+#include "plugin/host_records.h"
 #include "plugin/status.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <dlfcn.h>
 
 const sts_api_slot* sts_api = nullptr;

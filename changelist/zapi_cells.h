@@ -3,6 +3,7 @@
 
 #include "changelist/zapi_api.h"
 #include "plugin/handle_records.h"
+#include "plugin/handles.h"
 
 #include <cstdlib>
 

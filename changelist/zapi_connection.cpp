@@ -1,15 +1,21 @@
 #include "changelist/zapi_connection.h"
 
+#include "changelist/zapi_api.h"
 #include "plugin/bounded_text.h"
+#include "plugin/host_records.h"
 #include "plugin/plugin_globals.h"
 #include "plugin/session_log.h"
 #include "plugin/status.h"
 #include "plugin/wipe.h"
 
+#include <string.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstring>
+#include <map>
 #include <stdexcept>
+#include <string>
 
 namespace soapwrapper
 {

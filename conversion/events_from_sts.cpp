@@ -2,8 +2,13 @@
 
 #include "conversion/field_text.h"
 #include "conversion/image_definition.h"
+#include "plugin/event_records.h"
+#include "plugin/host_records.h"
 #include "plugin/session_log.h"
 
+#include <cstdint>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "soapwrapperStub.h"

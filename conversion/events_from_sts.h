@@ -5,6 +5,7 @@
 #define SOAPWRAPPER_CONVERSION_EVENTS_FROM_STS_H
 
 #include "plugin/event_records.h"
+#include "plugin/host_records.h"
 
 class ns1__Event;
 

@@ -1,9 +1,13 @@
 #include "conversion/export_host.h"
 
 #include "conversion/field_text.h"
+#include "plugin/bounded_text.h"
+#include "plugin/host_records.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
+#include <vector>
 
 #include "soapwrapperStub.h"
 

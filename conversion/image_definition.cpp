@@ -2,8 +2,10 @@
 
 #include "conversion/field_text.h"
 #include "conversion/supplier_id.h"
+#include "plugin/host_records.h"
 #include "plugin/session_log.h"
 
+#include <string>
 #include <utility>
 
 #include "soapwrapperStub.h"

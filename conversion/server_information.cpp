@@ -1,10 +1,14 @@
 #include "conversion/server_information.h"
 
 #include "plugin/bounded_text.h"
+#include "plugin/host_records.h"
 #include "plugin/session_log.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
+#include <string>
 #include <vector>
 
 #include "soapwrapperH.h"

@@ -1,6 +1,9 @@
 #include "conversion/volume.h"
 
 #include "conversion/field_text.h"
+#include "plugin/host_records.h"
+
+#include <string>
 
 #include "soapwrapperStub.h"
 

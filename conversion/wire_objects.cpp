@@ -6,6 +6,11 @@
 #include "conversion/lsu_pair.h"
 #include "conversion/snap_definition.h"
 #include "conversion/volume.h"
+#include "plugin/host_records.h"
+
+#include <string.h>
+
+#include <cstdint>
 
 namespace soapwrapper
 {

@@ -7,6 +7,8 @@
 #include "plugin/host_records.h"
 #include "service/wire_session.h"
 
+#include <cstdint>
+
 #include "soapwrapperStub.h"
 
 namespace soapwrapper

@@ -2,6 +2,7 @@
 #include "operations/reference_checks.h"
 #include "plugin/entry_points.h"
 #include "plugin/handle_records.h"
+#include "plugin/session_log.h"
 #include "service/service_call.h"
 #include "service/wire_session.h"
 

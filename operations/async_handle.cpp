@@ -2,7 +2,10 @@
 
 #include "operations/handle_text.h"
 #include "operations/reply_handle.h"
+#include "plugin/handles.h"
+#include "plugin/session_log.h"
 #include "plugin/status.h"
+#include <cstdint>
 
 #include "soapwrapperStub.h"
 

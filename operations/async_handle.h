@@ -3,6 +3,7 @@
 #define SOAPWRAPPER_OPERATIONS_ASYNC_HANDLE_H
 
 #include "plugin/handle_records.h"
+#include "plugin/handles.h"
 #include "plugin/session_log.h"
 
 #include <cstdint>

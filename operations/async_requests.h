@@ -8,6 +8,8 @@
 #include "conversion/wire_objects.h"
 #include "plugin/async_records.h"
 #include "plugin/handle_records.h"
+#include "plugin/handles.h"
+#include "plugin/host_records.h"
 
 #include <cstdint>
 

@@ -3,8 +3,12 @@
 #include "conversion/field_text.h"
 #include "conversion/lsu_pair.h"
 #include "operations/snap_difference.h"
+#include "plugin/async_records.h"
+#include "plugin/session_log.h"
 #include "plugin/status.h"
-
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <utility>
 
 #include "soapwrapperStub.h"

@@ -4,7 +4,10 @@
 #include "operations/async_requests.h"
 #include "operations/reference_checks.h"
 #include "plugin/entry_points.h"
+#include "plugin/session_log.h"
 #include "service/service_call.h"
+
+#include <cstdint>
 
 using namespace soapwrapper;
 

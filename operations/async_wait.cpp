@@ -6,9 +6,12 @@
 #include "plugin/entry_points.h"
 #include "plugin/handle_records.h"
 #include "plugin/plugin_globals.h"
+#include "plugin/session_log.h"
 #include "service/discovery.h"
 #include "service/service_call.h"
 #include "service/wire_session.h"
+
+#include <cstdint>
 
 using namespace soapwrapper;
 

@@ -2,12 +2,16 @@
 #include "conversion/events_from_soap.h"
 #include "conversion/events_from_sts.h"
 #include "operations/handle_text.h"
+#include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
+#include "plugin/session_log.h"
 #include "service/service_call.h"
 #include "service/wire_session.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <string>
 
 using namespace soapwrapper;

@@ -3,7 +3,9 @@
 #include "conversion/wire_objects.h"
 #include "operations/reference_checks.h"
 #include "plugin/entry_points.h"
+#include "plugin/session_log.h"
 #include "service/service_call.h"
+#include "service/wire_session.h"
 
 using namespace soapwrapper;
 

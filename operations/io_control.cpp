@@ -4,11 +4,13 @@
 #include "operations/reference_checks.h"
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
+#include "plugin/session_log.h"
 #include "plugin/wipe.h"
 #include "service/service_call.h"
 #include "service/wire_session.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <string>
 

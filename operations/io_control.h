@@ -3,6 +3,7 @@
 #define SOAPWRAPPER_OPERATIONS_IO_CONTROL_H
 
 #include "plugin/handle_records.h"
+#include "plugin/handles.h"
 
 #include <cstdint>
 

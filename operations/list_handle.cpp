@@ -1,6 +1,10 @@
 #include "operations/list_handle.h"
 
 #include "operations/handle_text.h"
+#include "plugin/handles.h"
+
+#include <cstdlib>
+#include <string>
 
 namespace soapwrapper
 {

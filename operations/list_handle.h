@@ -4,6 +4,8 @@
 
 #include "operations/reply_handle.h"
 #include "plugin/handle_records.h"
+#include "plugin/handles.h"
+#include "plugin/host_records.h"
 #include "plugin/session_log.h"
 
 #include <string>

@@ -7,9 +7,14 @@
 #include "operations/reference_checks.h"
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
+#include "plugin/session_log.h"
 #include "service/service_call.h"
+#include "service/wire_session.h"
 
+#include <cstdint>
 #include <cstring>
+#include <optional>
+#include <string>
 
 using namespace soapwrapper;
 

@@ -1,9 +1,13 @@
 // Starting a long operation on snapshots under a name of the host's: nothing comes back but the status, and
 // nothing is kept.
+#include "conversion/field_text.h"
 #include "operations/async_requests.h"
 #include "operations/reference_checks.h"
 #include "plugin/entry_points.h"
+#include "plugin/session_log.h"
 #include "service/service_call.h"
+
+#include <cstdint>
 
 using namespace soapwrapper;
 

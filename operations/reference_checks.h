@@ -4,6 +4,7 @@
 #define SOAPWRAPPER_OPERATIONS_REFERENCE_CHECKS_H
 
 #include "plugin/handle_records.h"
+#include "plugin/handles.h"
 #include "plugin/status.h"
 
 namespace soapwrapper

@@ -4,12 +4,14 @@
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
 #include "plugin/plugin_globals.h"
+#include "plugin/session_log.h"
 #include "service/configuration.h"
 #include "service/discovery.h"
 #include "service/service_call.h"
 #include "service/wire_session.h"
 
 #include <cstring>
+#include <string>
 
 using namespace soapwrapper;
 

@@ -6,6 +6,7 @@
 #include "plugin/entry_points.h"
 #include "plugin/handle_records.h"
 #include "plugin/plugin_globals.h"
+#include "plugin/session_log.h"
 #include "service/configuration.h"
 #include "service/discovery.h"
 #include "service/service_call.h"

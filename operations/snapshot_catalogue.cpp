@@ -6,8 +6,11 @@
 #include "operations/list_handle.h"
 #include "operations/reference_checks.h"
 #include "plugin/entry_points.h"
+#include "plugin/session_log.h"
 #include "service/service_call.h"
+#include "service/wire_session.h"
 
+#include <cstdint>
 #include <cstring>
 
 using namespace soapwrapper;

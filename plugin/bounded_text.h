@@ -2,6 +2,8 @@
 #ifndef SOAPWRAPPER_PLUGIN_BOUNDED_TEXT_H
 #define SOAPWRAPPER_PLUGIN_BOUNDED_TEXT_H
 
+#include <string.h>
+
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>

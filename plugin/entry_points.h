@@ -16,11 +16,11 @@
 #ifndef SOAPWRAPPER_PLUGIN_ENTRY_POINTS_H
 #define SOAPWRAPPER_PLUGIN_ENTRY_POINTS_H
 
-#include "async_records.h"
-#include "event_records.h"
-#include "handles.h"
-#include "host_records.h"
-#include "status.h"
+#include "async_records.h" // IWYU pragma: export
+#include "event_records.h" // IWYU pragma: export
+#include "handles.h"       // IWYU pragma: export
+#include "host_records.h"  // IWYU pragma: export
+#include "status.h"        // IWYU pragma: export
 
 #include <stdint.h>
 

@@ -2,9 +2,11 @@
 #ifndef SOAPWRAPPER_PLUGIN_HANDLE_RECORDS_H
 #define SOAPWRAPPER_PLUGIN_HANDLE_RECORDS_H
 
+#include "plugin/handles.h"
 #include "plugin/host_records.h"
 
 #include <cstddef>
+#include <cstdint>
 
 namespace soapwrapper
 {

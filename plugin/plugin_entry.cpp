@@ -1,14 +1,16 @@
+#include "changelist/session_registry.h"
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
 #include "plugin/plugin_globals.h"
-
-#include "changelist/session_registry.h"
 #include "service/discovery.h"
 
 #include <openssl/crypto.h>
 
+#include <cstdint>
 #include <cstring>
 #include <iterator>
+#include <map>
+#include <string>
 
 using namespace soapwrapper;
 

@@ -1,14 +1,17 @@
 #include "service/configuration.h"
 
 #include "plugin/bounded_text.h"
+#include "plugin/host_records.h"
 #include "plugin/plugin_globals.h"
 #include "plugin/session_log.h"
 
 #include <strings.h>
 
 #include <cctype>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <memory>
 #include <string>
 

@@ -1,11 +1,16 @@
 #include "service/discovery.h"
 
+#include "plugin/host_records.h"
 #include "plugin/session_log.h"
+
+#include <string.h>
 
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace soapwrapper

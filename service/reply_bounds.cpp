@@ -1,6 +1,8 @@
 #include "service/reply_bounds.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 
 #include "soapwrapperH.h"
 

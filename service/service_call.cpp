@@ -1,13 +1,20 @@
 #include "service/service_call.h"
 
+#include "plugin/handles.h"
+#include "plugin/host_records.h"
+#include "plugin/session_log.h"
+#include "plugin/status.h"
 #include "service/endpoint.h"
+#include "service/reply_bounds.h"
 #include "service/tls_context.h"
 #include "service/transport.h"
 
 #include <sys/socket.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <limits>
+#include <optional>
 #include <sstream>
 
 namespace soapwrapper

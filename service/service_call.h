@@ -4,6 +4,8 @@
 #define SOAPWRAPPER_SERVICE_SERVICE_CALL_H
 
 #include "plugin/handle_records.h"
+#include "plugin/handles.h"
+#include "plugin/host_records.h"
 #include "plugin/session_log.h"
 #include "plugin/status.h"
 #include "service/reply_bounds.h"

@@ -1,5 +1,7 @@
 #include "service/wire_session.h"
 
+#include "plugin/host_records.h"
+
 namespace soapwrapper
 {
 

@@ -1,14 +1,22 @@
 #include "simulator/address.h"
 
+#include "simulator/descriptor.h"
+
 #include <netdb.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <charconv>
+#include <cstdint>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <stdexcept>
+#include <string>
+#include <string_view>
+#include <system_error>
 
 namespace soapwrapper::simulator
 {

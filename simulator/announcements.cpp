@@ -1,6 +1,13 @@
 #include "simulator/announcements.h"
 
+#include "simulator/event_records.h"
+#include "simulator/records.h"
+#include "simulator/storage.h"
 #include "simulator/text.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

@@ -3,8 +3,10 @@
 #ifndef SOAPWRAPPER_SIMULATOR_ANNOUNCEMENTS_H
 #define SOAPWRAPPER_SIMULATOR_ANNOUNCEMENTS_H
 
+#include "simulator/records.h"
 #include "simulator/storage.h"
 
+#include <cstdint>
 #include <string>
 
 namespace soapwrapper::simulator

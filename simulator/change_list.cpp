@@ -1,8 +1,17 @@
 #include "simulator/change_list.h"
 
+#include "simulator/content.h"
 #include "simulator/fault.h"
 #include "simulator/fault_codes.h"
+#include "simulator/records.h"
 #include "simulator/text.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

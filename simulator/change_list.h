@@ -6,6 +6,7 @@
 #include "simulator/content.h"
 #include "simulator/records.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>

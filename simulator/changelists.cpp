@@ -1,7 +1,22 @@
 #include "simulator/changelists.h"
 
+#include "simulator/call.h"
 #include "simulator/change_list.h"
+#include "simulator/content.h"
+#include "simulator/fault_codes.h"
+#include "simulator/records.h"
+#include "simulator/scenario.h"
+#include "simulator/storage.h"
 #include "simulator/wire.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

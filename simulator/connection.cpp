@@ -1,6 +1,14 @@
 #include "simulator/connection.h"
 
+#include "simulator/http.h"
+#include "simulator/limits.h"
+#include "simulator/stream.h"
+
 #include <poll.h>
+
+#include <cstddef>
+#include <string>
+#include <utility>
 
 namespace soapwrapper::simulator
 {

@@ -7,6 +7,7 @@
 #include "simulator/limits.h"
 #include "simulator/stream.h"
 
+#include <cstddef>
 #include <string>
 
 namespace soapwrapper::simulator

@@ -1,5 +1,7 @@
 #include "simulator/scenario.h"
 
+#include <string_view>
+
 namespace soapwrapper::simulator
 {
 

@@ -1,9 +1,23 @@
 #include "simulator/difference.h"
 
 #include "simulator/change_list.h"
+#include "simulator/content.h"
+#include "simulator/fault.h"
+#include "simulator/fault_codes.h"
+#include "simulator/holdings.h"
+#include "simulator/model.h"
+#include "simulator/operation_settings.h"
+#include "simulator/operations.h"
+#include "simulator/records.h"
+#include "simulator/start_requests.h"
+#include "simulator/storage.h"
 #include "simulator/text.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

@@ -1,9 +1,13 @@
 #include "simulator/event_log.h"
 
+#include "simulator/event_records.h"
 #include "simulator/fault.h"
 #include "simulator/fault_codes.h"
 
+#include <cstdint>
 #include <limits>
+#include <string>
+#include <utility>
 
 namespace soapwrapper::simulator
 {

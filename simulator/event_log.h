@@ -4,8 +4,11 @@
 
 #include "simulator/event_records.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
+#include <string>
+#include <utility>
 
 namespace soapwrapper::simulator
 {

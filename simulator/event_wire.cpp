@@ -1,10 +1,19 @@
 #include "simulator/event_wire.h"
 
+#include "simulator/call.h"
+#include "simulator/event_records.h"
 #include "simulator/images.h"
 #include "simulator/lsus.h"
+#include "simulator/model.h"
+#include "simulator/records.h"
 #include "simulator/sessions.h"
 #include "simulator/snapshots.h"
+#include "simulator/storage.h"
 #include "simulator/wire.h"
+
+#include <string>
+#include <variant>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

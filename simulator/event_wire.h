@@ -4,6 +4,7 @@
 
 #include "simulator/call.h"
 #include "simulator/event_records.h"
+#include "simulator/model.h"
 
 #include <string>
 

@@ -1,8 +1,16 @@
 #include "simulator/events.h"
 
+#include "simulator/call.h"
+#include "simulator/event_records.h"
 #include "simulator/event_wire.h"
+#include "simulator/model.h"
 #include "simulator/sessions.h"
+#include "simulator/storage.h"
 #include "simulator/wire.h"
+
+#include <cstdint>
+#include <string>
+#include <variant>
 
 namespace soapwrapper::simulator
 {

@@ -1,9 +1,18 @@
 #include "simulator/exports.h"
 
 #include "simulator/announcements.h"
+#include "simulator/call.h"
+#include "simulator/fault_codes.h"
+#include "simulator/model.h"
+#include "simulator/records.h"
+#include "simulator/storage.h"
 #include "simulator/wire.h"
 
 #include <algorithm>
+#include <iterator>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {
@@ -72,9 +81,10 @@ void handle(Call& call, const _ns1__createExport& request, _ns1__createExportRes
     const Model::Use storage = call.model().use();
     const Place place = place_of(*storage, request.lsu);
     const auto snapshot = find_snapshot(place.lsu, request.snapName);
-    const Export& exported = add_export(*storage, place, snapshot->second.volume, request.snapName,
-                                        snapshot->first, hosts_of(request.host));
-    response.exportedVolume = wire_volume(call, exported.volume);
+    const Volume exported = add_export(*storage, place, snapshot->second.volume, request.snapName,
+                                       snapshot->first, hosts_of(request.host))
+                                .volume;
+    response.exportedVolume = wire_volume(call, exported);
 }
 
 void handle(Call& call, const _ns1__addExport& request, _ns1__addExportResponse& response)

@@ -3,9 +3,15 @@
 #include "simulator/announcements.h"
 #include "simulator/fault.h"
 #include "simulator/fault_codes.h"
+#include "simulator/records.h"
+#include "simulator/storage.h"
 #include "simulator/text.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

@@ -2,6 +2,7 @@
 #ifndef SOAPWRAPPER_SIMULATOR_HOLDINGS_H
 #define SOAPWRAPPER_SIMULATOR_HOLDINGS_H
 
+#include "simulator/records.h"
 #include "simulator/storage.h"
 
 #include <cstddef>

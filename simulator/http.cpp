@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace soapwrapper::simulator

@@ -1,12 +1,22 @@
 #include "simulator/image_copies.h"
 
 #include "simulator/announcements.h"
+#include "simulator/call.h"
+#include "simulator/fault_codes.h"
+#include "simulator/holdings.h"
 #include "simulator/images.h"
+#include "simulator/operation_settings.h"
 #include "simulator/operation_starts.h"
+#include "simulator/operations.h"
+#include "simulator/records.h"
 #include "simulator/start_requests.h"
+#include "simulator/storage.h"
 #include "simulator/text.h"
+#include "simulator/wire.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <string>
 
 namespace soapwrapper::simulator
 {

@@ -1,8 +1,17 @@
 #include "simulator/images.h"
 
 #include "simulator/announcements.h"
+#include "simulator/call.h"
+#include "simulator/fault_codes.h"
+#include "simulator/model.h"
+#include "simulator/records.h"
+#include "simulator/storage.h"
 #include "simulator/text.h"
 #include "simulator/wire.h"
+
+#include <map>
+#include <string>
+#include <utility>
 
 namespace soapwrapper::simulator
 {

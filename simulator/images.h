@@ -3,6 +3,11 @@
 #define SOAPWRAPPER_SIMULATOR_IMAGES_H
 
 #include "simulator/call.h"
+#include "simulator/records.h"
+#include "simulator/storage.h"
+
+#include <map>
+#include <string>
 
 namespace soapwrapper::simulator
 {

@@ -2,6 +2,11 @@
 
 #include "simulator/fault.h"
 
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
 namespace soapwrapper::simulator
 {
 

@@ -1,9 +1,16 @@
 #include "simulator/iocontrol.h"
 
+#include "simulator/call.h"
+#include "simulator/fault_codes.h"
+#include "simulator/model.h"
+#include "simulator/records.h"
+#include "simulator/storage.h"
 #include "simulator/text.h"
-#include "simulator/wire.h"
 
-#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace soapwrapper::simulator
 {

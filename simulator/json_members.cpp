@@ -4,7 +4,10 @@
 #include "simulator/text.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
+#include <string>
+#include <utility>
 
 namespace soapwrapper::simulator
 {

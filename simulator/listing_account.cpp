@@ -3,6 +3,9 @@
 #include "simulator/fault.h"
 #include "simulator/fault_codes.h"
 
+#include <cstddef>
+#include <string>
+
 namespace soapwrapper::simulator
 {
 

@@ -1,8 +1,17 @@
 #include "simulator/lsus.h"
 
 #include "simulator/announcements.h"
-#include "simulator/text.h"
+#include "simulator/call.h"
+#include "simulator/fault_codes.h"
+#include "simulator/model.h"
+#include "simulator/records.h"
+#include "simulator/storage.h"
 #include "simulator/wire.h"
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

@@ -3,6 +3,10 @@
 #define SOAPWRAPPER_SIMULATOR_LSUS_H
 
 #include "simulator/call.h"
+#include "simulator/records.h"
+
+#include <cstddef>
+#include <string>
 
 namespace soapwrapper::simulator
 {

@@ -1,4 +1,5 @@
 #include "simulator/address.h"
+#include "simulator/descriptor.h"
 #include "simulator/interference.h"
 #include "simulator/model.h"
 #include "simulator/options.h"
@@ -7,12 +8,18 @@
 #include "simulator/server.h"
 #include "simulator/service.h"
 #include "simulator/tls_identity.h"
+#include "simulator/worker_pool.h"
 
 #include <sys/signalfd.h>
+#include <unistd.h>
 
 #include <csignal>
+#include <exception>
 #include <iostream>
 #include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

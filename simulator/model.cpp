@@ -2,8 +2,17 @@
 
 #include "simulator/fault.h"
 #include "simulator/fault_codes.h"
+#include "simulator/scenario.h"
+#include "simulator/storage.h"
 
 #include <openssl/crypto.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

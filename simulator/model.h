@@ -3,8 +3,11 @@
 #ifndef SOAPWRAPPER_SIMULATOR_MODEL_H
 #define SOAPWRAPPER_SIMULATOR_MODEL_H
 
+#include "simulator/scenario.h"
 #include "simulator/storage.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <mutex>
 #include <string>
 #include <vector>

@@ -1,9 +1,17 @@
 #include "simulator/operation_starts.h"
 
+#include "simulator/call.h"
 #include "simulator/difference.h"
+#include "simulator/model.h"
+#include "simulator/operations.h"
 #include "simulator/rollback.h"
 #include "simulator/snapshot_operations.h"
+#include "simulator/start_requests.h"
 #include "simulator/topology.h"
+#include "simulator/wire.h"
+
+#include <string>
+#include <utility>
 
 namespace soapwrapper::simulator
 {

@@ -3,6 +3,9 @@
 #define SOAPWRAPPER_SIMULATOR_OPERATION_STARTS_H
 
 #include "simulator/call.h"
+#include "simulator/operations.h"
+
+#include <string>
 
 namespace soapwrapper::simulator
 {

@@ -1,6 +1,13 @@
 #include "simulator/operation_waits.h"
 
+#include "simulator/call.h"
+#include "simulator/model.h"
+#include "simulator/operation_settings.h"
+#include "simulator/operations.h"
+#include "simulator/storage.h"
 #include "simulator/wire.h"
+
+#include <cstddef>
 
 namespace soapwrapper::simulator
 {

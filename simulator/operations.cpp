@@ -1,14 +1,23 @@
 #include "simulator/operations.h"
 
+#include "plugin/status.h"
 #include "simulator/announcements.h"
 #include "simulator/fault.h"
 #include "simulator/fault_codes.h"
+#include "simulator/simulated_time.h"
 #include "simulator/storage.h"
 #include "simulator/text.h"
 #include "simulator/token_table.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
+#include <map>
+#include <new>
+#include <string>
+#include <utility>
 
 namespace soapwrapper::simulator
 {

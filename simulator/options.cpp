@@ -1,5 +1,7 @@
 #include "simulator/options.h"
 
+#include "simulator/address.h"
+#include "simulator/interference.h"
 #include "simulator/operation_list.h"
 #include "simulator/scenario.h"
 
@@ -8,8 +10,16 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <chrono>
 #include <cstring>
+#include <iterator>
+#include <optional>
 #include <sstream>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

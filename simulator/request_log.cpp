@@ -3,6 +3,9 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
+#include <mutex>
+#include <string>
+#include <string_view>
 
 namespace soapwrapper::simulator
 {

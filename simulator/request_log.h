@@ -3,7 +3,6 @@
 #define SOAPWRAPPER_SIMULATOR_REQUEST_LOG_H
 
 #include <mutex>
-#include <string>
 #include <string_view>
 
 namespace soapwrapper::simulator

@@ -1,8 +1,18 @@
 #include "simulator/rollback.h"
 
 #include "simulator/announcements.h"
+#include "simulator/content.h"
+#include "simulator/fault_codes.h"
+#include "simulator/holdings.h"
+#include "simulator/model.h"
+#include "simulator/operation_settings.h"
+#include "simulator/operations.h"
+#include "simulator/records.h"
+#include "simulator/storage.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

@@ -3,8 +3,13 @@
 #define SOAPWRAPPER_SIMULATOR_ROLLBACK_H
 
 #include "simulator/holdings.h"
+#include "simulator/model.h"
+#include "simulator/operations.h"
+#include "simulator/records.h"
+#include "simulator/storage.h"
 #include "simulator/wire.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 

@@ -1,7 +1,9 @@
 #include "simulator/scenario.h"
 
+#include "simulator/content.h"
 #include "simulator/json_members.h"
-#include "simulator/scenario_changelists.h"
+#include "simulator/records.h"
+#include "simulator/scenario_changelists.h" // IWYU pragma: keep, its read_json() is found by what it reads
 #include "simulator/scenario_content.h"
 #include "simulator/scenario_operations.h"
 
@@ -10,7 +12,11 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <ios>
+#include <set>
 #include <sstream>
+#include <string>
+#include <string_view>
 
 namespace soapwrapper::simulator
 {

@@ -1,5 +1,10 @@
 #include "simulator/scenario_changelists.h"
 
+#include "simulator/json_members.h"
+#include "simulator/scenario.h"
+
+#include <string>
+
 namespace soapwrapper::simulator
 {
 namespace

@@ -5,6 +5,8 @@
 #include "simulator/json_members.h"
 #include "simulator/scenario.h"
 
+#include <string>
+
 namespace soapwrapper::simulator
 {
 

@@ -1,7 +1,14 @@
 #include "simulator/scenario_content.h"
 
+#include "simulator/content.h"
+#include "simulator/json_members.h"
+
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

@@ -1,5 +1,13 @@
 #include "simulator/scenario_operations.h"
 
+#include "simulator/json_members.h"
+#include "simulator/operation_settings.h"
+#include "simulator/scenario.h"
+#include "simulator/simulated_time.h"
+
+#include <cstddef>
+#include <string>
+
 namespace soapwrapper::simulator
 {
 

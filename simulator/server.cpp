@@ -1,12 +1,25 @@
 #include "simulator/server.h"
 
 #include "simulator/address.h"
+#include "simulator/connection.h"
+#include "simulator/limits.h"
+#include "simulator/request_log.h"
+#include "simulator/worker_pool.h"
 
+#include <poll.h>
 #include <sys/socket.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <iterator>
 #include <limits>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

@@ -5,15 +5,17 @@
 #define SOAPWRAPPER_SIMULATOR_SERVER_H
 
 #include "simulator/connection.h"
+#include "simulator/descriptor.h"
+#include "simulator/limits.h"
 #include "simulator/request_log.h"
-#include "simulator/tls_identity.h"
 #include "simulator/worker_pool.h"
+
+#include <poll.h>
 
 #include <functional>
 #include <map>
+#include <string>
 #include <vector>
-
-#include <poll.h>
 
 namespace soapwrapper::simulator
 {

@@ -1,8 +1,10 @@
 #include "simulator/service.h"
 
+#include "simulator/call.h"
 #include "simulator/changelists.h"
 #include "simulator/events.h"
 #include "simulator/exports.h"
+#include "simulator/fault.h"
 #include "simulator/http.h"
 #include "simulator/image_copies.h"
 #include "simulator/images.h"
@@ -14,11 +16,17 @@
 #include "simulator/sessions.h"
 #include "simulator/snapshots.h"
 #include "simulator/text.h"
+#include "simulator/worker_pool.h"
 
+#include <exception>
+#include <new>
+#include <optional>
 #include <sstream>
+#include <string>
+
+#include "soapwrapperPSVWSSoapBindingService.h"
 
 #include "PSVWSSoapBinding.nsmap"
-#include "soapwrapperPSVWSSoapBindingService.h"
 
 namespace soapwrapper::simulator
 {

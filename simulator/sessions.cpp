@@ -1,6 +1,13 @@
 #include "simulator/sessions.h"
 
+#include "simulator/call.h"
+#include "simulator/fault_codes.h"
+#include "simulator/model.h"
 #include "simulator/wire.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

@@ -3,6 +3,7 @@
 #define SOAPWRAPPER_SIMULATOR_SESSIONS_H
 
 #include "simulator/call.h"
+#include "simulator/model.h"
 
 namespace soapwrapper::simulator
 {

@@ -1,5 +1,8 @@
 #include "simulator/simulated_time.h"
 
+#include <chrono>
+#include <cstdint>
+
 namespace soapwrapper::simulator
 {
 

@@ -3,6 +3,8 @@
 #ifndef SOAPWRAPPER_SIMULATOR_SNAPSHOT_OPERATIONS_H
 #define SOAPWRAPPER_SIMULATOR_SNAPSHOT_OPERATIONS_H
 
+#include "simulator/model.h"
+#include "simulator/operations.h"
 #include "simulator/start_requests.h"
 
 namespace soapwrapper::simulator

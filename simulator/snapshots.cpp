@@ -1,8 +1,17 @@
 #include "simulator/snapshots.h"
 
+#include "simulator/call.h"
+#include "simulator/fault_codes.h"
 #include "simulator/holdings.h"
+#include "simulator/model.h"
+#include "simulator/records.h"
 #include "simulator/rollback.h"
+#include "simulator/storage.h"
 #include "simulator/wire.h"
+
+#include <cstddef>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

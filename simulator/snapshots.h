@@ -3,6 +3,9 @@
 #define SOAPWRAPPER_SIMULATOR_SNAPSHOTS_H
 
 #include "simulator/call.h"
+#include "simulator/records.h"
+
+#include <string>
 
 namespace soapwrapper::simulator
 {

@@ -1,5 +1,17 @@
 #include "simulator/start_requests.h"
 
+#include "simulator/call.h"
+#include "simulator/fault_codes.h"
+#include "simulator/holdings.h"
+#include "simulator/records.h"
+#include "simulator/storage.h"
+#include "simulator/wire.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
 namespace soapwrapper::simulator
 {
 namespace

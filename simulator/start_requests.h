@@ -3,10 +3,14 @@
 #define SOAPWRAPPER_SIMULATOR_START_REQUESTS_H
 
 #include "simulator/holdings.h"
-#include "simulator/wire.h"
+#include "simulator/records.h"
+#include "simulator/storage.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
+
+#include "soapwrapperH.h"
 
 namespace soapwrapper::simulator
 {

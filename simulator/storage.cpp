@@ -1,12 +1,21 @@
 #include "simulator/storage.h"
 
 #include "simulator/announcements.h"
+#include "simulator/event_log.h"
+#include "simulator/event_records.h"
 #include "simulator/fault.h"
 #include "simulator/fault_codes.h"
+#include "simulator/records.h"
+#include "simulator/scenario.h"
 #include "simulator/text.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
+#include <map>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

@@ -4,11 +4,15 @@
 #define SOAPWRAPPER_SIMULATOR_STORAGE_H
 
 #include "simulator/event_log.h"
+#include "simulator/event_records.h"
 #include "simulator/listing_account.h"
 #include "simulator/operations.h"
+#include "simulator/records.h"
 #include "simulator/scenario.h"
+#include "simulator/simulated_time.h"
 #include "simulator/token_table.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>

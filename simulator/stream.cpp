@@ -1,11 +1,17 @@
 #include "simulator/stream.h"
 
-#include <openssl/err.h>
+#include "simulator/descriptor.h"
 
+#include <openssl/err.h>
+#include <openssl/ssl.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <cerrno>
+#include <cstddef>
 #include <new>
+#include <string_view>
+#include <utility>
 
 namespace soapwrapper::simulator
 {

@@ -1,6 +1,9 @@
 #include "simulator/text.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <string>
+#include <string_view>
 
 namespace soapwrapper::simulator
 {

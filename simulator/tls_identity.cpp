@@ -1,12 +1,17 @@
 #include "simulator/tls_identity.h"
 
 #include <arpa/inet.h>
-
+#include <openssl/asn1.h>
 #include <openssl/bn.h>
 #include <openssl/evp.h>
+#include <openssl/ssl.h>
+#include <openssl/x509.h>
 #include <openssl/x509v3.h>
 
+#include <cstddef>
+#include <memory>
 #include <stdexcept>
+#include <string>
 
 namespace soapwrapper::simulator
 {

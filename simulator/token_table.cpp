@@ -3,6 +3,7 @@
 #include <openssl/rand.h>
 
 #include <stdexcept>
+#include <string>
 
 namespace soapwrapper::simulator
 {

@@ -3,6 +3,7 @@
 #define SOAPWRAPPER_SIMULATOR_TOKEN_TABLE_H
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <string>
 #include <unordered_map>

@@ -1,6 +1,17 @@
 #include "simulator/topology.h"
 
+#include "simulator/holdings.h"
+#include "simulator/model.h"
+#include "simulator/operation_settings.h"
+#include "simulator/operations.h"
+#include "simulator/records.h"
+#include "simulator/start_requests.h"
+#include "simulator/storage.h"
+
 #include <algorithm>
+#include <cstddef>
+#include <string>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

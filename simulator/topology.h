@@ -2,6 +2,8 @@
 #ifndef SOAPWRAPPER_SIMULATOR_TOPOLOGY_H
 #define SOAPWRAPPER_SIMULATOR_TOPOLOGY_H
 
+#include "simulator/model.h"
+#include "simulator/operations.h"
 #include "simulator/start_requests.h"
 
 namespace soapwrapper::simulator

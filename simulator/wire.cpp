@@ -1,7 +1,15 @@
 #include "simulator/wire.h"
 
+#include "simulator/call.h"
+#include "simulator/fault_codes.h"
+#include "simulator/records.h"
+#include "simulator/storage.h"
+
 #include <algorithm>
 #include <climits>
+#include <cstddef>
+#include <optional>
+#include <string>
 
 namespace soapwrapper::simulator
 {

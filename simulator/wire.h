@@ -3,9 +3,13 @@
 #define SOAPWRAPPER_SIMULATOR_WIRE_H
 
 #include "simulator/call.h"
+#include "simulator/fault_codes.h"
+#include "simulator/records.h"
+#include "simulator/storage.h"
 
+#include <cstddef>
+#include <optional>
 #include <string>
-#include <vector>
 
 namespace soapwrapper::simulator
 {

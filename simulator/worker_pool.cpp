@@ -3,7 +3,12 @@
 #include <sys/eventfd.h>
 
 #include <cerrno>
+#include <mutex>
+#include <string>
 #include <system_error>
+#include <thread>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

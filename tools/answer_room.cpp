@@ -2,9 +2,11 @@
 
 #include "tools/problem.h"
 
+#include <string.h>
 #include <sys/mman.h>
 
 #include <cstring>
+#include <optional>
 
 namespace soapwrapper::probe
 {

@@ -1,5 +1,13 @@
 #include "tools/arguments.h"
 
+#include "plugin/host_records.h"
+#include "tools/command_line.h"
+#include "tools/problem.h"
+#include "tools/server_login.h"
+
+#include <cstddef>
+#include <string>
+
 namespace soapwrapper::probe
 {
 

@@ -1,11 +1,22 @@
 #include "tools/change_list.h"
 
+#include "plugin/handles.h"
+#include "plugin/host_records.h"
+#include "tools/output.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
+#include "tools/slots.h"
 #include "tools/text.h"
 
+#include <string.h>
+
+#include <cstdint>
 #include <ctime>
-#include <iterator>
 #include <limits>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace soapwrapper::probe
 {

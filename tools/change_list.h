@@ -3,8 +3,8 @@
 #define SOAPWRAPPER_TOOLS_CHANGE_LIST_H
 
 #include "plugin/entry_points.h"
+#include "tools/output.h"
 #include "tools/probe.h"
-#include "tools/records.h"
 
 #include <cstdint>
 #include <string>

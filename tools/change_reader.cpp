@@ -1,11 +1,23 @@
 #include "tools/change_reader.h"
 
+#include "plugin/handles.h"
+#include "plugin/status.h"
+#include "tools/list_reader.h"
+#include "tools/output.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
 #include "tools/readable.h"
+#include "tools/slots.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <iostream>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace soapwrapper::probe
 {

@@ -2,12 +2,18 @@
 #ifndef SOAPWRAPPER_TOOLS_CHANGE_READER_H
 #define SOAPWRAPPER_TOOLS_CHANGE_READER_H
 
+#include "plugin/handles.h"
+#include "plugin/host_records.h"
 #include "tools/change_list.h"
 #include "tools/interruption.h"
 #include "tools/list_reader.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
 #include "tools/progress_line.h"
 
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>

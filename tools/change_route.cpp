@@ -1,9 +1,12 @@
 #include "tools/change_route.h"
 
+#include "plugin/host_records.h"
 #include "tools/problem.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 namespace soapwrapper::probe
 {

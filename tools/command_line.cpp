@@ -2,8 +2,12 @@
 
 #include <CLI/CLI.hpp>
 
-#include <optional>
+#include <cstdint>
+#include <functional>
+#include <optional> // IWYU pragma: keep, for the explicit instantiations
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace soapwrapper::probe
 {

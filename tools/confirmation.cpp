@@ -1,10 +1,13 @@
 #include "tools/confirmation.h"
 
+#include "tools/command_line.h"
 #include "tools/problem.h"
 
 #include <unistd.h>
 
 #include <iostream>
+#include <optional>
+#include <string>
 
 namespace soapwrapper::probe
 {

@@ -1,9 +1,13 @@
 #include "tools/credential.h"
 
+#include "plugin/host_records.h"
 #include "tools/problem.h"
 
 #include <fcntl.h>
+#include <stdlib.h>
+#include <string.h>
 #include <sys/stat.h>
+#include <sys/types.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -12,6 +16,8 @@
 #include <cstring>
 #include <new>
 #include <ostream>
+#include <string>
+#include <string_view>
 
 namespace soapwrapper::probe
 {

@@ -1,7 +1,16 @@
 #include "tools/event_channel.h"
 
+#include "plugin/event_records.h"
+#include "plugin/handles.h"
+#include "plugin/host_records.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
+#include "tools/slots.h"
+
 #include <chrono>
+#include <cstdint>
 #include <cstring>
+#include <optional>
 #include <thread>
 #include <utility>
 

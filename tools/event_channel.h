@@ -4,6 +4,7 @@
 
 #include "plugin/entry_points.h"
 #include "tools/probe.h"
+#include "tools/problem.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,9 +1,14 @@
 #include "tools/event_report.h"
 
+#include "plugin/event_records.h"
+#include "plugin/host_records.h"
+#include "tools/output.h"
 #include "tools/text.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <string>
 
 namespace soapwrapper::probe
 {

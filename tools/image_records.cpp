@@ -1,5 +1,10 @@
 #include "tools/image_records.h"
 
+#include "plugin/host_records.h"
+#include "tools/arguments.h"
+#include "tools/command_line.h"
+#include "tools/output.h"
+#include "tools/records.h"
 #include "tools/text.h"
 
 namespace soapwrapper::probe

@@ -5,7 +5,10 @@
 #include "plugin/host_records.h"
 #include "tools/arguments.h"
 #include "tools/command_line.h"
+#include "tools/output.h"
 #include "tools/records.h"
+
+#include <string>
 
 namespace soapwrapper::probe
 {

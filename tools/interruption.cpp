@@ -6,7 +6,9 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdint>
+#include <chrono>
+#include <csignal>
+#include <mutex>
 #include <system_error>
 
 namespace soapwrapper::probe

@@ -1,7 +1,16 @@
 #include "tools/list_reader.h"
 
+#include "plugin/handles.h"
+#include "plugin/status.h"
+#include "tools/command_line.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
+
 #include <cstdlib>
 #include <cstring>
+#include <functional>
+#include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 

@@ -5,6 +5,8 @@
 #include "plugin/entry_points.h"
 #include "tools/command_line.h"
 #include "tools/probe.h"
+#include "tools/problem.h"
+#include "tools/slots.h"
 
 #include <cstddef>
 #include <functional>

@@ -1,13 +1,23 @@
 // soapwrapper-probe: plays the backup host from the command line.
+#include "plugin/host_records.h"
+#include "tools/command_line.h"
 #include "tools/commands/command.h"
 #include "tools/credential.h"
+#include "tools/output.h"
+#include "tools/plugin_library.h"
 #include "tools/plugin_manager.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
+#include "tools/session.h"
 
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
+#include <exception>
 #include <iostream>
-#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace
 {

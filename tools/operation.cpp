@@ -1,7 +1,16 @@
 #include "tools/operation.h"
 
+#include "plugin/async_records.h"
+#include "plugin/handles.h"
 #include "tools/arguments.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
+#include "tools/records.h"
+#include "tools/slots.h"
 #include "tools/text.h"
+
+#include <cstdint>
+#include <optional>
 
 namespace soapwrapper::probe
 {

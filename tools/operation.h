@@ -4,7 +4,9 @@
 
 #include "plugin/async_records.h"
 #include "plugin/handle_records.h"
+#include "plugin/handles.h"
 #include "tools/probe.h"
+#include "tools/problem.h"
 #include "tools/records.h"
 
 #include <string>

@@ -1,6 +1,17 @@
 #include "tools/operation_answer.h"
 
+#include "plugin/async_records.h"
+#include "tools/operation.h"
+#include "tools/output.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
+#include "tools/records.h"
 #include "tools/text.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 
 namespace soapwrapper::probe
 {

@@ -2,9 +2,14 @@
 #ifndef SOAPWRAPPER_TOOLS_OPERATION_ANSWER_H
 #define SOAPWRAPPER_TOOLS_OPERATION_ANSWER_H
 
+#include "plugin/async_records.h"
+#include "plugin/status.h"
 #include "tools/operation.h"
+#include "tools/probe.h"
+#include "tools/records.h"
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 
 namespace soapwrapper::probe

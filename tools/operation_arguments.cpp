@@ -1,9 +1,18 @@
 #include "tools/operation_arguments.h"
 
+#include "plugin/async_records.h"
+#include "plugin/host_records.h"
+#include "tools/arguments.h"
+#include "tools/command_line.h"
+#include "tools/operation_run.h"
+#include "tools/problem.h"
 #include "tools/volume_argument.h"
 
+#include <cstddef>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace soapwrapper::probe
 {

@@ -3,11 +3,12 @@
 #define SOAPWRAPPER_TOOLS_OPERATION_ARGUMENTS_H
 
 #include "plugin/async_records.h"
+#include "plugin/host_records.h"
 #include "tools/arguments.h"
 #include "tools/command_line.h"
 #include "tools/operation_run.h"
-#include "tools/snapshot_records.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 

@@ -1,14 +1,25 @@
 #include "tools/operation_run.h"
 
+#include "plugin/async_records.h"
+#include "plugin/handles.h"
+#include "plugin/status.h"
 #include "tools/arguments.h"
+#include "tools/command_line.h"
 #include "tools/interruption.h"
+#include "tools/operation.h"
 #include "tools/operation_answer.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
 #include "tools/progress_line.h"
 #include "tools/readable.h"
+#include "tools/records.h"
 #include "tools/status_text.h"
 
 #include <algorithm>
+#include <chrono>
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace soapwrapper::probe
 {

@@ -3,8 +3,10 @@
 #define SOAPWRAPPER_TOOLS_OPERATION_RUN_H
 
 #include "plugin/async_records.h"
+#include "plugin/handles.h"
 #include "tools/command_line.h"
 #include "tools/operation.h"
+#include "tools/probe.h"
 
 #include <functional>
 #include <optional>

@@ -4,7 +4,11 @@
 #include "tools/text.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::probe
 {

@@ -1,12 +1,19 @@
 #include "tools/plugin_library.h"
 
+#include "plugin/entry_points.h"
+#include "plugin/status.h"
 #include "tools/problem.h"
+#include "tools/slots.h"
 #include "tools/status_text.h"
 
 #include <dlfcn.h>
 #include <link.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
+#include <optional>
+#include <string>
 #include <system_error>
 
 namespace soapwrapper::probe

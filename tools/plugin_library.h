@@ -6,6 +6,7 @@
 #include "plugin/entry_points.h"
 #include "tools/slots.h"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>

@@ -1,8 +1,13 @@
 #include "tools/probe.h"
 
+#include "plugin/status.h"
+#include "tools/output.h"
+#include "tools/problem.h"
 #include "tools/status_text.h"
 
 #include <iostream>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 

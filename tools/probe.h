@@ -6,6 +6,7 @@
 #include "tools/plugin_library.h"
 #include "tools/problem.h"
 #include "tools/session.h"
+#include "tools/slots.h"
 
 #include <optional>
 #include <string>

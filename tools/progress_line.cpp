@@ -3,8 +3,11 @@
 #include "tools/text.h"
 
 #include <sys/ioctl.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <string>
 
 namespace soapwrapper::probe
 {

@@ -1,7 +1,10 @@
 #include "tools/readable.h"
 
+#include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <iterator>
+#include <string>
 
 namespace soapwrapper::probe
 {

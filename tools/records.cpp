@@ -1,5 +1,12 @@
 #include "tools/records.h"
 
+#include "tools/output.h"
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace soapwrapper::probe
 {
 namespace

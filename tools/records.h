@@ -5,6 +5,7 @@
 #include "tools/output.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace soapwrapper::probe

@@ -1,5 +1,12 @@
 #include "tools/server_discovery.h"
 
+#include "plugin/host_records.h"
+#include "tools/probe.h"
+#include "tools/slots.h"
+
+#include <memory>
+#include <string>
+
 namespace soapwrapper::probe
 {
 

@@ -4,6 +4,7 @@
 
 #include "plugin/host_records.h"
 #include "tools/probe.h"
+#include "tools/problem.h"
 
 #include <memory>
 #include <optional>

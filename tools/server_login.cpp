@@ -1,10 +1,17 @@
 #include "tools/server_login.h"
 
+#include "plugin/host_records.h"
 #include "tools/arguments.h"
+#include "tools/command_line.h"
 #include "tools/credential.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
 #include "tools/server_discovery.h"
+#include "tools/session.h"
+#include "tools/slots.h"
 
 #include <iostream>
+#include <optional>
 #include <utility>
 
 namespace soapwrapper::probe

@@ -2,6 +2,7 @@
 #ifndef SOAPWRAPPER_TOOLS_SERVER_LOGIN_H
 #define SOAPWRAPPER_TOOLS_SERVER_LOGIN_H
 
+#include "plugin/handles.h"
 #include "plugin/host_records.h"
 #include "tools/command_line.h"
 #include "tools/probe.h"

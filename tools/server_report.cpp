@@ -1,10 +1,16 @@
 #include "tools/server_report.h"
 
+#include "plugin/host_records.h"
+#include "tools/output.h"
 #include "tools/text.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <iterator>
+#include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::probe
 {

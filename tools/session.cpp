@@ -1,10 +1,15 @@
 #include "tools/session.h"
 
+#include "plugin/host_records.h"
 #include "tools/credential.h"
 #include "tools/text.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <mutex>
 #include <ostream>
+#include <string>
+#include <utility>
 
 namespace soapwrapper::probe
 {

@@ -1,9 +1,18 @@
 #include "tools/snapshot_records.h"
 
+#include "plugin/handles.h"
+#include "plugin/host_records.h"
+#include "tools/arguments.h"
+#include "tools/command_line.h"
 #include "tools/list_reader.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
 #include "tools/records.h"
+#include "tools/slots.h"
 #include "tools/text.h"
 #include "tools/volume_argument.h"
+
+#include <string>
 
 namespace soapwrapper::probe
 {

@@ -6,6 +6,8 @@
 #include "tools/arguments.h"
 #include "tools/command_line.h"
 
+#include <string>
+
 namespace soapwrapper::probe
 {
 

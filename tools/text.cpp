@@ -1,7 +1,12 @@
 #include "tools/text.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::probe
 {

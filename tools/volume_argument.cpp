@@ -1,10 +1,14 @@
 #include "tools/volume_argument.h"
 
+#include "plugin/host_records.h"
+#include "tools/command_line.h"
 #include "tools/text.h"
 
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace soapwrapper::probe

@@ -1,9 +1,15 @@
 #include "tools/zapi_login.h"
 
+#include "plugin/host_records.h"
+#include "tools/credential.h"
+#include "tools/probe.h"
 #include "tools/problem.h"
+
+#include <string.h>
 
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 namespace soapwrapper::probe
 {

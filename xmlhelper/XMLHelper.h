@@ -2,12 +2,12 @@
 #ifndef SOAPWRAPPER_XMLHELPER_XMLHELPER_H
 #define SOAPWRAPPER_XMLHELPER_XMLHELPER_H
 
-#include "xmlhelper/document.h"
-#include "xmlhelper/node.h"
-#include "xmlhelper/node_list.h"
-#include "xmlhelper/text_node.h"
-#include "xmlhelper/transcoding.h"
-#include "xmlhelper/xml_status.h"
-#include "xmlhelper/xpath.h"
+#include "xmlhelper/document.h"    // IWYU pragma: export
+#include "xmlhelper/node.h"        // IWYU pragma: export
+#include "xmlhelper/node_list.h"   // IWYU pragma: export
+#include "xmlhelper/text_node.h"   // IWYU pragma: export
+#include "xmlhelper/transcoding.h" // IWYU pragma: export
+#include "xmlhelper/xml_status.h"  // IWYU pragma: export
+#include "xmlhelper/xpath.h"       // IWYU pragma: export
 
 #endif

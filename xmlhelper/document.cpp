@@ -7,12 +7,15 @@
 #include "xmlhelper/platform.h"
 #include "xmlhelper/text_node.h"
 #include "xmlhelper/tree_walk.h"
+#include "xmlhelper/xml_status.h"
 #include "xmlhelper/xpath.h"
 
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/util/XMLString.hpp>
 
+#include <memory>
 #include <stdexcept>
+#include <string>
 
 using namespace xercesc;
 

@@ -3,14 +3,19 @@
 #include "xmlhelper/exception_text.h"
 #include "xmlhelper/guarded_parser.h"
 #include "xmlhelper/node.h"
+#include "xmlhelper/parse_memory.h"
 #include "xmlhelper/parser_setup.h"
 #include "xmlhelper/path_input_source.h"
 #include "xmlhelper/transcoding.h"
+#include "xmlhelper/xml_status.h"
 
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
 
+#include <cstddef>
+#include <memory>
+#include <string>
 #include <string_view>
 
 using namespace xercesc;

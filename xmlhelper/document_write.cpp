@@ -6,12 +6,15 @@
 #include "xmlhelper/path_input_source.h"
 #include "xmlhelper/tree_walk.h"
 #include "xmlhelper/wide_text.h"
+#include "xmlhelper/xml_status.h"
 
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufFormatTarget.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include <memory>
 #include <stdexcept>
+#include <string>
 
 using namespace xercesc;
 

@@ -7,7 +7,9 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XMLException.hpp>
 
+#include <exception>
 #include <stdexcept>
+#include <string>
 
 using namespace xercesc;
 

@@ -2,6 +2,9 @@
 
 #include <xercesc/util/IOException.hpp>
 
+#include <cstdio>
+#include <string>
+
 using namespace xercesc;
 
 namespace Oskelund::Tarnholme::VMware::XMLHelper

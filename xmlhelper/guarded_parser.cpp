@@ -3,6 +3,8 @@
 #include "xmlhelper/content_model.h"
 #include "xmlhelper/document_bounds.h"
 #include "xmlhelper/metered_source.h"
+#include "xmlhelper/parse_memory.h"
+#include "xmlhelper/tree_walk.h"
 
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/util/XMLResourceIdentifier.hpp>
@@ -11,6 +13,8 @@
 #include <xercesc/validators/DTD/DTDEntityDecl.hpp>
 
 #include <algorithm>
+#include <cstddef>
+#include <string>
 
 using namespace xercesc;
 

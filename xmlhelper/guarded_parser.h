@@ -9,6 +9,7 @@
 #include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLEntityResolver.hpp>
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>

@@ -1,8 +1,11 @@
 #include "xmlhelper/metered_source.h"
 
+#include "xmlhelper/parse_memory.h"
+
 #include <xercesc/util/BinInputStream.hpp>
 
 #include <memory>
+#include <utility>
 
 using namespace xercesc;
 

@@ -4,12 +4,14 @@
 #include "xmlhelper/node_list.h"
 #include "xmlhelper/text_node.h"
 #include "xmlhelper/transcoding.h"
+#include "xmlhelper/xml_status.h"
 #include "xmlhelper/xpath.h"
 
 #include <xercesc/dom/DOM.hpp>
 
 #include <memory>
 #include <stdexcept>
+#include <string>
 
 using namespace xercesc;
 

@@ -5,7 +5,11 @@
 
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 
+#include <cstddef>
+#include <memory>
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 using namespace xercesc;
 

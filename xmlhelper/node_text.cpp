@@ -1,15 +1,17 @@
 #include "xmlhelper/node.h"
 
 #include "xmlhelper/transcoding.h"
+#include "xmlhelper/xml_status.h"
 #include "xmlhelper/xpath.h"
 
+#include <strings.h>
 #include <xercesc/dom/DOM.hpp>
 
-#include <strings.h>
-
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <stdexcept>
+#include <string>
 
 using namespace xercesc;
 

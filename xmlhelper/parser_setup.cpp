@@ -1,10 +1,12 @@
 #include "xmlhelper/parser_setup.h"
 
 #include "xmlhelper/transcoding.h"
+#include "xmlhelper/xml_status.h"
 
 #include <xercesc/util/XMLUni.hpp>
 
 #include <memory>
+#include <string>
 
 using namespace xercesc;
 

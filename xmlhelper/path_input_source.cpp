@@ -2,11 +2,12 @@
 
 #include "xmlhelper/transcoding.h"
 
+#include <sys/stat.h>
 #include <xercesc/util/BinFileInputStream.hpp>
 
-#include <sys/stat.h>
-
+#include <cstddef>
 #include <memory>
+#include <string>
 
 using namespace xercesc;
 

@@ -4,6 +4,7 @@
 #include <xercesc/util/XMLException.hpp>
 
 #include <mutex>
+#include <string>
 
 using namespace xercesc;
 

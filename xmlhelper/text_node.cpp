@@ -2,11 +2,13 @@
 
 #include "xmlhelper/document.h"
 #include "xmlhelper/transcoding.h"
+#include "xmlhelper/xml_status.h"
 
 #include <xercesc/dom/DOM.hpp>
 
 #include <memory>
 #include <stdexcept>
+#include <string>
 
 using namespace xercesc;
 

@@ -3,6 +3,9 @@
 #define SOAPWRAPPER_XMLHELPER_TEXT_NODE_H
 
 #include "xmlhelper/node.h"
+#include "xmlhelper/xml_status.h"
+
+#include <string>
 
 namespace Oskelund::Tarnholme::VMware::XMLHelper
 {

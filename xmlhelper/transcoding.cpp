@@ -5,6 +5,7 @@
 #include <ace/Guard_T.h>
 #include <ace/Recursive_Thread_Mutex.h>
 #include <ace/Singleton.h>
+#include <string.h>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/TransService.hpp>
 #include <xercesc/util/XMLException.hpp>
@@ -17,6 +18,8 @@
 #include <memory>
 #include <numeric>
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 using namespace xercesc;
 

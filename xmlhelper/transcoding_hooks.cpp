@@ -4,6 +4,9 @@
 
 #include <xercesc/util/XMLString.hpp>
 
+#include <cstddef>
+#include <cstdint>
+
 using namespace Oskelund::Tarnholme::VMware::XMLHelper;
 
 extern "C" {

@@ -1,7 +1,9 @@
 #include "xmlhelper/tree_walk.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
+#include <vector>
 
 using namespace xercesc;
 

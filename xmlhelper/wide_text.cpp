@@ -1,7 +1,10 @@
 #include "xmlhelper/wide_text.h"
 
+#include "xmlhelper/xml_status.h"
+
 #include <cstdint>
 #include <cstring>
+#include <string>
 
 namespace Oskelund::Tarnholme::VMware::XMLHelper
 {

@@ -2,7 +2,9 @@
 
 #include "xmlhelper/transcoding.h"
 
+#include <cstddef>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 
 namespace Oskelund::Tarnholme::VMware::XMLHelper

@@ -2,10 +2,12 @@
 #ifndef SOAPWRAPPER_XMLHELPER_XPATH_H
 #define SOAPWRAPPER_XMLHELPER_XPATH_H
 
+#include "xmlhelper/node.h"
 #include "xmlhelper/node_list.h"
 
 #include <xercesc/dom/DOMNode.hpp>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>

@@ -1,14 +1,17 @@
-#include "xmlhelper/xpath.h"
-
+#include "xmlhelper/node.h"
+#include "xmlhelper/node_list.h"
 #include "xmlhelper/transcoding.h"
 #include "xmlhelper/tree_walk.h"
+#include "xmlhelper/xpath.h"
 
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/util/XMLString.hpp>
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <stdexcept>
+#include <string>
 #include <unordered_set>
 #include <utility>
 #include <vector>

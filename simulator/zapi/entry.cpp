@@ -1,10 +1,19 @@
 // The plug-in manager's two functions, and the table of operations that they hand out.
+#include "plugin/host_records.h"
+#include "plugin/status.h"
+#include "simulator/fault.h"
+#include "simulator/fault_codes.h"
+#include "simulator/zapi/handle_table.h"
 #include "simulator/zapi/stand_in.h"
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <exception>
 #include <new>
+#include <string>
+#include <vector>
 
 // A server's credentials: a user name and a password, each with its terminator.
 struct sts_cred_block {

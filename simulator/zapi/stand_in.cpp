@@ -1,11 +1,25 @@
 #include "simulator/zapi/stand_in.h"
 
+#include "plugin/host_records.h"
+#include "simulator/change_list.h"
+#include "simulator/content.h"
+#include "simulator/fault_codes.h"
+#include "simulator/records.h"
+#include "simulator/scenario.h"
 #include "simulator/text.h"
+#include "simulator/zapi/handle_table.h"
 
 #include <atomic>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace soapwrapper::simulator
 {

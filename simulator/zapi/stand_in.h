@@ -8,10 +8,10 @@
 #include "simulator/scenario.h"
 #include "simulator/zapi/handle_table.h"
 
-#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace soapwrapper::simulator

@@ -1,15 +1,29 @@
+#include "plugin/host_records.h"
+#include "plugin/status.h"
 #include "tools/arguments.h"
+#include "tools/change_list.h"
 #include "tools/change_reader.h"
 #include "tools/change_route.h"
+#include "tools/command_line.h"
 #include "tools/commands/command.h"
+#include "tools/credential.h"
+#include "tools/list_reader.h"
 #include "tools/plugin_manager.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
+#include "tools/server_login.h"
+#include "tools/slots.h"
 #include "tools/snapshot_records.h"
 #include "tools/volume_argument.h"
 #include "tools/zapi_login.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <iostream>
 #include <limits>
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace soapwrapper::probe
 {

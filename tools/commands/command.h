@@ -8,7 +8,6 @@
 
 #include <functional>
 #include <memory>
-#include <string>
 
 namespace soapwrapper::probe
 {

@@ -1,3 +1,4 @@
+#include "tools/command_line.h"
 #include "tools/commands/command.h"
 
 namespace soapwrapper::probe

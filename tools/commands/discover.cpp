@@ -1,8 +1,12 @@
+#include "tools/command_line.h"
 #include "tools/commands/command.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
 #include "tools/server_discovery.h"
 #include "tools/server_report.h"
 
 #include <memory>
+#include <string>
 
 namespace soapwrapper::probe
 {

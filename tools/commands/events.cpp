@@ -1,14 +1,27 @@
+#include "plugin/event_records.h"
+#include "plugin/handles.h"
+#include "plugin/host_records.h"
+#include "plugin/status.h"
 #include "tools/arguments.h"
+#include "tools/command_line.h"
 #include "tools/commands/command.h"
 #include "tools/event_channel.h"
 #include "tools/event_report.h"
 #include "tools/interruption.h"
 #include "tools/list_reader.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
+#include "tools/server_login.h"
+#include "tools/slots.h"
 
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace soapwrapper::probe
 {

@@ -1,7 +1,14 @@
+#include "plugin/host_records.h"
 #include "tools/arguments.h"
+#include "tools/command_line.h"
 #include "tools/commands/command.h"
+#include "tools/probe.h"
 #include "tools/records.h"
+#include "tools/server_login.h"
+#include "tools/slots.h"
 #include "tools/volume_argument.h"
+
+#include <memory>
 
 namespace soapwrapper::probe
 {

@@ -1,6 +1,13 @@
+#include "plugin/host_records.h"
 #include "tools/arguments.h"
+#include "tools/command_line.h"
 #include "tools/commands/command.h"
 #include "tools/image_records.h"
+#include "tools/probe.h"
+#include "tools/server_login.h"
+#include "tools/slots.h"
+
+#include <memory>
 
 namespace soapwrapper::probe
 {

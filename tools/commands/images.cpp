@@ -1,7 +1,18 @@
+#include "plugin/handles.h"
+#include "plugin/host_records.h"
 #include "tools/arguments.h"
+#include "tools/command_line.h"
 #include "tools/commands/command.h"
 #include "tools/image_records.h"
 #include "tools/list_reader.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
+#include "tools/records.h"
+#include "tools/server_login.h"
+#include "tools/slots.h"
+
+#include <cstdint>
+#include <memory>
 
 namespace soapwrapper::probe
 {

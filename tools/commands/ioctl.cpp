@@ -1,10 +1,22 @@
+#include "plugin/entry_points.h"
 #include "tools/answer_room.h"
 #include "tools/arguments.h"
+#include "tools/command_line.h"
 #include "tools/commands/command.h"
-#include "tools/records.h"
+#include "tools/output.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
+#include "tools/server_login.h"
+#include "tools/slots.h"
 #include "tools/text.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace soapwrapper::probe
 {

@@ -1,7 +1,15 @@
+#include "plugin/host_records.h"
 #include "tools/arguments.h"
+#include "tools/command_line.h"
 #include "tools/commands/command.h"
+#include "tools/output.h"
+#include "tools/probe.h"
 #include "tools/records.h"
+#include "tools/server_login.h"
+#include "tools/slots.h"
 #include "tools/text.h"
+
+#include <memory>
 
 namespace soapwrapper::probe
 {

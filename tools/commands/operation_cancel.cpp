@@ -1,7 +1,16 @@
 #include "tools/arguments.h"
+#include "tools/command_line.h"
 #include "tools/commands/command.h"
 #include "tools/operation_run.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
+#include "tools/records.h"
+#include "tools/server_login.h"
 #include "tools/text.h"
+
+#include <memory>
+#include <optional>
+#include <string>
 
 namespace soapwrapper::probe
 {

@@ -1,6 +1,18 @@
+#include "plugin/status.h"
 #include "tools/arguments.h"
+#include "tools/command_line.h"
 #include "tools/commands/command.h"
+#include "tools/operation.h"
 #include "tools/operation_run.h"
+#include "tools/probe.h"
+#include "tools/problem.h"
+#include "tools/records.h"
+#include "tools/server_login.h"
+#include "tools/slots.h"
+
+#include <memory>
+#include <optional>
+#include <string>
 
 namespace soapwrapper::probe
 {

@@ -1,9 +1,18 @@
+#include "plugin/host_records.h"
 #include "tools/arguments.h"
+#include "tools/command_line.h"
 #include "tools/commands/command.h"
 #include "tools/list_reader.h"
 #include "tools/operation_arguments.h"
+#include "tools/probe.h"
+#include "tools/server_login.h"
+#include "tools/slots.h"
 #include "tools/snapshot_records.h"
 #include "tools/volume_argument.h"
+
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace soapwrapper::probe
 {

@@ -1,8 +1,13 @@
+#include "plugin/host_records.h"
+#include "tools/command_line.h"
 #include "tools/commands/command.h"
+#include "tools/probe.h"
 #include "tools/server_login.h"
 #include "tools/server_report.h"
+#include "tools/slots.h"
 
 #include <memory>
+#include <string>
 
 namespace soapwrapper::probe
 {

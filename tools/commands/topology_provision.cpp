@@ -1,5 +1,18 @@
+#include "plugin/async_records.h"
+#include "plugin/handles.h"
+#include "plugin/host_records.h"
+#include "tools/arguments.h"
+#include "tools/command_line.h"
 #include "tools/commands/command.h"
 #include "tools/operation_arguments.h"
+#include "tools/operation_run.h"
+#include "tools/probe.h"
+#include "tools/server_login.h"
+#include "tools/slots.h"
+#include "tools/snapshot_records.h"
+
+#include <memory>
+#include <string>
 
 namespace soapwrapper::probe
 {
