@@ -8,7 +8,7 @@ shift
 if [ $# -eq 0 ]; then
     set -- plugin/*.cpp service/*.cpp conversion/*.cpp operations/*.cpp changelist/*.cpp xmlhelper/*.cpp
 fi
-printf '%s\n' "$@" | grep -v nothrow_stand_in | xargs -P"$(nproc)" -n4 clang-tidy-14 -p "$folder" --quiet 2> "$folder/tidy.err" || {
+printf '%s\n' "$@" | grep -v nothrow_stand_in | xargs -P"$(nproc)" -n4 clang-tidy-19 -p "$folder" --quiet 2> "$folder/tidy.err" || {
     cat "$folder/tidy.err" >&2
     exit 1
 }
