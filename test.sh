@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and passes the tests: as they are, under the address and
-# undefined-behaviour sanitizers with leak detection, under the thread sanitizer; a short run of the fuzzers, and
-# clang-tidy.
+# undefined-behaviour sanitizers with leak detection, under the thread sanitizer; a short run of the fuzzers, what each
+# file includes, and clang-tidy.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 . scripts/packages.sh
@@ -54,6 +54,9 @@ step "All but the tests, built with clang, and a short run of each fuzzer"
 build build-fuzz all -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DSOAPWRAPPER_FUZZ=ON \
     -DSOAPWRAPPER_TESTS=OFF -DSOAPWRAPPER_SANITIZE=address,undefined
 scripts/fuzz.sh build-fuzz "${FUZZ_RUNS:-5000}"
+
+step "Each file includes what it uses"
+scripts/check_includes.sh build-fuzz
 
 step "clang-tidy over the library"
 scripts/tidy.sh build-fuzz
