@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and passes the tests: as they are, under the address and
 # undefined-behaviour sanitizers with leak detection, under the thread sanitizer; a short run of the fuzzers, what each
-# file includes, and clang-tidy.
+# file includes, and clang-tidy. A warning is an error here.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 . scripts/packages.sh
@@ -14,7 +14,8 @@ step() { printf '\n== %s\n' "$*"; }
 build() { # folder, target, then cmake's own arguments
     local folder=$1 target=$2
     shift 2
-    cmake -S . -B "$folder" -G Ninja "$@" > "$folder.cmake.log" 2>&1 || {
+    cmake -S . -B "$folder" -G Ninja -DSOAPWRAPPER_WARNINGS_AS_ERRORS=ON "$@" \
+        > "$folder.cmake.log" 2>&1 || {
         cat "$folder.cmake.log"
         return 1
     }
