@@ -14,7 +14,7 @@ step() { printf '\n== %s\n' "$*"; }
 build() { # folder, target, then cmake's own arguments
     local folder=$1 target=$2
     shift 2
-    cmake -S . -B "$folder" -G Ninja -DSOAPWRAPPER_WARNINGS_AS_ERRORS=ON "$@" \
+    cmake -S . -B "$folder" -G Ninja -DSOAPWRAPPER_WARNINGS_AS_ERRORS=ON -DSOAPWRAPPER_ASSERTIONS=ON "$@" \
         > "$folder.cmake.log" 2>&1 || {
         cat "$folder.cmake.log"
         return 1

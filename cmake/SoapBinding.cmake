@@ -34,6 +34,7 @@ add_library(soapwrapper_binding OBJECT ${BINDING_OUTPUTS})
 set_source_files_properties(${BINDING_OUTPUTS} ${BINDING_SERVICE} PROPERTIES COMPILE_OPTIONS "-w")
 target_include_directories(soapwrapper_binding SYSTEM PUBLIC ${BINDING_DIR})
 target_compile_options(soapwrapper_binding PUBLIC ${GSOAP_CFLAGS_OTHER} ${GSOAP_CFLAGS})
+target_link_libraries(soapwrapper_binding PRIVATE soapwrapper_hardening)
 
 # The runtime is linked statically: the distribution's shared one takes its namespace table from whichever
 # plug-in was loaded first.

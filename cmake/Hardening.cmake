@@ -1,0 +1,22 @@
+# What Debian hardens its packages with, for what is installed. Under a sanitizer the C library's checks stay out: they
+# take over the calls that the sanitizer watches.
+include(CheckCXXCompilerFlag)
+add_library(soapwrapper_hardening INTERFACE)
+foreach(FLAG -fstack-protector-strong -fstack-clash-protection -fcf-protection)
+    string(MAKE_C_IDENTIFIER "COMPILER_KNOWS${FLAG}" KNOWN)
+    check_cxx_compiler_flag("-Werror ${FLAG}" ${KNOWN})
+    if(${KNOWN})
+        target_compile_options(soapwrapper_hardening INTERFACE ${FLAG})
+    endif()
+endforeach()
+set(SOAPWRAPPER_FORTIFIED OFF)
+if(NOT SOAPWRAPPER_SANITIZE AND NOT SOAPWRAPPER_FUZZ AND NOT CMAKE_BUILD_TYPE STREQUAL Debug)
+    set(SOAPWRAPPER_FORTIFIED ON)
+    target_compile_options(soapwrapper_hardening INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3)
+endif()
+target_link_options(soapwrapper_hardening INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
+
+option(SOAPWRAPPER_ASSERTIONS "Check the preconditions of the C++ standard library's containers" OFF)
+if(SOAPWRAPPER_ASSERTIONS)
+    add_compile_definitions(_GLIBCXX_ASSERTIONS)
+endif()
