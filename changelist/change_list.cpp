@@ -13,7 +13,6 @@
 #include "operations/reference_checks.h"
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
-#include "plugin/plugin_globals.h"
 #include "plugin/session_log.h"
 #include "plugin/wipe.h"
 #include "service/service_call.h"

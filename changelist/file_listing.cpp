@@ -6,13 +6,11 @@
 #include "conversion/file_attributes.h"
 #include "plugin/bounded_text.h"
 #include "plugin/entry_points.h"
-#include "plugin/plugin_globals.h"
 #include "plugin/session_log.h"
 #include "service/clock.h"
 #include "service/service_call.h"
 #include "service/wire_session.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <new>

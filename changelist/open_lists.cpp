@@ -1,8 +1,10 @@
 #include "changelist/open_lists.h"
 
+#include "changelist/session_registry.h"
 #include "plugin/plugin_globals.h"
 #include "plugin/wipe.h"
 
+#include <string>
 #include <utility>
 
 namespace soapwrapper

@@ -8,14 +8,15 @@
 #include "plugin/status.h"
 #include "plugin/wipe.h"
 
-#include <string.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <cstdint>
 #include <cstring>
-#include <map>
+#include <new> // IWYU pragma: keep: the placement
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace soapwrapper
 {
@@ -69,13 +70,22 @@ struct ZapiSession {
 // stays for good. Under gMutex.
 ZapiSession* g_sessions = nullptr;
 
+// Not from the heap, where it would be taken for a leak once the library is unloaded. Null without memory.
+ZapiSession* make_immortal_session()
+{
+    void* memory =
+        mmap(nullptr, sizeof(ZapiSession), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    return memory == MAP_FAILED ? nullptr : new (memory) ZapiSession();
+}
+
 sts_session_def_v7_t* session_for(sts_log_callback_t callback)
 {
     const MutexLock lock(gMutex);
     for (ZapiSession* known = g_sessions; known; known = known->next) {
         if (known->definition.log_callback == callback) return &known->definition;
     }
-    auto* session = new ZapiSession();
+    ZapiSession* session = make_immortal_session();
+    if (!session) return nullptr;
     // Written once: the second plug-in reads it on any thread, without our lock.
     session->definition.session_id = session->id;
     session->definition.log_callback = callback;
@@ -119,7 +129,8 @@ int open_zapi_connection(std::string_view connection, const sts_session_def_v7_t
         log.record("failed to open sts_init");
         return STS_ENULLARG;
     }
-    if (api_open_session(session_for(session ? session->log_callback : nullptr), zapi_session) != STS_EOK) {
+    sts_session_def_v7_t* const zapi_definition = session_for(session ? session->log_callback : nullptr);
+    if (!zapi_definition || api_open_session(zapi_definition, zapi_session) != STS_EOK) {
         log.record("failed to open zapi session");
         return STS_ENULLARG;
     }

@@ -6,8 +6,6 @@
 #include "plugin/async_records.h"
 #include "plugin/session_log.h"
 #include "plugin/status.h"
-#include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <utility>
 

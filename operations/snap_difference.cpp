@@ -1,6 +1,8 @@
 #include "operations/snap_difference.h"
 
 #include "conversion/field_text.h"
+#include "plugin/async_records.h"
+#include "plugin/session_log.h"
 #include "plugin/status.h"
 
 #include <algorithm>

@@ -2,6 +2,7 @@
 
 #include "xmlhelper/document_bounds.h"
 
+#include <cstddef>
 #include <xercesc/validators/common/ContentSpecNode.hpp>
 
 #include <algorithm>

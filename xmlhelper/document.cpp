@@ -3,7 +3,7 @@
 #include "xmlhelper/exception_text.h"
 #include "xmlhelper/node.h"
 #include "xmlhelper/node_list.h"
-#include "xmlhelper/parse_memory.h"
+#include "xmlhelper/parse_memory.h" // IWYU pragma: keep: a document owns its rings of memory
 #include "xmlhelper/platform.h"
 #include "xmlhelper/text_node.h"
 #include "xmlhelper/tree_walk.h"

@@ -3,7 +3,7 @@
 #ifndef SOAPWRAPPER_XMLHELPER_DOCUMENT_H
 #define SOAPWRAPPER_XMLHELPER_DOCUMENT_H
 
-#include "xmlhelper/document_bounds.h"
+#include "xmlhelper/document_bounds.h" // IWYU pragma: export
 #include "xmlhelper/xml_status.h"
 
 #include <xercesc/util/XercesDefs.hpp>

@@ -4,8 +4,8 @@
 #include "xmlhelper/document_bounds.h"
 #include "xmlhelper/metered_source.h"
 #include "xmlhelper/parse_memory.h"
-#include "xmlhelper/tree_walk.h"
 
+#include <cstdint>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/util/XMLResourceIdentifier.hpp>
 #include <xercesc/validators/DTD/DTDAttDef.hpp>
@@ -13,8 +13,6 @@
 #include <xercesc/validators/DTD/DTDEntityDecl.hpp>
 
 #include <algorithm>
-#include <cstddef>
-#include <string>
 
 using namespace xercesc;
 

@@ -1,6 +1,7 @@
 // Of what the parser complains of, what is held against the document.
 #include "xmlhelper/guarded_parser.h"
 
+#include <string>
 #include <xercesc/framework/XMLErrorCodes.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
 #include <xercesc/util/XMLUni.hpp>

@@ -2,6 +2,8 @@
 
 #include "xmlhelper/document_bounds.h"
 
+#include <cstdint>
+#include <memory>
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #include "xmlhelper/unread_parts.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string_view>
 
 using namespace xercesc;
