@@ -9,6 +9,7 @@
 #include <xercesc/util/XMLString.hpp>
 
 #include <stdexcept>
+#include <string_view>
 
 namespace schema_test
 {
@@ -97,11 +98,12 @@ std::vector<const DOMElement*> children(const DOMElement& node, const std::strin
 }
 
 // The one child of that name. A document that lacks it is of no use to any test.
-const DOMElement& child(const DOMElement& node, const std::string& uri, const std::string& name)
+const DOMElement& child(const DOMElement& node, std::string_view uri, std::string_view name)
 {
-    const auto found = children(node, uri, name);
+    const auto found = children(node, std::string(uri), std::string(name));
     if (found.size() != 1) {
-        throw std::runtime_error(std::to_string(found.size()) + " elements " + name + " in " + name_of(node));
+        throw std::runtime_error(std::to_string(found.size()) + " elements " + std::string(name) + " in " +
+                                 name_of(node));
     }
     return *found.front();
 }
