@@ -104,6 +104,7 @@ void GuardedParser::report(const Complaint& complaint)
 // As the parser would have done when it came upon it.
 void GuardedParser::report_violation_of_start_tag()
 {
+    if (!violation_of_start_tag_) return;
     const Complaint complaint = *violation_of_start_tag_;
     violation_of_start_tag_.reset();
     report(complaint);
@@ -124,7 +125,7 @@ void GuardedParser::error(unsigned int code, const XMLCh* domain, XMLErrorReport
         if (waits && !violation_of_start_tag_) violation_of_start_tag_ = complaint;
         if (is_excused || waits) return;
     }
-    if (violation_of_start_tag_) report_violation_of_start_tag();
+    report_violation_of_start_tag();
     report(complaint);
 }
 
