@@ -28,6 +28,17 @@ class SharedRecord : public ZapiChangeListTest
         return std::async(std::launch::async, [this] { return next(first, *entry_); });
     }
 
+    // For the service, which has the request by now and answers with two files once it is released.
+    std::future<int> start_listing_that_waits()
+    {
+        const std::size_t asked = service.requests().size();
+        const std::string files = file_element("/a") + file_element("/b");
+        service.script({Answer::Manner::hold, http_message(files_reply(files, 2))});
+        std::future<int> listing = start_listing();
+        service.wait_for_requests(asked + 1);
+        return listing;
+    }
+
     // Another thread's listing of the second list, while the first one is being listed.
     void expect_busy()
     {
@@ -105,11 +116,7 @@ TEST_F(SharedRecord, LivesThroughAPauseInWhichTheOtherListIsClosed)
 TEST_F(SharedRecord, LivesThroughACallOfTheServiceInWhichTheOtherListIsClosed)
 {
     open_two_at_service();
-    const std::size_t asked = service.requests().size();
-    const std::string files = file_element("/a") + file_element("/b");
-    service.script({Answer::Manner::hold, http_message(files_reply(files, 2))});
-    std::future<int> listing = start_listing();
-    service.wait_for_requests(asked + 1);
+    std::future<int> listing = start_listing_that_waits();
     expect_busy();
     close(second);
     EXPECT_THAT(registry(), IsEmpty());
@@ -142,11 +149,7 @@ TEST_F(SharedRecord, LivesThroughACallOfThePluginInWhichTheOtherListIsClosed)
 TEST_F(SharedRecord, TheListingThatWasRefusedGoesOnWhereTheOtherEnds)
 {
     open_two_at_service();
-    const std::size_t asked = service.requests().size();
-    const std::string files = file_element("/a") + file_element("/b");
-    service.script({Answer::Manner::hold, http_message(files_reply(files, 2))});
-    std::future<int> listing = start_listing();
-    service.wait_for_requests(asked + 1);
+    std::future<int> listing = start_listing_that_waits();
     expect_busy();
     expect_busy();
     service.release();
@@ -162,10 +165,7 @@ TEST_F(SharedRecord, AListingOfAnotherRecordIsNotInItsWay)
     open_two_at_service();
     open_at_service("C2");
     stsp_change_list_t* const third = list;
-    const std::size_t asked = service.requests().size();
-    service.script({Answer::Manner::hold, http_message(files_reply(file_element("/a"), 1))});
-    std::future<int> listing = start_listing();
-    service.wait_for_requests(asked + 1);
+    std::future<int> listing = start_listing_that_waits();
     script_files(file_element("/c"), 1);
     const auto entry = std::make_unique<sts_file_attr_v11_t>();
     EXPECT_EQ(next(third, *entry), 0);

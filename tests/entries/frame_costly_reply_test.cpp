@@ -1,10 +1,8 @@
 // Replies that would cost the host its stack, its processor or its memory.
 #include "tests/entries/server_fixture.h"
+#include "tests/kit/small_stack.h"
 
-#include <pthread.h>
 #include <zlib.h>
-
-#include <functional>
 
 using namespace kit;
 using testing::Contains;
@@ -147,21 +145,6 @@ class CostlyReplies : public ServerTest
     std::unique_ptr<sts_server_info_v8_t> info_ = std::make_unique<sts_server_info_v8_t>();
 };
 
-void run_on_small_stack(std::size_t size, std::function<void()> body)
-{
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, size), 0);
-    pthread_t thread;
-    const auto start = [](void* argument) -> void* {
-        (*static_cast<std::function<void()>*>(argument))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, start, &body), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-}
-
 } // namespace
 
 TEST_F(CostlyReplies, NestedTooDeepAreRefused)
@@ -187,7 +170,7 @@ TEST_F(CostlyReplies, FitTheStackThatACallIsSaidToNeed)
     for (const std::size_t depth : {std::size_t{20}, std::size_t{1000}, std::size_t{100000}}) {
         const std::string message = compressed_message(gzip(nested_fault(depth)), 500);
         int status = 0;
-        run_on_small_stack(kStackOfACall, [&] { status = ask(message); });
+        run_on_stack_of(kStackOfACall, [&] { status = ask(message); });
         EXPECT_EQ(status, depth < 100 ? 2060021 : 2060026);
     }
 }

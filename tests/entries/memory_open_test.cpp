@@ -2,7 +2,7 @@
 #include "tests/entries/async_start_cases.h"
 #include "tests/entries/catalogue_cases.h"
 #include "tests/entries/event_channel_fixture.h"
-#include "tests/entries/memory_hooks.h"
+#include "tests/entries/heap_hooks.h"
 
 #include <cstring>
 #include <optional>
@@ -39,7 +39,9 @@ class NoMemoryAfterTheReply
   private:
     static int listen(const char* session_id, const char* message, int level)
     {
-        if (std::strstr(message, "SOAP return code = 0")) current_->shortage_.emplace(current_->size_);
+        if (std::strstr(message, "SOAP return code = 0")) {
+            current_->shortage_.emplace(hooks::Allocator::malloc, current_->size_);
+        }
         return current_->callback_(session_id, message, level);
     }
 
@@ -47,7 +49,7 @@ class NoMemoryAfterTheReply
     RecordedSession& session_;
     sts_log_callback_t callback_;
     std::size_t size_;
-    std::optional<hooks::NoMemoryFor> shortage_;
+    std::optional<hooks::NoMemory> shortage_;
 };
 
 class OpenWithoutMemory : public EventChannelTest

@@ -1,6 +1,6 @@
 // Memory that a wait can't have.
 #include "tests/entries/async_wait_snap_fixture.h"
-#include "tests/entries/memory_hooks.h"
+#include "tests/entries/heap_hooks.h"
 
 using namespace kit;
 using testing::ElementsAre;
@@ -33,7 +33,7 @@ TEST_P(WaitWithoutMemory, ForTheRowsOfADifferenceDeliversNothingAndMayBeRepeated
     const std::string before = bytes_of(record_);
     service_.script({difference(3), difference(3)});
     {
-        hooks::NoMemoryFor shortage(3 * sizeof(sts_snap_diff_t));
+        const hooks::NoMemory shortage(hooks::Allocator::operator_new_nothrow, 3 * sizeof(sts_snap_diff_t));
         EXPECT_EQ(wait(1), 2060002);
         EXPECT_EQ(shortage.refusals(), 1U);
     }

@@ -1,7 +1,8 @@
 #include "tests/xmlhelper/hostile.h"
 
+#include "tests/kit/small_stack.h"
+
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 namespace fixtures
 {
@@ -41,7 +42,7 @@ std::string error_of(const std::string& text)
     return document->get_errorText();
 }
 
-void on_a_small_stack(std::function<void()> action)
+void on_a_small_stack(const std::function<void()>& action)
 {
     constexpr std::size_t kSmallStack = 192 * 1024;
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -49,17 +50,7 @@ void on_a_small_stack(std::function<void()> action)
 #else
     constexpr std::size_t kStack = kSmallStack;
 #endif
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, kStack);
-    pthread_t thread;
-    const auto run = [](void* argument) -> void* {
-        (*static_cast<std::function<void()>*>(argument))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, run, &action), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
+    kit::run_on_stack_of(kStack, action);
 }
 
 } // namespace fixtures

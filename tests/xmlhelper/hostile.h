@@ -23,7 +23,7 @@ std::string with_type(const std::string& declarations, const std::string& conten
 std::string error_of(const std::string& text);
 
 // On a thread with as little stack as a host may give one. Sanitized frames are larger.
-void on_a_small_stack(std::function<void()> action);
+void on_a_small_stack(const std::function<void()>& action);
 
 } // namespace fixtures
 
