@@ -3,7 +3,7 @@
 #include "bench/canned_service.h"
 
 #include "conversion/image_definition.h"
-#include "plugin/handle_records.h"
+#include "plugin/base/handle_records.h"
 #include "tests/kit/host.h"
 #include "tests/kit/scripted_service.h"
 #include "tests/kit/soap_text.h"

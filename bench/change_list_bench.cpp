@@ -3,8 +3,8 @@
 #include "bench/canned_service.h"
 
 #include "changelist/path_transformation.h"
-#include "plugin/handle_records.h"
-#include "plugin/status.h"
+#include "plugin/base/handle_records.h"
+#include "plugin/host/status.h"
 #include "tests/kit/host.h"
 #include "tests/kit/scripted_service.h"
 #include "tests/kit/soap_text.h"

@@ -1,7 +1,7 @@
 // One stspi_get_server_prop beside a client that carries the same bytes and nothing more, plain and over TLS.
 #include "bench/canned_service.h"
 
-#include "plugin/handle_records.h"
+#include "plugin/base/handle_records.h"
 #include "tests/kit/host.h"
 #include "tests/kit/scripted_service.h"
 #include "tests/kit/soap_text.h"

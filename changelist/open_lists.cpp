@@ -1,8 +1,8 @@
 #include "changelist/open_lists.h"
 
 #include "changelist/session_registry.h"
-#include "plugin/plugin_globals.h"
-#include "plugin/wipe.h"
+#include "plugin/base/plugin_globals.h"
+#include "plugin/base/wipe.h"
 
 #include <string>
 #include <utility>

@@ -3,7 +3,7 @@
 #define SOAPWRAPPER_CHANGELIST_PATH_MAP_H
 
 #include "changelist/session_registry.h"
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 #include <string>
 #include <vector>

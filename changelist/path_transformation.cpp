@@ -1,8 +1,8 @@
 #include "changelist/path_transformation.h"
 
 #include "changelist/session_registry.h"
-#include "plugin/host_records.h"
-#include "plugin/session_log.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/host_records.h"
 
 #include <string.h>
 

@@ -3,7 +3,7 @@
 #ifndef SOAPWRAPPER_CHANGELIST_SESSION_REGISTRY_H
 #define SOAPWRAPPER_CHANGELIST_SESSION_REGISTRY_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 #include <pthread.h>
 

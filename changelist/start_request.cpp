@@ -1,9 +1,9 @@
 #include "changelist/start_request.h"
 
-#include "plugin/bounded_text.h"
-#include "plugin/entry_points.h"
-#include "plugin/session_log.h"
-#include "plugin/wipe.h"
+#include "plugin/base/bounded_text.h"
+#include "plugin/base/session_log.h"
+#include "plugin/base/wipe.h"
+#include "plugin/host/entry_points.h"
 #include "service/clock.h"
 #include "service/configuration.h"
 

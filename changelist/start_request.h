@@ -2,10 +2,10 @@
 #ifndef SOAPWRAPPER_CHANGELIST_START_REQUEST_H
 #define SOAPWRAPPER_CHANGELIST_START_REQUEST_H
 
-#include "plugin/handle_records.h"
-#include "plugin/handles.h"
-#include "plugin/host_records.h"
-#include "plugin/session_log.h"
+#include "plugin/base/handle_records.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/host_records.h"
 
 namespace soapwrapper
 {

@@ -4,10 +4,10 @@
 #include "changelist/path_map.h"
 #include "changelist/session_registry.h"
 #include "operations/io_control.h"
-#include "plugin/bounded_text.h"
-#include "plugin/entry_points.h"
-#include "plugin/session_log.h"
-#include "plugin/wipe.h"
+#include "plugin/base/bounded_text.h"
+#include "plugin/base/session_log.h"
+#include "plugin/base/wipe.h"
+#include "plugin/host/entry_points.h"
 
 #include <string.h>
 

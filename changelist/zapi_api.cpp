@@ -1,7 +1,7 @@
 #include "changelist/zapi_api.h"
 
-#include "plugin/host_records.h"
-#include "plugin/status.h"
+#include "plugin/host/host_records.h"
+#include "plugin/host/status.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,7 +3,7 @@
 #ifndef SOAPWRAPPER_CHANGELIST_ZAPI_API_H
 #define SOAPWRAPPER_CHANGELIST_ZAPI_API_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -2,8 +2,8 @@
 #define SOAPWRAPPER_CHANGELIST_ZAPI_CELLS_H
 
 #include "changelist/zapi_api.h"
-#include "plugin/handle_records.h"
-#include "plugin/handles.h"
+#include "plugin/base/handle_records.h"
+#include "plugin/host/handles.h"
 
 #include <cstdlib>
 

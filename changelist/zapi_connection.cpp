@@ -1,12 +1,12 @@
 #include "changelist/zapi_connection.h"
 
 #include "changelist/zapi_api.h"
-#include "plugin/bounded_text.h"
-#include "plugin/host_records.h"
-#include "plugin/plugin_globals.h"
-#include "plugin/session_log.h"
-#include "plugin/status.h"
-#include "plugin/wipe.h"
+#include "plugin/base/bounded_text.h"
+#include "plugin/base/plugin_globals.h"
+#include "plugin/base/session_log.h"
+#include "plugin/base/wipe.h"
+#include "plugin/host/host_records.h"
+#include "plugin/host/status.h"
 
 #include <sys/mman.h>
 #include <unistd.h>

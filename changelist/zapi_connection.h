@@ -3,7 +3,7 @@
 #define SOAPWRAPPER_CHANGELIST_ZAPI_CONNECTION_H
 
 #include "changelist/zapi_api.h"
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 #include <string_view>
 

@@ -3,7 +3,7 @@
 #include "conversion/field_text.h"
 #include "conversion/image_definition.h"
 #include "conversion/lsu_definition.h"
-#include "plugin/event_records.h"
+#include "plugin/host/event_records.h"
 
 #include <cstdint>
 #include <cstring>

@@ -3,7 +3,7 @@
 #ifndef SOAPWRAPPER_CONVERSION_EVENTS_FROM_SOAP_H
 #define SOAPWRAPPER_CONVERSION_EVENTS_FROM_SOAP_H
 
-#include "plugin/event_records.h"
+#include "plugin/host/event_records.h"
 
 class ns1__EventActivity;
 class ns1__EventImageInformation;

@@ -2,9 +2,9 @@
 
 #include "conversion/field_text.h"
 #include "conversion/image_definition.h"
-#include "plugin/event_records.h"
-#include "plugin/host_records.h"
-#include "plugin/session_log.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/event_records.h"
+#include "plugin/host/host_records.h"
 
 #include <cstdint>
 #include <string>

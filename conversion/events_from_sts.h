@@ -4,8 +4,8 @@
 #ifndef SOAPWRAPPER_CONVERSION_EVENTS_FROM_STS_H
 #define SOAPWRAPPER_CONVERSION_EVENTS_FROM_STS_H
 
-#include "plugin/event_records.h"
-#include "plugin/host_records.h"
+#include "plugin/host/event_records.h"
+#include "plugin/host/host_records.h"
 
 class ns1__Event;
 

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_CONVERSION_EXPORT_HOST_H
 #define SOAPWRAPPER_CONVERSION_EXPORT_HOST_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 #include <string>
 #include <vector>

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_CONVERSION_FIELD_TEXT_H
 #define SOAPWRAPPER_CONVERSION_FIELD_TEXT_H
 
-#include "plugin/bounded_text.h"
+#include "plugin/base/bounded_text.h"
 
 #include <cstddef>
 #include <string>

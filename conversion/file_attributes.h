@@ -1,7 +1,7 @@
 #ifndef SOAPWRAPPER_CONVERSION_FILE_ATTRIBUTES_H
 #define SOAPWRAPPER_CONVERSION_FILE_ATTRIBUTES_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 class ns1__FileAttr;
 

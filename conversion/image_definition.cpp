@@ -2,8 +2,8 @@
 
 #include "conversion/field_text.h"
 #include "conversion/supplier_id.h"
-#include "plugin/host_records.h"
-#include "plugin/session_log.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/host_records.h"
 
 #include <string>
 #include <utility>

@@ -3,7 +3,7 @@
 #ifndef SOAPWRAPPER_CONVERSION_IMAGE_DEFINITION_H
 #define SOAPWRAPPER_CONVERSION_IMAGE_DEFINITION_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 class ns1__ArrayOfExport;
 class ns1__ImageDefinition;

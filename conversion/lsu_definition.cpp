@@ -1,8 +1,8 @@
 #include "conversion/lsu_definition.h"
 
 #include "conversion/field_text.h"
-#include "plugin/bounded_text.h"
-#include "plugin/host_records.h"
+#include "plugin/base/bounded_text.h"
+#include "plugin/host/host_records.h"
 
 #include "soapwrapperStub.h"
 

@@ -1,7 +1,7 @@
 #include "conversion/lsu_pair.h"
 
 #include "conversion/field_text.h"
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 #include "soapwrapperStub.h"
 

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_CONVERSION_LSU_PAIR_H
 #define SOAPWRAPPER_CONVERSION_LSU_PAIR_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 class ns1__ArrayOfLSUSpecification;
 class ns1__LSUSpecification;

@@ -1,8 +1,8 @@
 #include "conversion/server_information.h"
 
-#include "plugin/bounded_text.h"
-#include "plugin/host_records.h"
-#include "plugin/session_log.h"
+#include "plugin/base/bounded_text.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/host_records.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,7 +1,7 @@
 #ifndef SOAPWRAPPER_CONVERSION_SERVER_INFORMATION_H
 #define SOAPWRAPPER_CONVERSION_SERVER_INFORMATION_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 class ns1__ServerInformation;
 

@@ -3,8 +3,8 @@
 #include "conversion/field_text.h"
 #include "conversion/supplier_id.h"
 #include "conversion/volume.h"
-#include "plugin/bounded_text.h"
-#include "plugin/host_records.h"
+#include "plugin/base/bounded_text.h"
+#include "plugin/host/host_records.h"
 
 #include <cstddef>
 

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_CONVERSION_SUPPLIER_ID_H
 #define SOAPWRAPPER_CONVERSION_SUPPLIER_ID_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 class ns1__IndependentSupplierId;
 

@@ -1,7 +1,7 @@
 #include "conversion/volume.h"
 
 #include "conversion/field_text.h"
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 #include <string>
 

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_CONVERSION_VOLUME_H
 #define SOAPWRAPPER_CONVERSION_VOLUME_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 class ns1__ArrayOfVolumeSpecification;
 class ns1__CIFSVolumeSpecification;

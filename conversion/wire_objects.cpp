@@ -6,7 +6,7 @@
 #include "conversion/lsu_pair.h"
 #include "conversion/snap_definition.h"
 #include "conversion/volume.h"
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 #include <string.h>
 

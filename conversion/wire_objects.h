@@ -3,8 +3,8 @@
 #ifndef SOAPWRAPPER_CONVERSION_WIRE_OBJECTS_H
 #define SOAPWRAPPER_CONVERSION_WIRE_OBJECTS_H
 
-#include "plugin/handle_records.h"
-#include "plugin/host_records.h"
+#include "plugin/base/handle_records.h"
+#include "plugin/host/host_records.h"
 #include "service/wire_session.h"
 
 #include <cstdint>

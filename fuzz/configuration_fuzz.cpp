@@ -1,6 +1,6 @@
 // The configuration file is an administrator's, and may hold anything. The first line of the input is the key
 // that is asked for, the rest is the file.
-#include "plugin/plugin_globals.h"
+#include "plugin/base/plugin_globals.h"
 #include "service/configuration.h"
 
 #include <cstdint>

@@ -2,7 +2,7 @@
 // of the input is the kind of the change. The lines behind it are: the path, the two exports, the mount path
 // and the share (both empty: no mount), and then, in pairs, the target and original paths of the patterns.
 #include "changelist/path_transformation.h"
-#include "plugin/bounded_text.h"
+#include "plugin/base/bounded_text.h"
 
 #include <cstdint>
 #include <cstdlib>

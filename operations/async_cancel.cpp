@@ -1,8 +1,8 @@
 // Stopping a long operation that has an id. Neither the beginning nor the good end is logged.
 #include "operations/reference_checks.h"
-#include "plugin/entry_points.h"
-#include "plugin/handle_records.h"
-#include "plugin/session_log.h"
+#include "plugin/base/handle_records.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/entry_points.h"
 #include "service/service_call.h"
 #include "service/wire_session.h"
 

@@ -2,9 +2,9 @@
 
 #include "operations/handle_text.h"
 #include "operations/reply_handle.h"
-#include "plugin/handles.h"
-#include "plugin/session_log.h"
-#include "plugin/status.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/status.h"
 #include <cstdint>
 
 #include "soapwrapperStub.h"

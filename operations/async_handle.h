@@ -2,9 +2,9 @@
 #ifndef SOAPWRAPPER_OPERATIONS_ASYNC_HANDLE_H
 #define SOAPWRAPPER_OPERATIONS_ASYNC_HANDLE_H
 
-#include "plugin/handle_records.h"
-#include "plugin/handles.h"
-#include "plugin/session_log.h"
+#include "plugin/base/handle_records.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/handles.h"
 
 #include <cstdint>
 

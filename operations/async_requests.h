@@ -6,10 +6,10 @@
 
 #include "conversion/field_text.h"
 #include "conversion/wire_objects.h"
-#include "plugin/async_records.h"
-#include "plugin/handle_records.h"
-#include "plugin/handles.h"
-#include "plugin/host_records.h"
+#include "plugin/base/handle_records.h"
+#include "plugin/host/async_records.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/host_records.h"
 
 #include <cstdint>
 

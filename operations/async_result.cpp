@@ -3,9 +3,9 @@
 #include "conversion/field_text.h"
 #include "conversion/lsu_pair.h"
 #include "operations/snap_difference.h"
-#include "plugin/async_records.h"
-#include "plugin/session_log.h"
-#include "plugin/status.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/async_records.h"
+#include "plugin/host/status.h"
 #include <cstdint>
 #include <utility>
 

@@ -2,8 +2,8 @@
 #ifndef SOAPWRAPPER_OPERATIONS_ASYNC_RESULT_H
 #define SOAPWRAPPER_OPERATIONS_ASYNC_RESULT_H
 
-#include "plugin/async_records.h"
-#include "plugin/session_log.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/async_records.h"
 
 class ns1__AIOResult;
 class ns1__AIOResultSnap;

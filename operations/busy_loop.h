@@ -2,8 +2,8 @@
 #ifndef SOAPWRAPPER_OPERATIONS_BUSY_LOOP_H
 #define SOAPWRAPPER_OPERATIONS_BUSY_LOOP_H
 
-#include "plugin/session_log.h"
-#include "plugin/status.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/status.h"
 #include "service/clock.h"
 #include "service/service_call.h"
 

@@ -2,9 +2,9 @@
 #include "conversion/events_from_soap.h"
 #include "conversion/events_from_sts.h"
 #include "operations/handle_text.h"
-#include "plugin/bounded_text.h"
-#include "plugin/entry_points.h"
-#include "plugin/session_log.h"
+#include "plugin/base/bounded_text.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/entry_points.h"
 #include "service/service_call.h"
 #include "service/wire_session.h"
 

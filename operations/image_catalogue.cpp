@@ -3,8 +3,8 @@
 #include "conversion/wire_objects.h"
 #include "operations/list_handle.h"
 #include "operations/reference_checks.h"
-#include "plugin/entry_points.h"
-#include "plugin/session_log.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/entry_points.h"
 #include "service/service_call.h"
 #include "service/wire_session.h"
 

@@ -2,10 +2,10 @@
 #include "operations/io_control.h"
 
 #include "operations/reference_checks.h"
-#include "plugin/bounded_text.h"
-#include "plugin/entry_points.h"
-#include "plugin/session_log.h"
-#include "plugin/wipe.h"
+#include "plugin/base/bounded_text.h"
+#include "plugin/base/session_log.h"
+#include "plugin/base/wipe.h"
+#include "plugin/host/entry_points.h"
 #include "service/service_call.h"
 #include "service/wire_session.h"
 

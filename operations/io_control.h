@@ -2,8 +2,8 @@
 #ifndef SOAPWRAPPER_OPERATIONS_IO_CONTROL_H
 #define SOAPWRAPPER_OPERATIONS_IO_CONTROL_H
 
-#include "plugin/handle_records.h"
-#include "plugin/handles.h"
+#include "plugin/base/handle_records.h"
+#include "plugin/host/handles.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 #include "operations/list_handle.h"
 
 #include "operations/handle_text.h"
-#include "plugin/handles.h"
+#include "plugin/host/handles.h"
 
 #include <cstdlib>
 #include <string>

@@ -3,10 +3,10 @@
 #define SOAPWRAPPER_OPERATIONS_LIST_HANDLE_H
 
 #include "operations/reply_handle.h"
-#include "plugin/handle_records.h"
-#include "plugin/handles.h"
-#include "plugin/host_records.h"
-#include "plugin/session_log.h"
+#include "plugin/base/handle_records.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/host_records.h"
 
 #include <string>
 

@@ -3,9 +3,9 @@
 #ifndef SOAPWRAPPER_OPERATIONS_REFERENCE_CHECKS_H
 #define SOAPWRAPPER_OPERATIONS_REFERENCE_CHECKS_H
 
-#include "plugin/handle_records.h"
-#include "plugin/handles.h"
-#include "plugin/status.h"
+#include "plugin/base/handle_records.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/status.h"
 
 namespace soapwrapper
 {

@@ -1,9 +1,9 @@
 #include "operations/snap_difference.h"
 
 #include "conversion/field_text.h"
-#include "plugin/async_records.h"
-#include "plugin/session_log.h"
-#include "plugin/status.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/async_records.h"
+#include "plugin/host/status.h"
 
 #include <algorithm>
 #include <cstddef>

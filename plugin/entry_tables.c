@@ -1,6 +1,6 @@
 /* The tables that the host drives the plug-in through. The slot numbers are the contract; a slot that isn't
  * named here is null. In C, because C names the slots of an array. */
-#include "plugin/entry_points.h"
+#include "plugin/host/entry_points.h"
 
 #define SLOT(number, entry) [number] = (stspi_slot_t)(entry)
 

@@ -1,7 +1,7 @@
 #include "changelist/session_registry.h"
-#include "plugin/bounded_text.h"
-#include "plugin/entry_points.h"
-#include "plugin/plugin_globals.h"
+#include "plugin/base/bounded_text.h"
+#include "plugin/base/plugin_globals.h"
+#include "plugin/host/entry_points.h"
 #include "service/discovery.h"
 
 #include <openssl/crypto.h>

@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 folder=${1:?usage: scripts/tidy.sh FOLDER [FILE]...}
 shift
 if [ $# -eq 0 ]; then
-    set -- plugin/*.cpp service/*.cpp conversion/*.cpp operations/*.cpp changelist/*.cpp xmlhelper/*.cpp
+    set -- plugin/*.cpp plugin/*/*.cpp service/*.cpp conversion/*.cpp operations/*.cpp changelist/*.cpp xmlhelper/*.cpp
 fi
 printf '%s\n' "$@" | grep -v nothrow_stand_in | xargs -P"$(nproc)" -n4 clang-tidy-19 -p "$folder" --quiet 2> "$folder/tidy.err" || {
     cat "$folder/tidy.err" >&2

@@ -1,9 +1,9 @@
 #include "service/configuration.h"
 
-#include "plugin/bounded_text.h"
-#include "plugin/host_records.h"
-#include "plugin/plugin_globals.h"
-#include "plugin/session_log.h"
+#include "plugin/base/bounded_text.h"
+#include "plugin/base/plugin_globals.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/host_records.h"
 
 #include <strings.h>
 

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_SERVICE_CONFIGURATION_H
 #define SOAPWRAPPER_SERVICE_CONFIGURATION_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 #include <cstddef>
 #include <cstdio>

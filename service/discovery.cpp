@@ -1,7 +1,7 @@
 #include "service/discovery.h"
 
-#include "plugin/host_records.h"
-#include "plugin/session_log.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/host_records.h"
 
 #include <string.h>
 

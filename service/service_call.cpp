@@ -1,9 +1,9 @@
 #include "service/service_call.h"
 
-#include "plugin/handles.h"
-#include "plugin/host_records.h"
-#include "plugin/session_log.h"
-#include "plugin/status.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/host_records.h"
+#include "plugin/host/status.h"
 #include "service/endpoint.h"
 #include "service/reply_bounds.h"
 #include "service/tls_context.h"

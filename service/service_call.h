@@ -3,11 +3,11 @@
 #ifndef SOAPWRAPPER_SERVICE_SERVICE_CALL_H
 #define SOAPWRAPPER_SERVICE_SERVICE_CALL_H
 
-#include "plugin/handle_records.h"
-#include "plugin/handles.h"
-#include "plugin/host_records.h"
-#include "plugin/session_log.h"
-#include "plugin/status.h"
+#include "plugin/base/handle_records.h"
+#include "plugin/base/session_log.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/host_records.h"
+#include "plugin/host/status.h"
 #include "service/reply_bounds.h"
 #include "service/sigpipe_guard.h"
 

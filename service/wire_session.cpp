@@ -1,6 +1,6 @@
 #include "service/wire_session.h"
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 namespace soapwrapper
 {

@@ -3,7 +3,7 @@
 #ifndef SOAPWRAPPER_SERVICE_WIRE_SESSION_H
 #define SOAPWRAPPER_SERVICE_WIRE_SESSION_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 #include <string>
 

@@ -3,7 +3,7 @@
 #ifndef SOAPWRAPPER_SIMULATOR_FAULT_CODES_H
 #define SOAPWRAPPER_SIMULATOR_FAULT_CODES_H
 
-#include "plugin/status.h"
+#include "plugin/host/status.h"
 
 namespace soapwrapper::simulator
 {

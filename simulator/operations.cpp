@@ -1,6 +1,6 @@
 #include "simulator/operations.h"
 
-#include "plugin/status.h"
+#include "plugin/host/status.h"
 #include "simulator/announcements.h"
 #include "simulator/fault.h"
 #include "simulator/fault_codes.h"

@@ -1,6 +1,6 @@
 #include "tools/arguments.h"
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/command_line.h"
 #include "tools/problem.h"
 #include "tools/server_login.h"

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TOOLS_ARGUMENTS_H
 #define SOAPWRAPPER_TOOLS_ARGUMENTS_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/command_line.h"
 #include "tools/server_login.h"
 

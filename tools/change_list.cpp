@@ -1,7 +1,7 @@
 #include "tools/change_list.h"
 
-#include "plugin/handles.h"
-#include "plugin/host_records.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/host_records.h"
 #include "tools/output.h"
 #include "tools/probe.h"
 #include "tools/problem.h"

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TOOLS_CHANGE_LIST_H
 #define SOAPWRAPPER_TOOLS_CHANGE_LIST_H
 
-#include "plugin/entry_points.h"
+#include "plugin/host/entry_points.h"
 #include "tools/output.h"
 #include "tools/probe.h"
 

@@ -1,7 +1,7 @@
 #include "tools/change_reader.h"
 
-#include "plugin/handles.h"
-#include "plugin/status.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/status.h"
 #include "tools/list_reader.h"
 #include "tools/output.h"
 #include "tools/probe.h"

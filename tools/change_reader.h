@@ -2,8 +2,8 @@
 #ifndef SOAPWRAPPER_TOOLS_CHANGE_READER_H
 #define SOAPWRAPPER_TOOLS_CHANGE_READER_H
 
-#include "plugin/handles.h"
-#include "plugin/host_records.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/host_records.h"
 #include "tools/change_list.h"
 #include "tools/interruption.h"
 #include "tools/list_reader.h"

@@ -3,7 +3,7 @@
 #ifndef SOAPWRAPPER_TOOLS_CHANGE_ROUTE_H
 #define SOAPWRAPPER_TOOLS_CHANGE_ROUTE_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 #include <optional>
 #include <string>

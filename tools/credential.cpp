@@ -1,6 +1,6 @@
 #include "tools/credential.h"
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/problem.h"
 
 #include <fcntl.h>

@@ -1,8 +1,8 @@
 #include "tools/event_channel.h"
 
-#include "plugin/event_records.h"
-#include "plugin/handles.h"
-#include "plugin/host_records.h"
+#include "plugin/host/event_records.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/host_records.h"
 #include "tools/probe.h"
 #include "tools/problem.h"
 #include "tools/slots.h"

@@ -1,7 +1,7 @@
 #include "tools/event_report.h"
 
-#include "plugin/event_records.h"
-#include "plugin/host_records.h"
+#include "plugin/host/event_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/output.h"
 #include "tools/text.h"
 

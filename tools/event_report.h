@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TOOLS_EVENT_REPORT_H
 #define SOAPWRAPPER_TOOLS_EVENT_REPORT_H
 
-#include "plugin/event_records.h"
+#include "plugin/host/event_records.h"
 #include "tools/output.h"
 
 namespace soapwrapper::probe

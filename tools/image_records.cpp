@@ -1,6 +1,6 @@
 #include "tools/image_records.h"
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/arguments.h"
 #include "tools/command_line.h"
 #include "tools/output.h"

@@ -1,7 +1,7 @@
 #include "tools/list_reader.h"
 
-#include "plugin/handles.h"
-#include "plugin/status.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/status.h"
 #include "tools/command_line.h"
 #include "tools/probe.h"
 #include "tools/problem.h"

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TOOLS_LIST_READER_H
 #define SOAPWRAPPER_TOOLS_LIST_READER_H
 
-#include "plugin/entry_points.h"
+#include "plugin/host/entry_points.h"
 #include "tools/command_line.h"
 #include "tools/probe.h"
 #include "tools/problem.h"

@@ -1,5 +1,5 @@
 // soapwrapper-probe: plays the backup host from the command line.
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/command_line.h"
 #include "tools/commands/command.h"
 #include "tools/credential.h"

@@ -1,7 +1,7 @@
 #include "tools/operation.h"
 
-#include "plugin/async_records.h"
-#include "plugin/handles.h"
+#include "plugin/host/async_records.h"
+#include "plugin/host/handles.h"
 #include "tools/arguments.h"
 #include "tools/probe.h"
 #include "tools/problem.h"

@@ -2,9 +2,9 @@
 #ifndef SOAPWRAPPER_TOOLS_OPERATION_H
 #define SOAPWRAPPER_TOOLS_OPERATION_H
 
-#include "plugin/async_records.h"
-#include "plugin/handle_records.h"
-#include "plugin/handles.h"
+#include "plugin/base/handle_records.h"
+#include "plugin/host/async_records.h"
+#include "plugin/host/handles.h"
 #include "tools/probe.h"
 #include "tools/problem.h"
 #include "tools/records.h"

@@ -1,6 +1,6 @@
 #include "tools/operation_answer.h"
 
-#include "plugin/async_records.h"
+#include "plugin/host/async_records.h"
 #include "tools/operation.h"
 #include "tools/output.h"
 #include "tools/probe.h"

@@ -2,8 +2,8 @@
 #ifndef SOAPWRAPPER_TOOLS_OPERATION_ANSWER_H
 #define SOAPWRAPPER_TOOLS_OPERATION_ANSWER_H
 
-#include "plugin/async_records.h"
-#include "plugin/status.h"
+#include "plugin/host/async_records.h"
+#include "plugin/host/status.h"
 #include "tools/operation.h"
 #include "tools/probe.h"
 #include "tools/records.h"

@@ -1,7 +1,7 @@
 #include "tools/operation_arguments.h"
 
-#include "plugin/async_records.h"
-#include "plugin/host_records.h"
+#include "plugin/host/async_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/arguments.h"
 #include "tools/command_line.h"
 #include "tools/operation_run.h"

@@ -2,8 +2,8 @@
 #ifndef SOAPWRAPPER_TOOLS_OPERATION_ARGUMENTS_H
 #define SOAPWRAPPER_TOOLS_OPERATION_ARGUMENTS_H
 
-#include "plugin/async_records.h"
-#include "plugin/host_records.h"
+#include "plugin/host/async_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/arguments.h"
 #include "tools/command_line.h"
 #include "tools/operation_run.h"

@@ -1,8 +1,8 @@
 #include "tools/operation_run.h"
 
-#include "plugin/async_records.h"
-#include "plugin/handles.h"
-#include "plugin/status.h"
+#include "plugin/host/async_records.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/status.h"
 #include "tools/arguments.h"
 #include "tools/command_line.h"
 #include "tools/interruption.h"

@@ -2,8 +2,8 @@
 #ifndef SOAPWRAPPER_TOOLS_OPERATION_RUN_H
 #define SOAPWRAPPER_TOOLS_OPERATION_RUN_H
 
-#include "plugin/async_records.h"
-#include "plugin/handles.h"
+#include "plugin/host/async_records.h"
+#include "plugin/host/handles.h"
 #include "tools/command_line.h"
 #include "tools/operation.h"
 #include "tools/probe.h"

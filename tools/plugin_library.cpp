@@ -1,7 +1,7 @@
 #include "tools/plugin_library.h"
 
-#include "plugin/entry_points.h"
-#include "plugin/status.h"
+#include "plugin/host/entry_points.h"
+#include "plugin/host/status.h"
 #include "tools/problem.h"
 #include "tools/slots.h"
 #include "tools/status_text.h"

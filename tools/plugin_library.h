@@ -3,7 +3,7 @@
 #ifndef SOAPWRAPPER_TOOLS_PLUGIN_LIBRARY_H
 #define SOAPWRAPPER_TOOLS_PLUGIN_LIBRARY_H
 
-#include "plugin/entry_points.h"
+#include "plugin/host/entry_points.h"
 #include "tools/slots.h"
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 #include "tools/probe.h"
 
-#include "plugin/status.h"
+#include "plugin/host/status.h"
 #include "tools/output.h"
 #include "tools/problem.h"
 #include "tools/status_text.h"

@@ -1,6 +1,6 @@
 #include "tools/server_discovery.h"
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/probe.h"
 #include "tools/slots.h"
 

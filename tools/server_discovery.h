@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TOOLS_SERVER_DISCOVERY_H
 #define SOAPWRAPPER_TOOLS_SERVER_DISCOVERY_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/probe.h"
 #include "tools/problem.h"
 

@@ -1,6 +1,6 @@
 #include "tools/server_login.h"
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/arguments.h"
 #include "tools/command_line.h"
 #include "tools/credential.h"

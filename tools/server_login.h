@@ -2,8 +2,8 @@
 #ifndef SOAPWRAPPER_TOOLS_SERVER_LOGIN_H
 #define SOAPWRAPPER_TOOLS_SERVER_LOGIN_H
 
-#include "plugin/handles.h"
-#include "plugin/host_records.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/host_records.h"
 #include "tools/command_line.h"
 #include "tools/probe.h"
 

@@ -1,6 +1,6 @@
 #include "tools/server_report.h"
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/output.h"
 #include "tools/text.h"
 

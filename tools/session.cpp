@@ -1,6 +1,6 @@
 #include "tools/session.h"
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/credential.h"
 #include "tools/text.h"
 

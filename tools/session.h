@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TOOLS_SESSION_H
 #define SOAPWRAPPER_TOOLS_SESSION_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 #include <deque>
 #include <iosfwd>

@@ -3,7 +3,7 @@
 #ifndef SOAPWRAPPER_TOOLS_SLOTS_H
 #define SOAPWRAPPER_TOOLS_SLOTS_H
 
-#include "plugin/entry_points.h"
+#include "plugin/host/entry_points.h"
 
 #include <cstddef>
 

@@ -1,7 +1,7 @@
 #include "tools/snapshot_records.h"
 
-#include "plugin/handles.h"
-#include "plugin/host_records.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/host_records.h"
 #include "tools/arguments.h"
 #include "tools/command_line.h"
 #include "tools/list_reader.h"

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TOOLS_SNAPSHOT_RECORDS_H
 #define SOAPWRAPPER_TOOLS_SNAPSHOT_RECORDS_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/arguments.h"
 #include "tools/command_line.h"
 

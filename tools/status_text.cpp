@@ -1,6 +1,6 @@
 #include "tools/status_text.h"
 
-#include "plugin/status.h"
+#include "plugin/host/status.h"
 
 namespace soapwrapper::probe
 {

@@ -1,6 +1,6 @@
 #include "tools/volume_argument.h"
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/command_line.h"
 #include "tools/text.h"
 

@@ -1,6 +1,6 @@
 #include "tools/zapi_login.h"
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/credential.h"
 #include "tools/probe.h"
 #include "tools/problem.h"

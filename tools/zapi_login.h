@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TOOLS_ZAPI_LOGIN_H
 #define SOAPWRAPPER_TOOLS_ZAPI_LOGIN_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/credential.h"
 #include "tools/probe.h"
 

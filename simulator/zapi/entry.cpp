@@ -1,6 +1,6 @@
 // The plug-in manager's two functions, and the table of operations that they hand out.
-#include "plugin/host_records.h"
-#include "plugin/status.h"
+#include "plugin/host/host_records.h"
+#include "plugin/host/status.h"
 #include "simulator/fault.h"
 #include "simulator/fault_codes.h"
 #include "simulator/zapi/handle_table.h"

@@ -1,6 +1,6 @@
 #include "simulator/zapi/stand_in.h"
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "simulator/change_list.h"
 #include "simulator/content.h"
 #include "simulator/fault_codes.h"

@@ -3,7 +3,7 @@
 #ifndef SOAPWRAPPER_SIMULATOR_ZAPI_STAND_IN_H
 #define SOAPWRAPPER_SIMULATOR_ZAPI_STAND_IN_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "simulator/change_list.h"
 #include "simulator/scenario.h"
 #include "simulator/zapi/handle_table.h"

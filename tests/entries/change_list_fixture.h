@@ -4,7 +4,7 @@
 #define SOAPWRAPPER_TESTS_ENTRIES_CHANGE_LIST_FIXTURE_H
 
 #include "changelist/session_registry.h"
-#include "plugin/handle_records.h"
+#include "plugin/base/handle_records.h"
 #include "tests/kit/host.h"
 #include "tests/kit/log_recorder.h"
 #include "tests/kit/scripted_service.h"

@@ -1,6 +1,6 @@
 // A second plug-in that keeps the session that it was given, and outlives the library.
-#include "plugin/entry_points.h"
-#include "plugin/handle_records.h"
+#include "plugin/base/handle_records.h"
+#include "plugin/host/entry_points.h"
 #include "tests/entries/change_list_fixture.h"
 #include "tests/interface/loaded_library.h"
 #include "tests/kit/second_plugin.h"

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TESTS_ENTRIES_EVENT_CHANNEL_EVENTS_H
 #define SOAPWRAPPER_TESTS_ENTRIES_EVENT_CHANNEL_EVENTS_H
 
-#include "plugin/event_records.h"
+#include "plugin/host/event_records.h"
 #include "tests/kit/soap_text.h"
 #include "tests/unit/canary.h"
 

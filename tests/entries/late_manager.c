@@ -1,7 +1,7 @@
 /* A plug-in manager in a library of its own, to be loaded when a test wants it. Its second plug-in opens and
  * closes whatever it is asked to, and its lists are empty. */
-#include "plugin/host_records.h"
-#include "plugin/status.h"
+#include "plugin/host/host_records.h"
+#include "plugin/host/status.h"
 
 #include <stddef.h>
 #include <stdint.h>

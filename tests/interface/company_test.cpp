@@ -1,6 +1,6 @@
 // The library beside others in one process. Each case runs in a process of its own, because what is loaded
 // first decides.
-#include "plugin/entry_points.h"
+#include "plugin/host/entry_points.h"
 #include "tests/interface/loaded_library.h"
 #include "tests/kit/host.h"
 #include "tests/kit/log_recorder.h"

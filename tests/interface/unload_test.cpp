@@ -1,5 +1,5 @@
 // A host may load and unload the library as often as it likes.
-#include "plugin/entry_points.h"
+#include "plugin/host/entry_points.h"
 #include "tests/interface/loaded_library.h"
 #include "tests/kit/host.h"
 #include "tests/kit/log_recorder.h"

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TESTS_KIT_HOST_H
 #define SOAPWRAPPER_TESTS_KIT_HOST_H
 
-#include "plugin/entry_points.h"
+#include "plugin/host/entry_points.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TESTS_KIT_LOG_RECORDER_H
 #define SOAPWRAPPER_TESTS_KIT_LOG_RECORDER_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 #include <mutex>
 #include <string>

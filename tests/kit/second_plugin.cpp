@@ -1,6 +1,6 @@
 #include "tests/kit/second_plugin.h"
 
-#include "plugin/status.h"
+#include "plugin/host/status.h"
 
 #include <algorithm>
 #include <array>

@@ -4,7 +4,7 @@
 #ifndef SOAPWRAPPER_TESTS_KIT_SECOND_PLUGIN_H
 #define SOAPWRAPPER_TESTS_KIT_SECOND_PLUGIN_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 
 #include <cstddef>
 #include <cstdint>

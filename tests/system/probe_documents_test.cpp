@@ -88,7 +88,7 @@ TEST(ProbeDocuments, TellOfEveryOption)
 
 TEST(ProbeDocuments, TellOfEveryStatus)
 {
-    const std::string header = read_file(std::filesystem::path(SOURCE_FOLDER) / "plugin/status.h");
+    const std::string header = read_file(std::filesystem::path(SOURCE_FOLDER) / "plugin/host/status.h");
     const std::set<std::string> names = words(header, "STS_E", kCapitals);
     EXPECT_GE(names.size(), 16U);
     const std::string guide = read_file(kDocuments / "probe.md");

@@ -1,6 +1,6 @@
 /* A library with the two handshakes and hardly anything behind them, built in several ways. It writes what
  * happens to it into the file that FAKE_PLUGIN_RECORD names. */
-#include "plugin/entry_points.h"
+#include "plugin/host/entry_points.h"
 
 #include <stdio.h>
 #include <stdlib.h>

@@ -1,7 +1,7 @@
 // The probe's parts, called as functions.
 #include "probe_process.h"
 
-#include "plugin/status.h"
+#include "plugin/host/status.h"
 #include "tools/credential.h"
 #include "tools/output.h"
 #include "tools/problem.h"
@@ -110,7 +110,7 @@ TEST(CleanField, StopsAtTheEndOfAnUnterminatedArray)
 
 TEST(StatusText, KnowsEveryStatusOfTheInterface)
 {
-    const std::string header = read_file(std::filesystem::path(SOURCE_FOLDER) / "plugin/status.h");
+    const std::string header = read_file(std::filesystem::path(SOURCE_FOLDER) / "plugin/host/status.h");
     int count = 0;
     for (std::size_t at = header.find("STS_E"); at != std::string::npos; at = header.find("STS_E", at + 1)) {
         const std::size_t sign = header.find(" = ", at);

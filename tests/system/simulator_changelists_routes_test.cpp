@@ -1,5 +1,5 @@
 // Change lists through the built library, from the simulator and from the stand-in for the second plug-in.
-#include "plugin/handle_records.h"
+#include "plugin/base/handle_records.h"
 #include "tests/kit/clock.h"
 #include "tests/system/simulator_changelists.h"
 #include "tests/system/zapi_standin.h"

@@ -1,5 +1,5 @@
 // Events of the simulator through the built library, as a host reads them.
-#include "plugin/handle_records.h"
+#include "plugin/base/handle_records.h"
 #include "tests/kit/host.h"
 #include "tests/kit/log_recorder.h"
 #include "tests/kit/soap_text.h"

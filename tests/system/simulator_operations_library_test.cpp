@@ -1,5 +1,5 @@
 // Long operations of the simulator, started and waited for by the built library.
-#include "plugin/handle_records.h"
+#include "plugin/base/handle_records.h"
 #include "tests/kit/clock.h"
 #include "tests/kit/host.h"
 #include "tests/kit/log_recorder.h"

@@ -3,7 +3,7 @@
 #ifndef SOAPWRAPPER_TESTS_SYSTEM_ZAPI_STANDIN_H
 #define SOAPWRAPPER_TESTS_SYSTEM_ZAPI_STANDIN_H
 
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tests/kit/log_recorder.h"
 
 #include <dlfcn.h>

@@ -1,5 +1,5 @@
 // Long operations: starting one, and following it.
-#include "plugin/async_records.h"
+#include "plugin/host/async_records.h"
 #include "tests/entries/async_start_cases.h"
 #include "tests/torture/subject.h"
 

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TESTS_TORTURE_SUBJECT_H
 #define SOAPWRAPPER_TESTS_TORTURE_SUBJECT_H
 
-#include "plugin/handle_records.h"
+#include "plugin/base/handle_records.h"
 #include "tests/kit/host.h"
 #include "tests/kit/log_recorder.h"
 #include "tests/kit/scripted_service.h"

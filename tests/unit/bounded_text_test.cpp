@@ -1,4 +1,4 @@
-#include "plugin/bounded_text.h"
+#include "plugin/base/bounded_text.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 // The mapping for a caller whose record has mounts already: then the path map is asked for. All else of it is
 // tested through the open.
 #include "changelist/transformation_mapping.h"
-#include "plugin/handle_records.h"
+#include "plugin/base/handle_records.h"
 #include "tests/kit/log_recorder.h"
 #include "tests/kit/scripted_service.h"
 #include "tests/kit/soap_text.h"

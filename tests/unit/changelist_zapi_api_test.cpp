@@ -1,7 +1,7 @@
 // The start and the end of the second plug-in, with a manager of the test's own.
 #include "changelist/zapi_api.h"
 #include "changelist/zapi_connection.h"
-#include "plugin/status.h"
+#include "plugin/host/status.h"
 #include "tests/kit/log_recorder.h"
 #include "tests/kit/second_plugin.h"
 

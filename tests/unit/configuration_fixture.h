@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TESTS_UNIT_CONFIGURATION_FIXTURE_H
 #define SOAPWRAPPER_TESTS_UNIT_CONFIGURATION_FIXTURE_H
 
-#include "plugin/plugin_globals.h"
+#include "plugin/base/plugin_globals.h"
 #include "service/configuration.h"
 #include "tests/kit/host.h"
 #include "tests/kit/log_recorder.h"

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TESTS_UNIT_EVENTS_RECORDS_H
 #define SOAPWRAPPER_TESTS_UNIT_EVENTS_RECORDS_H
 
-#include "plugin/event_records.h"
+#include "plugin/host/event_records.h"
 #include "tests/unit/canary.h"
 
 #include <cstdint>

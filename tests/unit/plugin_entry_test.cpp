@@ -1,6 +1,6 @@
 // The handshake's effect inside the library; what a host sees of it is tested through the built library.
-#include "plugin/entry_points.h"
-#include "plugin/plugin_globals.h"
+#include "plugin/base/plugin_globals.h"
+#include "plugin/host/entry_points.h"
 
 #include <gmock/gmock.h>
 

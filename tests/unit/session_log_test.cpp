@@ -1,4 +1,4 @@
-#include "plugin/session_log.h"
+#include "plugin/base/session_log.h"
 #include "tests/kit/log_recorder.h"
 #include "tests/unit/allocation_counter.h"
 

@@ -1,5 +1,5 @@
 // What is wiped is gone from its memory, whatever became of it before.
-#include "plugin/wipe.h"
+#include "plugin/base/wipe.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "plugin/host_records.h"
-#include "plugin/status.h"
+#include "plugin/host/host_records.h"
+#include "plugin/host/status.h"
 #include "tools/arguments.h"
 #include "tools/change_list.h"
 #include "tools/change_reader.h"

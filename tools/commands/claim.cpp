@@ -1,4 +1,4 @@
-#include "plugin/host_records.h"
+#include "plugin/host/host_records.h"
 #include "tools/arguments.h"
 #include "tools/command_line.h"
 #include "tools/commands/command.h"

@@ -1,4 +1,4 @@
-#include "plugin/entry_points.h"
+#include "plugin/host/entry_points.h"
 #include "tools/answer_room.h"
 #include "tools/arguments.h"
 #include "tools/command_line.h"

@@ -1,5 +1,5 @@
-#include "plugin/handles.h"
-#include "plugin/host_records.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/host_records.h"
 #include "tools/arguments.h"
 #include "tools/command_line.h"
 #include "tools/commands/command.h"

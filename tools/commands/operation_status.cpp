@@ -1,4 +1,4 @@
-#include "plugin/status.h"
+#include "plugin/host/status.h"
 #include "tools/arguments.h"
 #include "tools/command_line.h"
 #include "tools/commands/command.h"

@@ -1,8 +1,8 @@
 // Making a snapshot, and preparing that: one request under two names.
-#include "plugin/async_records.h"
-#include "plugin/entry_points.h"
-#include "plugin/handles.h"
-#include "plugin/host_records.h"
+#include "plugin/host/async_records.h"
+#include "plugin/host/entry_points.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/host_records.h"
 #include "tools/arguments.h"
 #include "tools/command_line.h"
 #include "tools/commands/command.h"

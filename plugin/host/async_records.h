@@ -1,6 +1,6 @@
 /* The host's records of the long operations on snapshots: how one is named, and how it went. */
-#ifndef SOAPWRAPPER_PLUGIN_ASYNC_RECORDS_H
-#define SOAPWRAPPER_PLUGIN_ASYNC_RECORDS_H
+#ifndef SOAPWRAPPER_PLUGIN_HOST_ASYNC_RECORDS_H
+#define SOAPWRAPPER_PLUGIN_HOST_ASYNC_RECORDS_H
 
 #include "host_records.h"
 

@@ -1,5 +1,5 @@
 // The events of the host's binary interface, field by field: a change of any line here breaks every host.
-#include "plugin/event_records.h"
+#include "plugin/host/event_records.h"
 
 #include <cstddef>
 

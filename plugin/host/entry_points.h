@@ -13,8 +13,8 @@
  *  - entries may run on several threads at once, also on one handle, as long as nobody closes a handle that
  *    is in use. Calls block for as long as the network does;
  *  - a call needs some 192 KiB of stack on the calling thread. */
-#ifndef SOAPWRAPPER_PLUGIN_ENTRY_POINTS_H
-#define SOAPWRAPPER_PLUGIN_ENTRY_POINTS_H
+#ifndef SOAPWRAPPER_PLUGIN_HOST_ENTRY_POINTS_H
+#define SOAPWRAPPER_PLUGIN_HOST_ENTRY_POINTS_H
 
 #include "async_records.h" // IWYU pragma: export
 #include "event_records.h" // IWYU pragma: export

@@ -1,6 +1,6 @@
 /* Statuses: every entry returns one of these, or a number that the storage service made up itself. */
-#ifndef SOAPWRAPPER_PLUGIN_STATUS_H
-#define SOAPWRAPPER_PLUGIN_STATUS_H
+#ifndef SOAPWRAPPER_PLUGIN_HOST_STATUS_H
+#define SOAPWRAPPER_PLUGIN_HOST_STATUS_H
 
 enum {
     STS_EOK = 0,                /* the operation succeeded */

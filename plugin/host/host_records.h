@@ -2,8 +2,8 @@
  * their widths are the binary interface. Every character array is NUL-terminated and its length includes
  * the terminator, so that an array of 1024 holds at most 1023 characters. Numbers pass between the host
  * and the service bit for bit. */
-#ifndef SOAPWRAPPER_PLUGIN_HOST_RECORDS_H
-#define SOAPWRAPPER_PLUGIN_HOST_RECORDS_H
+#ifndef SOAPWRAPPER_PLUGIN_HOST_HOST_RECORDS_H
+#define SOAPWRAPPER_PLUGIN_HOST_HOST_RECORDS_H
 
 #include "handles.h"
 

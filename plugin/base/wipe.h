@@ -1,7 +1,7 @@
 // Secrets leave memory with the object that held them: a freed block keeps its bytes until somebody else
 // writes there.
-#ifndef SOAPWRAPPER_PLUGIN_WIPE_H
-#define SOAPWRAPPER_PLUGIN_WIPE_H
+#ifndef SOAPWRAPPER_PLUGIN_BASE_WIPE_H
+#define SOAPWRAPPER_PLUGIN_BASE_WIPE_H
 
 #include <cstdlib>
 #include <cstring>

@@ -1,5 +1,5 @@
 // The host's binary interface, field by field: a change of any line here breaks every host.
-#include "plugin/async_records.h"
+#include "plugin/host/async_records.h"
 
 #include <cstddef>
 

@@ -1,10 +1,10 @@
 // Messages to the host, through the callback of the session at hand. The session is all the logging context
 // there is; with no session or no callback no text is even built.
-#ifndef SOAPWRAPPER_PLUGIN_SESSION_LOG_H
-#define SOAPWRAPPER_PLUGIN_SESSION_LOG_H
+#ifndef SOAPWRAPPER_PLUGIN_BASE_SESSION_LOG_H
+#define SOAPWRAPPER_PLUGIN_BASE_SESSION_LOG_H
 
-#include "plugin/host_records.h"
-#include "plugin/status.h"
+#include "plugin/host/host_records.h"
+#include "plugin/host/status.h"
 
 #include <string>
 #include <string_view>

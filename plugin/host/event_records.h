@@ -3,8 +3,8 @@
  *
  * An event comes in one of two shapes, told apart by a bit of `flags`. An inline one has its payload in the
  * record. A detached one has only a kind, and its payload is asked for by a second call. */
-#ifndef SOAPWRAPPER_PLUGIN_EVENT_RECORDS_H
-#define SOAPWRAPPER_PLUGIN_EVENT_RECORDS_H
+#ifndef SOAPWRAPPER_PLUGIN_HOST_EVENT_RECORDS_H
+#define SOAPWRAPPER_PLUGIN_HOST_EVENT_RECORDS_H
 
 #include "host_records.h"
 

@@ -1,5 +1,5 @@
 // The host's binary interface, field by field: a change of any line here breaks every host.
-#include "plugin/entry_points.h"
+#include "plugin/host/entry_points.h"
 
 #include <cstddef>
 

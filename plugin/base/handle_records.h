@@ -1,9 +1,9 @@
 // What stands behind the host's handles.
-#ifndef SOAPWRAPPER_PLUGIN_HANDLE_RECORDS_H
-#define SOAPWRAPPER_PLUGIN_HANDLE_RECORDS_H
+#ifndef SOAPWRAPPER_PLUGIN_BASE_HANDLE_RECORDS_H
+#define SOAPWRAPPER_PLUGIN_BASE_HANDLE_RECORDS_H
 
-#include "plugin/handles.h"
-#include "plugin/host_records.h"
+#include "plugin/host/handles.h"
+#include "plugin/host/host_records.h"
 
 #include <cstddef>
 #include <cstdint>

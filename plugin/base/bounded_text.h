@@ -1,6 +1,6 @@
 // Bounded copy and format: at most size - 1 characters and always a terminator; longer text is cut silently.
-#ifndef SOAPWRAPPER_PLUGIN_BOUNDED_TEXT_H
-#define SOAPWRAPPER_PLUGIN_BOUNDED_TEXT_H
+#ifndef SOAPWRAPPER_PLUGIN_BASE_BOUNDED_TEXT_H
+#define SOAPWRAPPER_PLUGIN_BASE_BOUNDED_TEXT_H
 
 #include <string.h>
 
