@@ -1,6 +1,7 @@
 #include "service/tls_context.h"
 
 #include <openssl/ssl.h>
+#include <openssl/types.h>
 
 #include <mutex>
 

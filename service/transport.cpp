@@ -9,6 +9,7 @@
 #include <openssl/bio.h>
 #include <openssl/err.h>
 #include <openssl/ssl.h>
+#include <openssl/types.h>
 #include <poll.h>
 #include <string.h>
 #include <sys/socket.h>
