@@ -3,6 +3,7 @@
 #define SOAPWRAPPER_XMLHELPER_XMLHELPER_H
 
 #include "xmlhelper/document.h"    // IWYU pragma: export
+#include "xmlhelper/dom_text.h"    // IWYU pragma: export
 #include "xmlhelper/node.h"        // IWYU pragma: export
 #include "xmlhelper/node_list.h"   // IWYU pragma: export
 #include "xmlhelper/text_node.h"   // IWYU pragma: export

@@ -14,6 +14,7 @@
 
 XERCES_CPP_NAMESPACE_BEGIN
 class DOMDocument;
+class DOMElement;
 class DOMImplementation;
 class InputSource;
 class XMLFormatTarget;
@@ -95,8 +96,8 @@ class THXMLDocument
     void write(xercesc::XMLFormatTarget& target, bool is_pretty, bool keeps_declaration);
 
     xercesc::DOMDocument* document_ = nullptr;
-    std::unique_ptr<MemoryRing> memory_; // what a parsed document stands in
-    std::unique_ptr<XMLDocNode> root_;
+    std::unique_ptr<MemoryRing> memory_;  // what a parsed document stands in
+    xercesc::DOMElement* root_ = nullptr; // document_ owns it
     THSupportedXmlEncoding encoding_;
     std::string error_text_;
     const THValidationLevel level_;

@@ -2,7 +2,6 @@
 
 #include "xmlhelper/exception_text.h"
 #include "xmlhelper/guarded_parser.h"
-#include "xmlhelper/node.h"
 #include "xmlhelper/parse_memory.h"
 #include "xmlhelper/parser_setup.h"
 #include "xmlhelper/path_input_source.h"
@@ -66,7 +65,7 @@ XMLDocumentStatus THXMLDocument::read(std::size_t size, ParseWith parse_with)
     }
     if (!document_) return XML_DOC_PARSE_FAILED;
     memory_ = budget.keep();
-    if (DOMElement* root = document_->getDocumentElement()) root_ = std::make_unique<XMLDocNode>(this, root);
+    root_ = document_->getDocumentElement();
     return XML_DOC_OK;
 }
 

@@ -2,7 +2,6 @@
 
 #include "xmlhelper/exception_text.h"
 #include "xmlhelper/file_target.h"
-#include "xmlhelper/node.h"
 #include "xmlhelper/path_input_source.h"
 #include "xmlhelper/tree_walk.h"
 #include "xmlhelper/wide_text.h"

@@ -119,12 +119,6 @@ class XMLDocNode
     mutable std::string name_;
 };
 
-// What text a DOM node stands for, as in XMLDocNode::get_text. Throws std::domain_error if it is too long.
-std::string getNodeTextDom(const xercesc::DOMNode* node);
-
-// As in XMLDocNode::replace_text. Throws std::domain_error if the text is too long.
-XMLDocumentStatus replaceNodeTextDom(xercesc::DOMNode* node, const std::string& text);
-
 } // namespace Oskelund::Tarnholme::VMware::XMLHelper
 
 #endif

@@ -76,9 +76,6 @@ XMLNodeList* selectNodesDom(THXMLDocument* document, xercesc::DOMNode* node, con
 XMLNodeList* selectNodesRecurse(THXMLDocument* document, XMLNodeList* list,
                                 const std::vector<THXPathNode>& steps, std::size_t index);
 
-// Is this, in UTF-8, the node's name?
-bool has_name(const xercesc::DOMNode* node, const std::string& name);
-
 } // namespace Oskelund::Tarnholme::VMware::XMLHelper
 
 #endif

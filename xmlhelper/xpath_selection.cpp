@@ -1,6 +1,6 @@
+#include "xmlhelper/dom_text.h"
 #include "xmlhelper/node.h"
 #include "xmlhelper/node_list.h"
-#include "xmlhelper/transcoding.h"
 #include "xmlhelper/tree_walk.h"
 #include "xmlhelper/xpath.h"
 
@@ -22,8 +22,6 @@ namespace Oskelund::Tarnholme::VMware::XMLHelper
 {
 namespace
 {
-
-constexpr XMLCh kFirstBeyondAscii = 0x80;
 
 using OwnedList = std::unique_ptr<XMLNodeList>;
 
@@ -126,20 +124,6 @@ OwnedList apply_steps(THXMLDocument* document, OwnedList selected, const std::ve
 }
 
 } // namespace
-
-bool has_name(const DOMNode* node, const std::string& name)
-{
-    const XMLCh* candidate = node->getNodeName();
-    for (const char byte : name) {
-        if (static_cast<unsigned char>(byte) >= kFirstBeyondAscii || *candidate >= kFirstBeyondAscii) {
-            return XMLString::stringLen(node->getNodeName()) <= kMaxTranscodedLength &&
-                   transcodeXmlToUtf8(node->getNodeName()) == name;
-        }
-        if (*candidate != static_cast<XMLCh>(byte)) return false;
-        ++candidate;
-    }
-    return *candidate == 0;
-}
 
 XMLNodeList* selectNodesRecurse(THXMLDocument* document, XMLNodeList* list,
                                 const std::vector<THXPathNode>& steps, std::size_t index)
