@@ -180,7 +180,7 @@ Outcome open_at_service(Opening& opening)
     request.sourceVolSpec = volume.get();
     request.diffFlag = static_cast<int>(opening.flags);
     _ns1__openSnapChangeListResponse response;
-    const int result = call.send_quietly(&PSVWSSoapBindingProxy::openSnapChangeList, request, response);
+    const int result = call.send_quietly(&Service::openSnapChangeList, request, response);
     opening.log.return_code(result);
     if (result != SOAP_OK) {
         const bool at_once = call.is_service_fault(result); // asked first, because rendering makes a fault
@@ -241,7 +241,7 @@ int close_service_list(stsp_change_list_t* list, const EntryLog& log)
     _ns1__closeSnapChangeList request;
     request.fileListHandle = list_handle.get();
     _ns1__closeSnapChangeListResponse response;
-    const int result = call.send_quietly(&PSVWSSoapBindingProxy::closeSnapChangeList, request, response);
+    const int result = call.send_quietly(&Service::closeSnapChangeList, request, response);
     // Whatever the service says: a list that it wouldn't close is not listed on with what was known of it.
     unregister_list(list->token);
     log.return_code(result);

@@ -150,7 +150,7 @@ int next_batch(const stsp_change_list_t& list, const Filters& filters, snapdiff_
     request.filterPathNum = static_cast<int>(paths.item.size());
     request.filterPathList = &paths;
     _ns1__listFileResponse response;
-    const int result = call.send_quietly(&PSVWSSoapBindingProxy::listFile, request, response);
+    const int result = call.send_quietly(&Service::listFile, request, response);
     log.record("SOAP return code = ", result, " retryInterval = ", response.retryInterval);
     if (result != SOAP_OK) return call.status_of(result, STS_ESOAPERROR);
 

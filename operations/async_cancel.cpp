@@ -22,8 +22,6 @@ extern "C" int stspi_async_cancel(const sts_session_def_v7_t* session, stsp_asyn
     request.sd = sd.get();
     request.opid = opid.get();
     _ns1__asyncCancelResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::asyncCancel, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::asyncCancel, request, response)) return *failure;
     return STS_EOK;
 }

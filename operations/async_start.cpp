@@ -28,8 +28,7 @@ extern "C" int stspi_async_create_snap_byname(stsp_server_t* server, const sts_v
     CreateSnap<_ns1__asyncCreateSnapByName> start(*server, *source, *target, targets, ntargets, imageset,
                                                   pendingflag);
     _ns1__asyncCreateSnapByNameResponse response;
-    if (const Failure failure =
-            call.send(&PSVWSSoapBindingProxy::asyncCreateSnapByName, start.request, response)) {
+    if (const Failure failure = call.send(&Service::asyncCreateSnapByName, start.request, response)) {
         return *failure;
     }
     return hand_out_async(response.opid, server, pendingflag, async, log);
@@ -52,8 +51,7 @@ extern "C" int stspi_async_prepare_snap_byname(stsp_server_t* server, const sts_
     PrepareSnap<_ns1__asyncPrepareSnapByName> start(*server, *source, *target, targets, ntargets, imageset,
                                                     pendingflag);
     _ns1__asyncPrepareSnapByNameResponse response;
-    if (const Failure failure =
-            call.send(&PSVWSSoapBindingProxy::asyncPrepareSnapByName, start.request, response)) {
+    if (const Failure failure = call.send(&Service::asyncPrepareSnapByName, start.request, response)) {
         return *failure;
     }
     return hand_out_async(response.opid, server, pendingflag, async, log);
@@ -75,7 +73,7 @@ extern "C" int stspi_async_copy_snap_byname(const stsp_lsu_v7_t* lsu, const sts_
     int result = SOAP_OK;
     { // what was sent is given back ahead of a look at the result
         CopySnap<_ns1__asyncCopySnapByName> start(*lsu, *snap, targets, ntargets, imageset, pendingflag);
-        result = call.send_quietly(&PSVWSSoapBindingProxy::asyncCopySnapByName, start.request, response);
+        result = call.send_quietly(&Service::asyncCopySnapByName, start.request, response);
     }
     log.return_code(result);
     if (const Failure failure = call.failure_of(result)) return *failure;
@@ -94,8 +92,7 @@ extern "C" int stspi_async_postprocess_snap_byname(const stsp_lsu_v7_t* lsu, con
 
     PostProcessSnap<_ns1__asyncPostProcessSnapByName> start(*lsu, snap_name);
     _ns1__asyncPostProcessSnapByNameResponse response;
-    if (const Failure failure =
-            call.send(&PSVWSSoapBindingProxy::asyncPostProcessSnapByName, start.request, response)) {
+    if (const Failure failure = call.send(&Service::asyncPostProcessSnapByName, start.request, response)) {
         return *failure;
     }
     if (const int status = keep_async(response.opid, lsu->server, kNoPendingflag, async, log)) return status;
@@ -117,8 +114,7 @@ extern "C" int stspi_async_validate_snap_byname(stsp_server_t* server, const sts
 
     ValidateSnap<_ns1__asyncValidateSnapByName> start(*server, *source, *target, targets, ntargets, topology);
     _ns1__asyncValidateSnapByNameResponse response;
-    if (const Failure failure =
-            call.send(&PSVWSSoapBindingProxy::asyncValidateSnapByName, start.request, response)) {
+    if (const Failure failure = call.send(&Service::asyncValidateSnapByName, start.request, response)) {
         return *failure;
     }
     return hand_out_async(response.opid, server, kNoPendingflag, async, log);
@@ -138,8 +134,7 @@ extern "C" int stspi_async_import_snap_byname(stsp_server_t* server, const sts_v
 
     ImportSnap<_ns1__asyncImportSnapByName> start(*server, *source, *snap, imageset, pendingflag);
     _ns1__asyncImportSnapByNameResponse response;
-    if (const Failure failure =
-            call.send(&PSVWSSoapBindingProxy::asyncImportSnapByName, start.request, response)) {
+    if (const Failure failure = call.send(&Service::asyncImportSnapByName, start.request, response)) {
         return *failure;
     }
     return hand_out_async(response.opid, server, pendingflag, async, log);
@@ -161,8 +156,7 @@ extern "C" int stspi_async_rollback_snap(const stsp_lsu_v7_t* lsu, const sts_sna
     RollbackSnap<_ns1__asyncRollbackSnap> start(*lsu, *snap, target_server, *target_volume, rollback_list,
                                                 num_rollbacks, rollback_flag);
     _ns1__asyncRollbackSnapResponse response;
-    if (const Failure failure =
-            call.send(&PSVWSSoapBindingProxy::asyncRollbackSnap, start.request, response)) {
+    if (const Failure failure = call.send(&Service::asyncRollbackSnap, start.request, response)) {
         return *failure;
     }
     return hand_out_async(response.opid, lsu->server, kNoPendingflag, async, log);
@@ -185,8 +179,7 @@ extern "C" int stspi_async_provision_topology(stsp_server_t* server, const sts_v
     ProvisionTopology<_ns1__asyncProvisionTopology> start(*server, *source, *target, targets, ntargets,
                                                           topology, imageset, pendingflag);
     _ns1__asyncProvisionTopologyResponse response;
-    if (const Failure failure =
-            call.send(&PSVWSSoapBindingProxy::asyncProvisionTopology, start.request, response)) {
+    if (const Failure failure = call.send(&Service::asyncProvisionTopology, start.request, response)) {
         return *failure;
     }
     return hand_out_async(response.opid, server, pendingflag, async, log);
@@ -208,7 +201,7 @@ extern "C" int stspi_async_get_snap_diff(stsp_server_t* server, const sts_snap_d
     { // what was sent is given back ahead of a look at the result
         GetSnapDiff<_ns1__asyncGetSnapDiff> start(*server, *snapshot, target_server, volumes, num_rollbacks,
                                                   diff_flag);
-        result = call.send_quietly(&PSVWSSoapBindingProxy::asyncGetSnapDiff, start.request, response);
+        result = call.send_quietly(&Service::asyncGetSnapDiff, start.request, response);
     }
     log.return_code(result);
     if (const Failure failure = call.failure_of(result)) return *failure;

@@ -51,7 +51,7 @@ extern "C" int stspi_async_wait(const sts_session_def_v7_t* session, stsp_async_
     request.opid = opid.get();
     _ns1__asyncWaitResponse response;
     const BusyLoop<ns1__AIOResult> loop{&ns1__AIOResult::delayInSeconds, "delayInSeconds", log, log, &log};
-    const int result = ask(loop, call, &PSVWSSoapBindingProxy::asyncWait, request, response, blockflag);
+    const int result = ask(loop, call, &Service::asyncWait, request, response, blockflag);
     if (const Failure failure = call.failure_of(result)) return *failure;
     if (const int status = set_async_result(*record, response.result, log)) return status;
     return log.ok();
@@ -75,7 +75,7 @@ extern "C" int stspi_async_wait_snap(const sts_session_def_v7_t* session, stsp_a
     _ns1__asyncWaitSnapResponse response;
     const BusyLoop<ns1__AIOResultSnap> loop{&ns1__AIOResultSnap::retryInterval, "retryInterval", log, log,
                                             nullptr};
-    const int result = ask(loop, call, &PSVWSSoapBindingProxy::asyncWaitSnap, request, response, blockflag);
+    const int result = ask(loop, call, &Service::asyncWaitSnap, request, response, blockflag);
     if (const Failure failure = call.failure_of(result)) return *failure;
     settle_bytes_of_copy(response.result, *async);
     if (const int status = set_async_snap_result(*record, response.result, log)) return status;
@@ -102,8 +102,7 @@ extern "C" int stspi_named_async_wait_snap(stsp_server_t* server, int32_t blockf
     const EntryLog return_code_log(server->session, "stspi_named_aysnc_wait_snap");
     const BusyLoop<ns1__AIOResultSnap> loop{&ns1__AIOResultSnap::retryInterval, "retryInterval", log,
                                             return_code_log, nullptr};
-    const int result =
-        ask(loop, call, &PSVWSSoapBindingProxy::namedAsyncWaitSnap, request, response, blockflag);
+    const int result = ask(loop, call, &Service::namedAsyncWaitSnap, request, response, blockflag);
     if (const Failure failure = call.failure_of(result)) return *failure;
     if (const int status = set_async_snap_result(*record, response.result, log)) return status;
     return log.ok();
@@ -122,8 +121,6 @@ extern "C" int stspi_named_async_status(stsp_server_t* server, sts_opname_t opna
     request.serverHandle = server_handle.get();
     request.opname = text_of(opname.name);
     _ns1__namedAsyncStatusResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::namedAsyncStatus, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::namedAsyncStatus, request, response)) return *failure;
     return log.ok();
 }

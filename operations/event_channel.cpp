@@ -147,7 +147,7 @@ extern "C" int stspi_open_evchannel_v11(const sts_session_def_v7_t* session, con
     request.flags = flags;
     request.evseqno = static_cast<int>(evseqno); // the low half travels
     _ns1__openEventChannelResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::openEventChannel, request, response)) {
+    if (const Failure failure = call.send(&Service::openEventChannel, request, response)) {
         stspi_close_server(server);
         return *failure;
     }
@@ -182,7 +182,7 @@ extern "C" int stspi_close_evchannel(stsp_evc_t* channel)
     _ns1__closeEventChannel request;
     request.evcHandle = evc_handle.get();
     _ns1__closeEventChannelResponse response;
-    const int result = call.send_quietly(&PSVWSSoapBindingProxy::closeEventChannel, request, response);
+    const int result = call.send_quietly(&Service::closeEventChannel, request, response);
     log.return_code(result);
 
     const int closed = stspi_close_server(channel->server);
@@ -213,9 +213,7 @@ extern "C" int stspi_get_event(stsp_evc_t* channel, sts_event_v11_t* event)
     _ns1__getEvent request;
     request.evcHandle = evc_handle.get();
     _ns1__getEventResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::getEvent, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::getEvent, request, response)) return *failure;
     if (!response.event) return log.reply_lacks("event");
     const ns1__Event& wire = *response.event;
     event->version = kRecordVersion;
@@ -247,8 +245,7 @@ extern "C" int stspi_get_event_payload(stsp_server_t* server, sts_ev_activity_v1
     if (const Failure failure = call.secure()) return *failure;
 
     _ns1__getEventPayloadResponse response;
-    if (const Failure failure =
-            send_event(call, log, &PSVWSSoapBindingProxy::getEventPayload, *server, *event, response)) {
+    if (const Failure failure = send_event(call, log, &Service::getEventPayload, *server, *event, response)) {
         return *failure;
     }
     switch (event->detached_kind) {
@@ -278,8 +275,7 @@ extern "C" int stspi_delete_event(stsp_server_t* server, const sts_event_v11_t* 
     if (const Failure failure = call.secure()) return *failure;
 
     _ns1__deleteEventResponse response;
-    if (const Failure failure =
-            send_event(call, log, &PSVWSSoapBindingProxy::deleteEvent, *server, *event, response)) {
+    if (const Failure failure = send_event(call, log, &Service::deleteEvent, *server, *event, response)) {
         return *failure;
     }
     return log.ok();

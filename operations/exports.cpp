@@ -28,9 +28,7 @@ extern "C" int stspi_create_export(const stsp_lsu_v7_t* lsu, const char* snap_na
     request.snapName = snap_name;
     request.host = wire_host.get();
     _ns1__createExportResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::createExport, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::createExport, request, response)) return *failure;
     if (!response.exportedVolume) return log.reply_lacks("exportedVolume");
     set_volume_spec_from_soap(*exported, response.exportedVolume);
     return log.ok();
@@ -54,9 +52,7 @@ extern "C" int stspi_add_export(const stsp_lsu_v7_t* lsu, const sts_volume_spec_
     request.sourceVolSpec = wire_source.get();
     request.host = wire_host.get();
     _ns1__addExportResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::addExport, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::addExport, request, response)) return *failure;
     if (!response.exportedVolume) return log.reply_lacks("exportedVolume");
     if (exported) {
         set_volume_spec_from_soap(*exported, response.exportedVolume);
@@ -84,9 +80,7 @@ extern "C" int stspi_delete_export(const stsp_lsu_v7_t* lsu, const sts_host_spec
     request.host = wire_host.get();
     request.exportedVolume = wire_exported.get();
     _ns1__deleteExportResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::deleteExport, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::deleteExport, request, response)) return *failure;
     return log.ok();
 }
 
@@ -105,8 +99,6 @@ extern "C" int stspi_claim_volume(stsp_server_t* server, const sts_volume_spec_v
     request.serverHandle = server_handle.get();
     request.volume = wire_volume.get();
     _ns1__claimVolumeResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::claimVolume, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::claimVolume, request, response)) return *failure;
     return log.ok();
 }

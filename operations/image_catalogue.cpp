@@ -28,9 +28,7 @@ extern "C" int stspi_open_image_list(const stsp_lsu_v7_t* lsu, int32_t type, sts
     request.lsu = wire_lsu.get();
     request.type = type;
     _ns1__openImageListResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::openImageList, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::openImageList, request, response)) return *failure;
     return hand_out_list(response.imageListHandle, "imageListHandle", lsu->server, list, log);
 }
 
@@ -47,9 +45,7 @@ extern "C" int stspi_list_image(stsp_list_t* list, sts_image_def_v10_t* image)
     _ns1__listImage request;
     request.imageListHandle = list_handle.get();
     _ns1__listImageResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::listImage, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::listImage, request, response)) return *failure;
     if (!response.image) return log.reply_lacks("image");
     if (image) {
         set_image_def_from_soap(*image, response.image);
@@ -72,9 +68,7 @@ extern "C" int stspi_close_image_list(stsp_list_t* list)
     _ns1__closeImageList request;
     request.imageListHandle = list_handle.get();
     _ns1__closeImageListResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::closeImageList, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::closeImageList, request, response)) return *failure;
     destroy_list(list);
     return log.ok();
 }
@@ -93,9 +87,7 @@ extern "C" int stspi_get_image_prop(const stsp_image_t* image, sts_image_info_v1
     _ns1__getImageProp request;
     request.imageHandle = image_handle.get();
     _ns1__getImagePropResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::getImageProp, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::getImageProp, request, response)) return *failure;
     if (!response.info) return log.reply_lacks("info");
     std::memset(info, 0, sizeof *info);
     set_image_info_from_soap(*info, response.info);
@@ -118,9 +110,7 @@ extern "C" int stspi_get_image_prop_byname(const stsp_lsu_v7_t* lsu, const sts_i
     request.lsu = wire_lsu.get();
     request.image = wire_image.get();
     _ns1__getImagePropByNameResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::getImagePropByName, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::getImagePropByName, request, response)) return *failure;
     if (!response.info) return log.reply_lacks("info");
     std::memset(info, 0, sizeof *info);
     set_image_info_from_soap(*info, response.info);
@@ -144,8 +134,6 @@ extern "C" int stspi_delete_image(const stsp_lsu_v7_t* lsu, const sts_image_def_
     request.imd = wire_image.get();
     request.asyncFlag = async_flag;
     _ns1__deleteImageResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::deleteImage, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::deleteImage, request, response)) return *failure;
     return log.ok();
 }

@@ -64,9 +64,7 @@ int control(stsp_server_t* server, int32_t command, char* buffer, int32_t ioflag
         request.len = len;
     }
     _ns1__ioControlResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::ioControl, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::ioControl, request, response)) return *failure;
     // A buffer of no size gets nothing, not even a terminator.
     if ((ioflag & STS_IOCTL_OUTPUT) != 0 && len > 0) {
         const auto length = static_cast<std::size_t>(len);

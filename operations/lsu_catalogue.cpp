@@ -72,9 +72,7 @@ int open_lsu_list(const char* entry, stsp_server_t* server, const Definition* fi
     request.serverHandle = server_handle.get();
     request.lsudef = wire_filter ? wire_filter->get() : nullptr;
     _ns1__openLSUListResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::openLSUList, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::openLSUList, request, response)) return *failure;
     return hand_out_list(response.lsuListHandle, "lsuListHandle", server, list, log);
 }
 
@@ -102,9 +100,7 @@ int get_lsu_prop(const char* entry, const stsp_lsu_v7_t* lsu, Information* info)
     _ns1__getLSUPropByName request;
     request.lsu = wire_lsu.get();
     _ns1__getLSUPropByNameResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::getLSUPropByName, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::getLSUPropByName, request, response)) return *failure;
     if (!response.info) return log.reply_lacks("info");
     // Of the newer record `version` stays 0, whatever came: not the conversion that events use.
     const ns1__LSUInformation& wire = *response.info;
@@ -155,9 +151,7 @@ extern "C" int stspi_list_lsu(stsp_list_t* list, char* name)
     _ns1__listLSU request;
     request.lsuListHandle = list_handle.get();
     _ns1__listLSUResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::listLSU, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::listLSU, request, response)) return *failure;
     if (name) {
         V_strlcpy(name, response.lsu.c_str(), STS_LSU_NAME_SIZE);
     } else {
@@ -179,9 +173,7 @@ extern "C" int stspi_close_lsu_list(stsp_list_t* list)
     _ns1__closeLSUList request;
     request.lsuListHandle = list_handle.get();
     _ns1__closeLSUListResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::closeLSUList, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::closeLSUList, request, response)) return *failure;
     destroy_list(list);
     return log.ok();
 }
@@ -221,7 +213,7 @@ extern "C" int stspi_get_lsu_replication_prop(const stsp_lsu_v7_t* lsu, uint32_t
     request.nsource = static_cast<int>(nsource);
     request.ntarget = static_cast<int>(ntarget);
     _ns1__getLSUReplicationPropResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::getLSUReplicationProp, request, response)) {
+    if (const Failure failure = call.send(&Service::getLSUReplicationProp, request, response)) {
         return *failure;
     }
     if (!response.props) return log.reply_lacks("props");

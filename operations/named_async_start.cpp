@@ -30,8 +30,7 @@ extern "C" int stspi_named_async_create_snap_byname(stsp_server_t* server,
                                                        pendingflag);
     start.request.opname = text_of(opname.name);
     _ns1__namedAsyncCreateSnapByNameResponse response;
-    if (const Failure failure =
-            call.send(&PSVWSSoapBindingProxy::namedAsyncCreateSnapByName, start.request, response)) {
+    if (const Failure failure = call.send(&Service::namedAsyncCreateSnapByName, start.request, response)) {
         return *failure;
     }
     return log.ok();
@@ -56,8 +55,7 @@ extern "C" int stspi_named_async_prepare_snap_byname(stsp_server_t* server,
                                                          imageset, pendingflag);
     start.request.opname = text_of(opname.name);
     _ns1__namedAsyncPrepareSnapByNameResponse response;
-    if (const Failure failure =
-            call.send(&PSVWSSoapBindingProxy::namedAsyncPrepareSnapByName, start.request, response)) {
+    if (const Failure failure = call.send(&Service::namedAsyncPrepareSnapByName, start.request, response)) {
         return *failure;
     }
     return log.ok();
@@ -80,7 +78,7 @@ extern "C" int stspi_named_async_copy_snap_byname(const stsp_lsu_v7_t* lsu, cons
     { // what was sent is given back ahead of a look at the result
         CopySnap<_ns1__namedAsyncCopySnapByName> start(*lsu, *snap, targets, ntargets, imageset, pendingflag);
         start.request.opname = text_of(opname.name);
-        result = call.send_quietly(&PSVWSSoapBindingProxy::namedAsyncCopySnapByName, start.request, response);
+        result = call.send_quietly(&Service::namedAsyncCopySnapByName, start.request, response);
     }
     log.return_code(result);
     if (const Failure failure = call.failure_of(result)) return *failure;
@@ -101,7 +99,7 @@ extern "C" int stspi_named_async_postprocess_snap_byname(const stsp_lsu_v7_t* ls
     start.request.opname = text_of(opname.name);
     _ns1__namedAsyncPostProcessSnapByNameResponse response;
     if (const Failure failure =
-            call.send(&PSVWSSoapBindingProxy::namedAsyncPostProcessSnapByName, start.request, response)) {
+            call.send(&Service::namedAsyncPostProcessSnapByName, start.request, response)) {
         return *failure;
     }
     return log.ok();
@@ -125,8 +123,7 @@ extern "C" int stspi_named_async_validate_snap_byname(stsp_server_t* server,
                                                            topology);
     start.request.opname = text_of(opname.name);
     _ns1__namedAsyncValidateSnapByNameResponse response;
-    if (const Failure failure =
-            call.send(&PSVWSSoapBindingProxy::namedAsyncValidateSnapByName, start.request, response)) {
+    if (const Failure failure = call.send(&Service::namedAsyncValidateSnapByName, start.request, response)) {
         return *failure;
     }
     return log.ok();
@@ -148,8 +145,7 @@ extern "C" int stspi_named_async_import_snap_byname(stsp_server_t* server,
     ImportSnap<_ns1__namedAsyncImportSnapByName> start(*server, *source, *snap, imageset, pendingflag);
     start.request.opname = text_of(opname.name);
     _ns1__namedAsyncImportSnapByNameResponse response;
-    if (const Failure failure =
-            call.send(&PSVWSSoapBindingProxy::namedAsyncImportSnapByName, start.request, response)) {
+    if (const Failure failure = call.send(&Service::namedAsyncImportSnapByName, start.request, response)) {
         return *failure;
     }
     return log.ok();
@@ -172,8 +168,7 @@ extern "C" int stspi_named_async_rollback_snap(const stsp_lsu_v7_t* lsu, const s
                                                      rollback_list, num_rollbacks, rollback_flag);
     start.request.opname = text_of(opname.name);
     _ns1__namedAsyncRollbackSnapResponse response;
-    if (const Failure failure =
-            call.send(&PSVWSSoapBindingProxy::namedAsyncRollbackSnap, start.request, response)) {
+    if (const Failure failure = call.send(&Service::namedAsyncRollbackSnap, start.request, response)) {
         return *failure;
     }
     return log.ok();
@@ -198,8 +193,7 @@ extern "C" int stspi_named_async_provision_topology(stsp_server_t* server,
                                                                topology, imageset, pendingflag);
     start.request.opname = text_of(opname.name);
     _ns1__namedAsyncProvisionTopologyResponse response;
-    if (const Failure failure =
-            call.send(&PSVWSSoapBindingProxy::namedAsyncProvisionTopology, start.request, response)) {
+    if (const Failure failure = call.send(&Service::namedAsyncProvisionTopology, start.request, response)) {
         return *failure;
     }
     return log.ok();
@@ -223,7 +217,7 @@ extern "C" int stspi_named_async_get_snap_diff(stsp_server_t* server, const sts_
         GetSnapDiff<_ns1__namedAsyncGetSnapDiff> start(*server, *snapshot, target_server, volumes,
                                                        num_rollbacks, diff_flag);
         start.request.opname = text_of(opname.name);
-        result = call.send_quietly(&PSVWSSoapBindingProxy::namedAsyncGetSnapDiff, start.request, response);
+        result = call.send_quietly(&Service::namedAsyncGetSnapDiff, start.request, response);
     }
     log.return_code(result);
     if (const Failure failure = call.failure_of(result)) return *failure;

@@ -45,9 +45,7 @@ int get_server_prop_from_URL(const sts_session_def_v7_t* session, const std::str
     request.sd = sd.get();
     request.server = server_name;
     _ns1__getServerPropByNameResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::getServerPropByName, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::getServerPropByName, request, response)) return *failure;
     if (!response.info) return log.reply_lacks("info");
 
     // The host's record is written before the choice, and stays written if nothing will do.

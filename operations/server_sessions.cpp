@@ -86,9 +86,7 @@ extern "C" int stspi_open_server(const sts_session_def_v7_t* session, const char
     request.cred = cred.get();
     request.requiredInterface = required_interface ? required_interface : "";
     _ns1__openServerResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::openServer, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::openServer, request, response)) return *failure;
     if (const char* missing = missing_of(response.serverHandle, "serverHandle")) {
         return log.reply_lacks(missing);
     }
@@ -117,9 +115,7 @@ extern "C" int stspi_open_target_server(stsp_server_t* source, const char* targe
     request.cred = cred.get();
     request.interface = interface_name ? interface_name : "";
     _ns1__openTargetServerResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::openTargetServer, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::openTargetServer, request, response)) return *failure;
     if (const char* missing = missing_of(response.targetServerHandle, "targetServerHandle")) {
         return log.reply_lacks(missing);
     }
@@ -143,9 +139,7 @@ extern "C" int stspi_close_server(stsp_server_t* server)
     _ns1__closeServer request;
     request.serverHandle = server_handle.get();
     _ns1__closeServerResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::closeServer, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::closeServer, request, response)) return *failure;
     std::free(server->service_handle);
     std::free(server->endpoint);
     delete server;
@@ -166,7 +160,7 @@ extern "C" int stspi_get_server_prop(stsp_server_t* server, sts_server_info_v8_t
     if (const Failure failure = call.secure()) return *failure;
     _ns1__getServerPropResponse response;
     // No return code is logged here, and an unreachable service is told by a status of its own.
-    if (const int result = call.send_quietly(&PSVWSSoapBindingProxy::getServerProp, request, response)) {
+    if (const int result = call.send_quietly(&Service::getServerProp, request, response)) {
         return call.status_of(result, STS_ENOSERVICEHANDLE);
     }
     if (!response.info) return log.reply_lacks("info");

@@ -30,9 +30,7 @@ extern "C" int stspi_open_snap_list(const stsp_lsu_v7_t* lsu, stsp_list_t** list
     _ns1__openSnapList request;
     request.lsu = wire_lsu.get();
     _ns1__openSnapListResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::openSnapList, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::openSnapList, request, response)) return *failure;
     return hand_out_list(response.snapListHandle, "snapListHandle", lsu->server, list, log);
 }
 
@@ -52,9 +50,7 @@ extern "C" int stspi_open_snap_list_by_volume(stsp_server_t* server, const sts_v
     request.serverHandle = server_handle.get();
     request.volSpec = wire_volume.get();
     _ns1__openSnapListResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::openSnapListByVolume, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::openSnapListByVolume, request, response)) return *failure;
     return hand_out_list(response.snapListHandle, "snapListHandle", server, list, log);
 }
 
@@ -71,9 +67,7 @@ extern "C" int stspi_list_snap(stsp_list_t* list, sts_snap_def_v11_t* snap)
     _ns1__listSnap request;
     request.snapListHandle = list_handle.get();
     _ns1__listSnapResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::listSnap, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::listSnap, request, response)) return *failure;
     if (!response.snapDef) return log.reply_lacks("snapDef");
     set_snap_def_from_soap(*snap, response.snapDef);
     log_message(log.session(), STS_LOG_RECORD, "stspi_list_snap sd_snap_name: **<", text_of(snap->snapName),
@@ -95,9 +89,7 @@ extern "C" int stspi_close_snap_list(stsp_list_t* list)
     _ns1__closeSnapList request;
     request.snapListHandle = list_handle.get();
     _ns1__closeSnapListResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::closeSnapList, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::closeSnapList, request, response)) return *failure;
     destroy_list(list);
     return log.ok();
 }
@@ -120,9 +112,7 @@ extern "C" int stspi_get_snap_prop_byname(const stsp_lsu_v7_t* lsu, const sts_sn
     request.lsu = wire_lsu.get();
     request.snapDef = wire_snap.get();
     _ns1__getSnapPropByNameResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::getSnapPropByName, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::getSnapPropByName, request, response)) return *failure;
     if (!response.snapInfo) return log.reply_lacks("snapInfo");
     std::memset(info, 0, sizeof *info);
     set_snap_info_from_soap(*info, response.snapInfo);
@@ -144,9 +134,7 @@ extern "C" int stspi_delete_snap(const stsp_lsu_v7_t* lsu, const sts_snap_def_v1
     request.lsu = wire_lsu.get();
     request.snapDef = wire_snap.get();
     _ns1__deleteSnapResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::deleteSnap, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::deleteSnap, request, response)) return *failure;
     return log.ok();
 }
 
@@ -175,8 +163,6 @@ extern "C" int stspi_validate_rollback(const stsp_lsu_v7_t* lsu, const sts_snap_
     request.rollbackList = wire_rollbacks.get();
     request.numRollbacks = static_cast<int>(num_rollbacks);
     _ns1__validateRollbackResponse response;
-    if (const Failure failure = call.send(&PSVWSSoapBindingProxy::validateRollback, request, response)) {
-        return *failure;
-    }
+    if (const Failure failure = call.send(&Service::validateRollback, request, response)) return *failure;
     return hand_out_list(response.snapListHandle, "snapListHandle", lsu->server, list, log);
 }

@@ -23,10 +23,12 @@ namespace soapwrapper
 // returns 0, without a reply to read.
 using Failure = std::optional<int>;
 
+// The binding's proxy, under a name with which the send of an entry stands on one line.
+using Service = PSVWSSoapBindingProxy;
+
 // The long form of the proxy's operation for a request and its response.
 template <class Request, class Response>
-using Operation = int (PSVWSSoapBindingProxy::*)(const char* endpoint, const char* action, Request*,
-                                                 Response&);
+using Operation = int (Service::*)(const char* endpoint, const char* action, Request*, Response&);
 
 // One call. The object holds the whole SOAP context, and the reply's memory with it: what a reply says is
 // copied out while the call lives.
@@ -103,7 +105,7 @@ class ServiceCall
     const EntryLog& log_;
     // Ahead of the proxy, because closing a TLS connection may raise the signal too.
     std::optional<SigpipeGuard> sigpipe_guard_;
-    PSVWSSoapBindingProxy proxy_;
+    Service proxy_;
     ReplyBounds bounds_;
     bool use_https_ = false;
 };
