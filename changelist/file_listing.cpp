@@ -32,10 +32,10 @@ struct Filters {
     const char* rows; // kFilterSize bytes each; may be null if there are none
 };
 
-void rewrite_path(sts_file_attr_v11_t& entry, const snapdiff_session_info& info,
-                  const sts_session_def_v7_t* session)
+// In the host's record, because that is where a path is cut, and it is the cut path that is rewritten.
+void rewrite_path(sts_file_attr_v11_t& entry, const snapdiff_session_info& info, const EntryLog& log)
 {
-    V_strlcpy(entry.name, transform_path(&entry, info, session).c_str(), sizeof entry.name);
+    V_strlcpy(entry.name, transform_path(&entry, info, log.session()).c_str(), sizeof entry.name);
 }
 
 int next_from_zapi(const stsp_change_list_t& list, const Filters& filters, const snapdiff_session_info& info,
@@ -46,7 +46,7 @@ int next_from_zapi(const stsp_change_list_t& list, const Filters& filters, const
         if (status == STS_ENOENT) log.record("STS_ENOENT");
         if (status != STS_EOK) return status;
     } while (!check_if_qtree_match(entry.name, info.qtree_paths, log.session()));
-    rewrite_path(entry, info, log.session());
+    rewrite_path(entry, info, log);
     return STS_EOK;
 }
 
@@ -54,7 +54,7 @@ int next_from_buffer(snapdiff_session_info& info, sts_file_attr_v11_t& entry, co
 {
     entry = info.entry_buffer.back();
     log_message(log.session(), STS_LOG_RECORD, "file name: ", entry.name);
-    rewrite_path(entry, info, log.session());
+    rewrite_path(entry, info, log);
     info.entry_buffer.pop_back();
     // The next batch brings a buffer of its own, and a large one may be the last for long.
     if (info.entry_buffer.empty()) info.entry_buffer.shrink_to_fit();
@@ -126,7 +126,7 @@ int deliver_batch(const std::vector<ns1__FileAttr*>& items, std::size_t count, s
     if (!make_room(surplus, count - 1, log)) return STS_ENOMEM;
     log_message(log.session(), STS_LOG_RECORD, "file name: ", items.front()->name);
     set_file_attr_from_soap(entry, items.front());
-    rewrite_path(entry, info, log.session());
+    rewrite_path(entry, info, log);
     for (std::size_t i = 1; i < count; ++i) {
         surplus.emplace_back();
         set_file_attr_from_soap(surplus.back(), items[i]);

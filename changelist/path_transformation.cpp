@@ -6,7 +6,6 @@
 
 #include <string.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -52,26 +51,20 @@ std::size_t snapshot_name(std::string_view text)
     return text.find(kSnapshotFolder) + kSnapshotFolder.size();
 }
 
-void require_position(std::size_t position, std::size_t size)
-{
-    if (position > size) throw std::out_of_range("basic_string::substr");
-}
-
 // The parent of a deleted file is looked for in the newer snapshot: its name replaces the older one's.
-std::string path_in_diff_snapshot(std::string_view path, const std::string& diff_export)
+std::string path_in_diff_snapshot(std::string_view path, std::string_view diff_export)
 {
-    const std::size_t old_name = std::min(snapshot_name(path), path.size());
-    const std::size_t behind_old_name = path.find('/', snapshot_name(path));
+    const std::size_t old_name = snapshot_name(path);
+    const std::size_t behind_old_name = path.find('/', old_name);
     const std::size_t new_name = snapshot_name(diff_export);
-    require_position(new_name, diff_export.size());
-    require_position(behind_old_name, path.size());
-    const std::size_t new_name_size =
-        std::min(diff_export.find('/', new_name), diff_export.size()) - new_name;
+    if (behind_old_name == std::string_view::npos || new_name > diff_export.size()) {
+        throw std::out_of_range("basic_string::substr");
+    }
+    const std::string_view from_new_name = diff_export.substr(new_name);
+    const std::string_view name = from_new_name.substr(0, from_new_name.find('/'));
     std::string result;
-    result.reserve(path.size() + new_name_size);
-    result.append(path.substr(0, old_name));
-    result.append(diff_export, new_name, new_name_size);
-    result.append(path.substr(behind_old_name));
+    result.reserve(path.size() + name.size());
+    result.append(path, 0, old_name).append(name).append(path, behind_old_name);
     return result;
 }
 

@@ -97,6 +97,14 @@ TEST_F(ListFiles, CutsAPathOf4096Characters)
     EXPECT_EQ(next_path(), long_text(4095));
 }
 
+TEST_F(ListFiles, CutsAPathAheadOfRewritingIt)
+{
+    const std::string path = long_text(4093) + "\\41B";
+    script_files(file_element(path) + file_element(path), 2);
+    EXPECT_EQ(next_path(), long_text(4093) + "\4"); // what the cut leaves of the escape
+    EXPECT_EQ(next_path(), long_text(4093) + "\4");
+}
+
 TEST_F(ListFiles, WaitsForWhatIsLeftOfThePauseThatTheLastReplyAskedFor)
 {
     clock.set_time(1000);
