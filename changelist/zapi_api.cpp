@@ -3,7 +3,6 @@
 #include "plugin/host/host_records.h"
 #include "plugin/host/status.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <dlfcn.h>
 
@@ -13,25 +12,6 @@ namespace soapwrapper
 {
 namespace
 {
-
-constexpr std::uint64_t kInterfaceVersion = 12;
-
-enum Position : std::size_t {
-    kClose = 24,
-    kCloseSnapChangeList = 25,
-    kListFile = 79,
-    kOpenServer = 109,
-    kOpenSession = 110,
-    kOpenSnapChangeList = 111
-};
-
-// Calls the operation at a position as a function of these arguments.
-template <class... Arguments>
-int call(Position position, Arguments... arguments)
-{
-    if (!sts_api) return sts_notinit();
-    return reinterpret_cast<int (*)(Arguments...)>(sts_api[position])(arguments...);
-}
 
 // Looked for by name and not linked, because a host may load its manager after this library, or have none.
 template <class Function>
@@ -46,15 +26,15 @@ Function* manager_function(const char* name)
 
 int sts_init(std::uint64_t version, const char* plugin_path)
 {
-    if (version != kInterfaceVersion) return STS_EINTERFACE;
+    if (version != STS_API_VERSION) return STS_EINTERFACE;
     if (!plugin_path) return STS_ENULLARG;
-    auto* const init = manager_function<int(std::uint64_t, const char*, const sts_api_slot**)>("stsm_init");
+    auto* const init = manager_function<stsm_init_fn>("stsm_init");
     return init ? init(version, plugin_path, &sts_api) : sts_notinit();
 }
 
 int sts_terminate()
 {
-    auto* const terminate = manager_function<int()>("stsm_terminate");
+    auto* const terminate = manager_function<stsm_terminate_fn>("stsm_terminate");
     if (!terminate) return sts_notinit();
     const int result = terminate();
     if (result == STS_EINUSE) return STS_EOK;
@@ -69,36 +49,41 @@ int sts_notinit()
 
 int api_close(sts_handle_s* handle)
 {
-    return call(kClose, handle, 0);
+    return sts_api ? STS_API_OPERATION(sts_api, sts_api_close)(handle, 0) : sts_notinit();
 }
 
 int api_close_snap_change_list(sts_handle_s* list)
 {
-    return call(kCloseSnapChangeList, list);
+    return sts_api ? STS_API_OPERATION(sts_api, sts_api_close_snap_change_list)(list) : sts_notinit();
 }
 
 int api_list_file(sts_handle_s* list, std::uint32_t filter_count, const char* filters,
                   sts_file_attr_v11_t* entry)
 {
-    return call(kListFile, list, filter_count, filters, entry);
+    return sts_api ? STS_API_OPERATION(sts_api, sts_api_list_file)(list, filter_count, filters, entry)
+                   : sts_notinit();
 }
 
 int api_open_server(sts_handle_s* session, const char* server_name, const sts_cred_block* credentials,
                     sts_handle_s** server)
 {
-    return call(kOpenServer, session, server_name, credentials, "", server);
+    return sts_api ? STS_API_OPERATION(sts_api, sts_api_open_server)(session, server_name, credentials, "",
+                                                                     server)
+                   : sts_notinit();
 }
 
 int api_open_session(sts_session_def_v7_t* definition, sts_handle_s** session)
 {
-    return call(kOpenSession, definition, session);
+    return sts_api ? STS_API_OPERATION(sts_api, sts_api_open_session)(definition, session) : sts_notinit();
 }
 
 int api_open_snap_change_list(const stsp_lsu_v7_t* lsu, const sts_snap_def_v11_t* base,
                               const sts_snap_def_v11_t* diff, sts_volume_spec_v11_t* volume,
                               std::uint32_t flags, sts_handle_s** list)
 {
-    return call(kOpenSnapChangeList, lsu, base, diff, volume, flags, list);
+    return sts_api ? STS_API_OPERATION(sts_api, sts_api_open_snap_change_list)(lsu, base, diff, volume, flags,
+                                                                               list)
+                   : sts_notinit();
 }
 
 } // namespace soapwrapper

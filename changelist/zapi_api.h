@@ -1,22 +1,12 @@
-// The second plug-in of this interface family, which speaks ZAPI to a filer: the table of operations through
-// which it is reached. The table is another library's; each operation used here stands at a fixed position.
+// The second plug-in of this interface family, which speaks ZAPI to a filer: its start, its end and its
+// operations, while there is a table of it and while there is none.
 #ifndef SOAPWRAPPER_CHANGELIST_ZAPI_API_H
 #define SOAPWRAPPER_CHANGELIST_ZAPI_API_H
 
 #include "plugin/host/host_records.h"
+#include "plugin/host/second_plugin.h" // IWYU pragma: export
 
-#include <cstddef>
 #include <cstdint>
-
-struct sts_handle_s;
-using sts_api_slot = void (*)();
-
-// The credentials of a server: a user name and a password, each with its terminator.
-struct sts_cred_block {
-    std::uint64_t reserved;
-    char names[1024];
-};
-static_assert(sizeof(sts_cred_block) == 1032 && offsetof(sts_cred_block, names) == 8, "sts_cred_block");
 
 // Null until the second plug-in has been started.
 extern const sts_api_slot* sts_api;

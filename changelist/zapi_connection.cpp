@@ -23,7 +23,6 @@ namespace soapwrapper
 namespace
 {
 
-constexpr std::uint64_t kZapiVersion = 12;
 constexpr std::int32_t kZapiSessionFlags = 15;
 constexpr std::size_t kHostNameSize = 257;
 
@@ -101,7 +100,7 @@ int start_once(const EntryLog& log)
     const MutexLock lock(gMutex);
     if (zapi_initialized) return STS_EOK;
     log.record(" doing sts_init");
-    const int result = sts_init(kZapiVersion, pluginPath.c_str());
+    const int result = sts_init(STS_API_VERSION, pluginPath.c_str());
     zapi_initialized = 1;
     return result;
 }

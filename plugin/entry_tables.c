@@ -1,92 +1,13 @@
-/* The tables that the host drives the plug-in through. The slot numbers are the contract; a slot that isn't
- * named here is null. In C, because C names the slots of an array. */
+/* The tables that the host drives the plug-in through. The slot numbers are the contract; a slot that slots.h
+ * doesn't name is null. In C, because C names the slots of an array. */
 #include "plugin/host/entry_points.h"
+#include "plugin/host/slots.h"
 
-#define SLOT(number, entry) [number] = (stspi_slot_t)(entry)
+#define SLOT(slot, entry) [slot] = (stspi_slot_t)(entry),
 
 /* For hosts that look it up by name: stspi_init hands out the next one only. */
-const stspi_slot_t PluginEntryPoints_v10[STSPI_V10_SLOTS] = {
-    SLOT(4, stspi_claim),
-    SLOT(7, stspi_close_image_list),
-    SLOT(8, stspi_close_lsu_list),
-    SLOT(9, stspi_close_server),
-    SLOT(18, stspi_get_image_prop),
-    SLOT(19, stspi_get_image_prop_byname),
-    SLOT(20, stspi_get_lsu_prop_byname_v10),
-    SLOT(21, stspi_get_server_prop),
-    SLOT(22, stspi_get_server_prop_byname),
-    SLOT(25, stspi_list_image),
-    SLOT(26, stspi_list_lsu),
-    SLOT(28, stspi_open_lsu_list_v10),
-    SLOT(29, stspi_open_server),
-    SLOT(30, stspi_open_target_server),
-    SLOT(33, stspi_open_image_list),
-    SLOT(35, stspi_terminate),
-};
+const stspi_slot_t PluginEntryPoints_v10[STSPI_V10_SLOTS] = {STSPI_V10_ENTRIES(SLOT)};
 
-const stspi_slot_t PluginEntryPoints_v11[STSPI_V11_SLOTS] = {
-    SLOT(2, stspi_async_wait),
-    SLOT(4, stspi_claim),
-    SLOT(5, stspi_close_evchannel),
-    SLOT(7, stspi_close_image_list),
-    SLOT(8, stspi_close_lsu_list),
-    SLOT(9, stspi_close_server),
-    SLOT(12, stspi_delete_event),
-    SLOT(14, stspi_delete_image),
-    SLOT(15, stspi_get_event),
-    SLOT(18, stspi_get_image_prop),
-    SLOT(19, stspi_get_image_prop_byname),
-    SLOT(20, stspi_get_lsu_prop_byname_v11),
-    SLOT(21, stspi_get_server_prop),
-    SLOT(22, stspi_get_server_prop_byname),
-    SLOT(25, stspi_list_image),
-    SLOT(26, stspi_list_lsu),
-    SLOT(27, stspi_open_evchannel_v11),
-    SLOT(28, stspi_open_lsu_list_v11),
-    SLOT(29, stspi_open_server),
-    SLOT(30, stspi_open_target_server),
-    SLOT(33, stspi_open_image_list),
-    SLOT(35, stspi_terminate),
-    SLOT(41, stspi_async_cancel),
-    SLOT(44, stspi_get_event_payload),
-    SLOT(47, stspi_named_async_status),
-    SLOT(55, stspi_get_lsu_replication_prop),
-    SLOT(56, stspi_iocontrol),
-};
+const stspi_slot_t PluginEntryPoints_v11[STSPI_V11_SLOTS] = {STSPI_V11_ENTRIES(SLOT)};
 
-const stspi_slot_t PluginEntryPoints3_v11[STSPI3_V11_SLOTS] = {
-    SLOT(0, stspi_add_export),
-    SLOT(1, stspi_async_copy_snap_byname),
-    SLOT(2, stspi_async_create_snap_byname),
-    SLOT(3, stspi_async_get_snap_diff),
-    SLOT(4, stspi_async_postprocess_snap_byname),
-    SLOT(5, stspi_async_prepare_snap_byname),
-    SLOT(6, stspi_async_rollback_snap),
-    SLOT(7, stspi_async_validate_snap_byname),
-    SLOT(8, stspi_async_wait_snap),
-    SLOT(9, stspi_claim_volume),
-    SLOT(10, stspi_close_snap_list),
-    SLOT(12, stspi_create_export),
-    SLOT(14, stspi_delete_export),
-    SLOT(15, stspi_delete_snap),
-    SLOT(19, stspi_get_snap_prop_byname),
-    SLOT(20, stspi_list_snap),
-    SLOT(21, stspi_named_async_copy_snap_byname),
-    SLOT(22, stspi_named_async_create_snap_byname),
-    SLOT(23, stspi_named_async_get_snap_diff),
-    SLOT(24, stspi_named_async_postprocess_snap_byname),
-    SLOT(25, stspi_named_async_prepare_snap_byname),
-    SLOT(26, stspi_named_async_rollback_snap),
-    SLOT(27, stspi_named_async_validate_snap_byname),
-    SLOT(28, stspi_named_async_wait_snap),
-    SLOT(29, stspi_open_snap_list_by_volume),
-    SLOT(30, stspi_open_snap_list),
-    SLOT(34, stspi_validate_rollback),
-    SLOT(37, stspi_async_provision_topology),
-    SLOT(38, stspi_named_async_provision_topology),
-    SLOT(39, stspi_open_snap_change_list),
-    SLOT(40, stspi_close_snap_change_list),
-    SLOT(41, stspi_list_file),
-    SLOT(43, stspi_async_import_snap_byname),
-    SLOT(44, stspi_named_async_import_snap_byname),
-};
+const stspi_slot_t PluginEntryPoints3_v11[STSPI3_V11_SLOTS] = {STSPI3_V11_ENTRIES(SLOT)};

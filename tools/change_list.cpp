@@ -82,14 +82,14 @@ std::string escaped(const std::string& path)
 
 ChangeListHandle::ChangeListHandle(const Probe& probe) : probe_(probe)
 {
-    probe.library.entry(kListFile);
-    probe.library.entry(kCloseSnapChangeList);
+    probe.library.entry(slot::stspi_list_file);
+    probe.library.entry(slot::stspi_close_snap_change_list);
 }
 
 ChangeListHandle::~ChangeListHandle()
 {
     if (!handle_) return;
-    if (const auto problem = close_handle(probe_, kCloseSnapChangeList, handle_)) {
+    if (const auto problem = close_handle(probe_, slot::stspi_close_snap_change_list, handle_)) {
         warn("the change list could not be closed", *problem);
     }
 }
@@ -105,7 +105,8 @@ stsp_change_list_t* ChangeListHandle::get() const
 
 void ChangeListHandle::close()
 {
-    const auto problem = close_handle(probe_, kCloseSnapChangeList, std::exchange(handle_, nullptr));
+    const auto problem =
+        close_handle(probe_, slot::stspi_close_snap_change_list, std::exchange(handle_, nullptr));
     if (problem) throw Problem(*problem);
 }
 

@@ -92,7 +92,8 @@ int ChangeReader::next()
     milliseconds pause = kFirstPause;
     for (int busy = 0;; ++busy) {
         if (interruption_.requested()) throw interruption_problem("the list was not read to its end");
-        const int status = call(probe_, kListFile, list_, filter_count_, filter_rows_.data(), entry_.get());
+        const int status =
+            call(probe_, slot::stspi_list_file, list_, filter_count_, filter_rows_.data(), entry_.get());
         if (status != STS_EBUSY) return status;
         // The library itself waits at the next call for as long as the service asks.
         if (busy < kBusyWithoutPause || asks_for_a_pause()) continue;

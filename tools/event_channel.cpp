@@ -26,8 +26,8 @@ constexpr std::chrono::milliseconds kFirstPause{20};
 
 EventChannel::EventChannel(const Probe& probe) : probe_(probe)
 {
-    probe.library.entry(kCloseEvchannel);
-    probe.library.entry(kGetEvent);
+    probe.library.entry(slot::stspi_close_evchannel);
+    probe.library.entry(slot::stspi_get_event);
 }
 
 EventChannel::~EventChannel()
@@ -42,7 +42,7 @@ void EventChannel::open(const std::string& server_name, const sts_cred_t* creden
     constexpr const void* kNothing = nullptr;
     constexpr std::int32_t kNoFlags = 0;
     // A channel without a token is refused, but there, and then closed like any other.
-    require(probe_, kOpenEvchannel, probe_.session.record(), server_name.c_str(), credential,
+    require(probe_, slot::stspi_open_evchannel_v11, probe_.session.record(), server_name.c_str(), credential,
             required_interface.c_str(), kNothing, kNothing, kNoFlags, from, &handle_);
     if (handle_) return;
     throw Problem(ExitCode::Operation, "no handle", std::nullopt,
@@ -52,7 +52,7 @@ void EventChannel::open(const std::string& server_name, const sts_cred_t* creden
 int EventChannel::next(sts_event_v11_t& event) const
 {
     std::memset(&event, 0, sizeof event);
-    return call(probe_, kGetEvent, handle_, &event);
+    return call(probe_, slot::stspi_get_event, handle_, &event);
 }
 
 void EventChannel::close()
@@ -66,7 +66,7 @@ std::optional<Problem> EventChannel::try_to_close()
     stsp_evc_t* const handle = std::exchange(handle_, nullptr);
     auto pause = kFirstPause;
     for (int tried = 1;; ++tried) {
-        auto problem = problem_of(probe_, call(probe_, kCloseEvchannel, handle));
+        auto problem = problem_of(probe_, call(probe_, slot::stspi_close_evchannel, handle));
         if (!problem) return std::nullopt;
         // The handle is gone, but in this one case. The status doesn't tell: the channel's own end may be
         // refused with the same number as that of the login behind it.

@@ -39,8 +39,8 @@ OperationWithId::OperationWithId(const Probe& probe, stsp_server_t* server, cons
 
 void OperationWithId::check(const Probe& probe)
 {
-    probe.library.entry(kAsyncWaitSnap);
-    probe.library.entry(kAsyncCancel);
+    probe.library.entry(slot::stspi_async_wait_snap);
+    probe.library.entry(slot::stspi_async_cancel);
 }
 
 std::string OperationWithId::identity() const
@@ -60,12 +60,12 @@ void OperationWithId::tell(Value& document) const
 
 int OperationWithId::ask(sts_async_snap_result_t& answer) const
 {
-    return call(probe(), kAsyncWaitSnap, probe().session.record(), handle_, kAskOnce, &answer);
+    return call(probe(), slot::stspi_async_wait_snap, probe().session.record(), handle_, kAskOnce, &answer);
 }
 
 void OperationWithId::cancel() const
 {
-    require(probe(), kAsyncCancel, probe().session.record(), handle_);
+    require(probe(), slot::stspi_async_cancel, probe().session.record(), handle_);
 }
 
 Problem OperationWithId::abandon() const
@@ -88,7 +88,7 @@ OperationWithName::OperationWithName(const Probe& probe, stsp_server_t* server, 
 
 void OperationWithName::check(const Probe& probe)
 {
-    probe.library.entry(kNamedAsyncWaitSnap);
+    probe.library.entry(slot::stspi_named_async_wait_snap);
 }
 
 std::string OperationWithName::identity() const
@@ -108,7 +108,7 @@ void OperationWithName::tell(Value& document) const
 
 int OperationWithName::ask(sts_async_snap_result_t& answer) const
 {
-    return call(probe(), kNamedAsyncWaitSnap, server_, kAskOnce, &answer, name_);
+    return call(probe(), slot::stspi_named_async_wait_snap, server_, kAskOnce, &answer, name_);
 }
 
 Problem OperationWithName::abandon() const

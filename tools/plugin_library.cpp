@@ -1,6 +1,7 @@
 #include "tools/plugin_library.h"
 
 #include "plugin/host/entry_points.h"
+#include "plugin/host/slots.h"
 #include "plugin/host/status.h"
 #include "tools/problem.h"
 #include "tools/slots.h"
@@ -102,15 +103,7 @@ PluginLibrary::PluginLibrary(const std::optional<std::string>& path,
 
 PluginLibrary::~PluginLibrary()
 {
-    const stspi_slot_t terminate = function_at(kTerminate.table, kTerminate.number);
-    if (terminate) reinterpret_cast<decltype(stspi_terminate)*>(terminate)();
-}
-
-stspi_slot_t PluginLibrary::function_at(TableId table, std::size_t number) const
-{
-    const bool is_main = table == TableId::Main;
-    const std::size_t slots = is_main ? STSPI_V11_SLOTS : STSPI3_V11_SLOTS;
-    return number < slots ? (is_main ? main_.entry_points : second_.entry_points)[number] : nullptr;
+    if (auto* const terminate = STSPI_V11_ENTRY(main_.entry_points, stspi_terminate)) terminate();
 }
 
 void PluginLibrary::fail_empty(TableId table, std::size_t number, const char* name)

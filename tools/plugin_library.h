@@ -32,9 +32,9 @@ class PluginLibrary
     template <class Entry>
     Entry* entry(const Slot<Entry>& slot) const
     {
-        const stspi_slot_t function = function_at(slot.table, slot.number);
-        if (!function) fail_empty(slot.table, slot.number, slot.name);
-        return reinterpret_cast<Entry*>(function);
+        Entry* const taken = slot.taken_from(table_of(slot.table));
+        if (!taken) fail_empty(slot.table, slot.number, slot.name);
+        return taken;
     }
 
   private:
@@ -42,7 +42,10 @@ class PluginLibrary
         void operator()(void* handle) const;
     };
 
-    stspi_slot_t function_at(TableId table, std::size_t number) const;
+    const stspi_slot_t* table_of(TableId table) const
+    {
+        return table == TableId::Main ? main_.entry_points : second_.entry_points;
+    }
     [[noreturn]] static void fail_empty(TableId table, std::size_t number, const char* name);
 
     std::unique_ptr<void, Unload> handle_;

@@ -69,7 +69,7 @@ void add_target_server_option(const Command& command, LoginOptions& options)
 OpenServer::~OpenServer()
 {
     if (!handle_) return;
-    if (const auto problem = close_handle(probe_, kCloseServer, handle_)) {
+    if (const auto problem = close_handle(probe_, slot::stspi_close_server, handle_)) {
         warn("the server could not be closed", *problem);
     }
 }
@@ -85,7 +85,7 @@ void OpenServer::close()
 {
     if (!handle_) return;
     // Whatever comes of it, it isn't tried again.
-    const auto problem = close_handle(probe_, kCloseServer, std::exchange(handle_, nullptr));
+    const auto problem = close_handle(probe_, slot::stspi_close_server, std::exchange(handle_, nullptr));
     if (problem) throw Problem(*problem);
 }
 
@@ -93,24 +93,24 @@ ServerLogin::ServerLogin(const Probe& probe, const std::string& name, const Logi
                          const WithCredential& opens_more)
     : server_(probe), target_(probe)
 {
-    probe.library.entry(kCloseServer); // what couldn't be closed again isn't opened
+    probe.library.entry(slot::stspi_close_server); // what couldn't be closed again isn't opened
     const Credential credential = read_credential(options);
     const Watch watch(probe.session, credential);
     if (options.no_discovery) {
-        require(probe, kClaim, name.c_str());
+        require(probe, slot::stspi_claim, name.c_str());
     } else {
         ServerDiscovery found = discover_server(probe, name);
         if (found.problem) throw Problem(*found.problem);
         selection_ = std::move(found.selection);
     }
     const char* const interface_name = options.required_interface.c_str();
-    require(probe, kOpenServer, probe.session.record(), name.c_str(), credential.record(), interface_name,
-            server_.address());
+    require(probe, slot::stspi_open_server, probe.session.record(), name.c_str(), credential.record(),
+            interface_name, server_.address());
     server_.check();
     if (opens_more) opens_more(credential.record());
     if (options.target_server.empty()) return;
-    require(probe, kOpenTargetServer, handle(), options.target_server.c_str(), credential.record(),
-            interface_name, target_.address());
+    require(probe, slot::stspi_open_target_server, handle(), options.target_server.c_str(),
+            credential.record(), interface_name, target_.address());
     target_.check();
 }
 

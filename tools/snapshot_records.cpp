@@ -37,7 +37,7 @@ void show_snapshot_list(const Probe& probe, const ListOptions& options, const Li
     EntryList snapshots("snapshots",
                         {{"SNAPSHOT", "name"}, {"TYPE", "type"}, {"FLAGS", "flags"}, {"SAVE AS", "save_as"}});
     const auto problem = read_list(
-        probe, options, EntryRoom(snap), [&] { return call(probe, kListSnap, handle, &snap); },
+        probe, options, EntryRoom(snap), [&] { return call(probe, slot::stspi_list_snap, handle, &snap); },
         [&] {
             snapshots.add({clean_field(snap.snapName), snap.snapType, snap.snapFlags, snap.snapSaveas});
         });

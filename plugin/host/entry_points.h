@@ -1,5 +1,5 @@
 /* The library's C interface. A host loads libsoapwrapper.so, calls stspi_init and stspi_init3 by name, and
- * drives everything else through the slots of the tables that they hand out.
+ * drives everything else through the slots of the tables that they hand out: slots.h names them.
  *
  * Every entry returns a status: 0, a number of status.h, or any other number, which is then the storage
  * service's own. Unless an entry says otherwise:
@@ -30,7 +30,7 @@ extern "C" {
 
 #define STSPI_EXPORT __attribute__((visibility("default")))
 
-/* A slot of an entry table: cast it to the entry's own type before the call. Null: not served. */
+/* A slot of an entry table, which slots.h reads as a pointer of the entry's own type. Null: not served. */
 typedef void (*stspi_slot_t)(void);
 
 enum { STSPI_V10_SLOTS = 41, STSPI_V11_SLOTS = 57, STSPI3_V11_SLOTS = 45 };

@@ -1,5 +1,6 @@
 // The host's binary interface, field by field: a change of any line here breaks every host.
 #include "plugin/host/entry_points.h"
+#include "plugin/host/second_plugin.h"
 
 #include <cstddef>
 
@@ -179,3 +180,8 @@ RECORD(stsp_image_t, 16);
 FIELD(sts_cred_t, len, 0, 4);
 FIELD(sts_cred_t, type, 4, 4);
 static_assert(offsetof(sts_cred_t, cert) == 8, "sts_cred_t.cert");
+
+// What the second plug-in is given.
+FIELD(sts_cred_block, reserved, 0, 8);
+FIELD(sts_cred_block, names, 8, 1024);
+RECORD(sts_cred_block, 1032);

@@ -1,9 +1,9 @@
 // The plug-in manager's two functions, and the table of operations that they hand out.
 #include "plugin/host/host_records.h"
+#include "plugin/host/second_plugin.h"
 #include "plugin/host/status.h"
 #include "simulator/fault.h"
 #include "simulator/fault_codes.h"
-#include "simulator/zapi/handle_table.h"
 #include "simulator/zapi/stand_in.h"
 
 #include <array>
@@ -15,19 +15,9 @@
 #include <string>
 #include <vector>
 
-// A server's credentials: a user name and a password, each with its terminator.
-struct sts_cred_block {
-    std::uint64_t reserved;
-    char names[1024];
-};
-static_assert(sizeof(sts_cred_block) == 1032, "sts_cred_block");
-
-using sts_api_slot = void (*)();
-
 extern "C" {
-__attribute__((visibility("default"))) int stsm_init(std::uint64_t version, const char* plugin_path,
-                                                     const sts_api_slot** api);
-__attribute__((visibility("default"))) int stsm_terminate(void);
+__attribute__((visibility("default"))) stsm_init_fn stsm_init;
+__attribute__((visibility("default"))) stsm_terminate_fn stsm_terminate;
 }
 
 namespace soapwrapper::simulator
@@ -35,7 +25,6 @@ namespace soapwrapper::simulator
 namespace
 {
 
-constexpr std::uint64_t kVersion = 12;
 constexpr std::size_t kTableSize = 128;
 constexpr std::size_t kFilterSize = 1024;
 
@@ -86,7 +75,7 @@ std::vector<std::string> filters_of(std::uint32_t count, const char* rows)
     return filters;
 }
 
-int open_session(const sts_session_def_v7_t* session, sts_handle_s** out)
+int open_session(sts_session_def_v7_t* session, sts_handle_s** out)
 {
     if (!session || !out) return STS_ENULLARG;
     *out = nullptr;
@@ -96,7 +85,7 @@ int open_session(const sts_session_def_v7_t* session, sts_handle_s** out)
     });
 }
 
-int open_server(const sts_handle_s* session, const char* name, const sts_cred_block* credentials,
+int open_server(sts_handle_s* session, const char* name, const sts_cred_block* credentials,
                 const char* /*interface*/, sts_handle_s** out)
 {
     if (!name || !credentials || !out) return STS_ENULLARG;
@@ -109,7 +98,7 @@ int open_server(const sts_handle_s* session, const char* name, const sts_cred_bl
 
 // Of the LSU only the server counts, and of the snapshots only their names, which are their export paths.
 int open_list(const stsp_lsu_v7_t* lsu, const sts_snap_def_v11_t* base, const sts_snap_def_v11_t* diff,
-              const sts_volume_spec_v11_t* /*volume*/, std::uint32_t /*flags*/, sts_handle_s** out)
+              sts_volume_spec_v11_t* /*volume*/, std::uint32_t /*flags*/, sts_handle_s** out)
 {
     if (!lsu || !diff || !out) return STS_ENULLARG;
     *out = nullptr;
@@ -121,7 +110,7 @@ int open_list(const stsp_lsu_v7_t* lsu, const sts_snap_def_v11_t* base, const st
     });
 }
 
-int list_file(const sts_handle_s* list, std::uint32_t count, const char* filters, sts_file_attr_v11_t* entry)
+int list_file(sts_handle_s* list, std::uint32_t count, const char* filters, sts_file_attr_v11_t* entry)
 {
     if (!entry || (count != 0 && !filters)) return STS_ENULLARG;
     return status_of([&] {
@@ -129,7 +118,7 @@ int list_file(const sts_handle_s* list, std::uint32_t count, const char* filters
     });
 }
 
-int close_list(const sts_handle_s* list)
+int close_list(sts_handle_s* list)
 {
     return status_of([&] {
         stand_in().close_list(list);
@@ -137,7 +126,7 @@ int close_list(const sts_handle_s* list)
     });
 }
 
-int close_handle(const sts_handle_s* handle, int /*flags*/)
+int close_handle(sts_handle_s* handle, int /*flags*/)
 {
     return status_of([&] {
         stand_in().close(handle);
@@ -150,8 +139,9 @@ int not_supported()
     return kNotSupported;
 }
 
-template <class Function>
-sts_api_slot slot(Function* function)
+// The types of the operations are the table's: a function of another type doesn't compile.
+template <class Operation>
+sts_api_slot slot(Operation* function)
 {
     return reinterpret_cast<sts_api_slot>(function);
 }
@@ -161,12 +151,13 @@ const sts_api_slot* table()
     static const std::array<sts_api_slot, kTableSize> slots = [] {
         std::array<sts_api_slot, kTableSize> all{};
         all.fill(slot(not_supported));
-        all[24] = slot(close_handle);
-        all[25] = slot(close_list);
-        all[79] = slot(list_file);
-        all[109] = slot(open_server);
-        all[110] = slot(open_session);
-        all[111] = slot(open_list);
+        all[STS_API_SLOT_sts_api_close] = slot<sts_api_close_fn>(close_handle);
+        all[STS_API_SLOT_sts_api_close_snap_change_list] =
+            slot<sts_api_close_snap_change_list_fn>(close_list);
+        all[STS_API_SLOT_sts_api_list_file] = slot<sts_api_list_file_fn>(list_file);
+        all[STS_API_SLOT_sts_api_open_server] = slot<sts_api_open_server_fn>(open_server);
+        all[STS_API_SLOT_sts_api_open_session] = slot<sts_api_open_session_fn>(open_session);
+        all[STS_API_SLOT_sts_api_open_snap_change_list] = slot<sts_api_open_snap_change_list_fn>(open_list);
         return all;
     }();
     return slots.data();
@@ -179,7 +170,7 @@ const sts_api_slot* table()
 extern "C" int stsm_init(std::uint64_t version, const char* plugin_path, const sts_api_slot** api)
 {
     using namespace soapwrapper::simulator;
-    if (version != kVersion) return STS_EINTERFACE;
+    if (version != STS_API_VERSION) return STS_EINTERFACE;
     if (!plugin_path || !api) return STS_ENULLARG;
     *api = table();
     return STS_EOK;

@@ -20,8 +20,18 @@ c_host_layout c_host_layout_seen(void)
     return layout;
 }
 
-int c_host_claims(const stspi_slot_t* table, const char* name)
+int c_host_claims(const stspi_slot_t* main_table, const char* name)
 {
-    int (*claim)(const char*) = (int (*)(const char*))table[4];
+    stspi_claim_fn* const claim = STSPI_V11_ENTRY(main_table, stspi_claim);
     return claim(name);
+}
+
+int c_host_claims_of_old(const stspi_slot_t* old_table, const char* name)
+{
+    return STSPI_V10_ENTRY(old_table, stspi_claim)(name);
+}
+
+int c_host_claims_volume(const stspi_slot_t* second_table, const sts_volume_spec_v11_t* volume)
+{
+    return STSPI3_V11_ENTRY(second_table, stspi_claim_volume)(NULL, volume);
 }

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TESTS_INTERFACE_C_HOST_H
 #define SOAPWRAPPER_TESTS_INTERFACE_C_HOST_H
 
-#include "plugin/host/entry_points.h"
+#include "plugin/host/slots.h"
 
 #include <stddef.h>
 
@@ -28,8 +28,12 @@ typedef struct c_host_layout {
 
 c_host_layout c_host_layout_seen(void);
 
-/* Asks the table's claim entry for this name. */
-int c_host_claims(const stspi_slot_t* table, const char* name);
+/* Asks the claim entry of a table for this name: of the main one, and of the old one. */
+int c_host_claims(const stspi_slot_t* main_table, const char* name);
+int c_host_claims_of_old(const stspi_slot_t* old_table, const char* name);
+
+/* Claims a volume at no server, through the second table. */
+int c_host_claims_volume(const stspi_slot_t* second_table, const sts_volume_spec_v11_t* volume);
 
 #ifdef __cplusplus
 }

@@ -230,8 +230,16 @@ TEST(PublicHeaders, MeanTheSameToAHostInC)
     EXPECT_EQ(in_c.file_attributes, sizeof(sts_file_attr_v11_t));
 }
 
-TEST(PublicHeaders, LetAHostInCDriveTheTable)
+TEST(PublicHeaders, LetAHostInCDriveEachTableWithoutACast)
 {
     EXPECT_EQ(c_host_claims(Host::instance().definition().entry_points, "Network_NTAP"), 0);
     EXPECT_EQ(c_host_claims(Host::instance().definition().entry_points, "Disk_1"), 2060009);
+
+    const auto* old_table = Host::instance().symbol<const stspi_slot_t>("PluginEntryPoints_v10");
+    EXPECT_EQ(c_host_claims_of_old(old_table, "Network_NTAP"), 0);
+    EXPECT_EQ(c_host_claims_of_old(old_table, "Disk_1"), 2060009);
+
+    const sts_volume_spec_v11_t volume{};
+    const auto* second_table = Host::instance().symbol<const stspi_slot_t>("PluginEntryPoints3_v11");
+    EXPECT_EQ(c_host_claims_volume(second_table, &volume), 2060022);
 }

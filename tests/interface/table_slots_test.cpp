@@ -1,5 +1,6 @@
 // The slot numbers are the contract with the host. They stand here a second time, by hand, and the tables of
-// the built library are compared with them.
+// the built library and the header that hosts get are compared with them.
+#include "plugin/host/slots.h"
 #include "tests/kit/host.h"
 
 #include <dlfcn.h>
@@ -150,6 +151,17 @@ void expect_table(const char* name, const std::vector<Slot>& slots, std::size_t 
     }
 }
 
+// One line for each slot.
+std::vector<std::string> lines_of(const std::vector<Slot>& slots)
+{
+    std::vector<std::string> lines;
+    std::transform(slots.begin(), slots.end(), std::back_inserter(lines),
+                   [](const Slot& slot) { return std::to_string(slot.number) + " " + slot.entry; });
+    return lines;
+}
+
+#define NAMED(slot, entry) Slot{slot, #entry},
+
 } // namespace
 
 TEST(EntryTables, OfVersion10Has41SlotsThatAreFilledAsAgreed)
@@ -165,6 +177,30 @@ TEST(EntryTables, OfVersion11Has57SlotsThatAreFilledAsAgreed)
 TEST(EntryTables, OfTheSnapshotsHas45SlotsThatAreFilledAsAgreed)
 {
     expect_table("PluginEntryPoints3_v11", kSnapshots, 45);
+}
+
+TEST(EntryTables, AreNamedSlotBySlotInTheHeaderForHosts)
+{
+    EXPECT_EQ(lines_of({STSPI_V10_ENTRIES(NAMED)}), lines_of(kVersion10));
+    EXPECT_EQ(lines_of({STSPI_V11_ENTRIES(NAMED)}), lines_of(kVersion11));
+    EXPECT_EQ(lines_of({STSPI3_V11_ENTRIES(NAMED)}), lines_of(kSnapshots));
+}
+
+TEST(EntryTables, GiveTheHeaderForHostsEachEntryWithItsType)
+{
+    Host& host = Host::instance();
+    const auto* version10 = host.symbol<const stspi_slot_t>("PluginEntryPoints_v10");
+    const auto* version11 = host.symbol<const stspi_slot_t>("PluginEntryPoints_v11");
+    const auto* snapshots = host.symbol<const stspi_slot_t>("PluginEntryPoints3_v11");
+#define READ_V10(slot, entry)                                                                                \
+    EXPECT_EQ(STSPI_V10_ENTRY(version10, entry), host.symbol<decltype(entry)>(#entry));
+#define READ_V11(slot, entry)                                                                                \
+    EXPECT_EQ(STSPI_V11_ENTRY(version11, entry), host.symbol<decltype(entry)>(#entry));
+#define READ3_V11(slot, entry)                                                                               \
+    EXPECT_EQ(STSPI3_V11_ENTRY(snapshots, entry), host.symbol<decltype(entry)>(#entry));
+    STSPI_V10_ENTRIES(READ_V10)
+    STSPI_V11_ENTRIES(READ_V11)
+    STSPI3_V11_ENTRIES(READ3_V11)
 }
 
 TEST(EntryTables, HoldNoEntryThatIsReachedByItsNameAlone)

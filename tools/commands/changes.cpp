@@ -53,7 +53,7 @@ sts_snap_info_v11_t snapshot_information(const Probe& probe, const stsp_lsu_v7_t
 {
     const sts_snap_def_v11_t snap = snapshot_named(name);
     sts_snap_info_v11_t info = {};
-    require(probe, kGetSnapPropByname, &lsu, &snap, &info);
+    require(probe, slot::stspi_get_snap_prop_byname, &lsu, &snap, &info);
     return info;
 }
 
@@ -81,8 +81,8 @@ Route open_list(const Probe& probe, const ChangesOptions& options, const stsp_ls
     } else if (!base) {
         throw usage_problem("only the second plug-in lists without a base: the route would be the service");
     }
-    require(probe, kOpenSnapChangeList, &lsu, base ? &base->snapDef : nullptr, &diff->snapDef, &volume.record,
-            static_cast<std::uint32_t>(options.flags), list.address());
+    require(probe, slot::stspi_open_snap_change_list, &lsu, base ? &base->snapDef : nullptr, &diff->snapDef,
+            &volume.record, static_cast<std::uint32_t>(options.flags), list.address());
     const Route taken = route_of_list(probe);
     if (taken != plan.route) {
         std::cerr << "warning: the second plug-in did not open the list, so it comes from the service\n";

@@ -22,7 +22,7 @@ struct ClaimOptions : ServerArguments {
 void claim(const Probe& probe, const ClaimOptions& options)
 {
     ServerLogin login(probe, options.name, options.login);
-    require(probe, kClaimVolume, login.handle(), &options.volume);
+    require(probe, slot::stspi_claim_volume, login.handle(), &options.volume);
     Properties done;
     done.add("Claimed volume", "claimed_volume", volume_text(options.volume));
     done.show(probe.output);

@@ -85,7 +85,7 @@ class Reader
         if (!probe_.output.flush()) {
             throw Problem(ExitCode::Operation, "output", std::nullopt, "it could not be written");
         }
-        if (options_.deletes && whole) require(probe_, kDeleteEvent, server_, &event_.record);
+        if (options_.deletes && whole) require(probe_, slot::stspi_delete_event, server_, &event_.record);
         return true;
     }
 
@@ -113,7 +113,7 @@ class Reader
     {
         sts_event_v11_t asked = event_.record;
         asked.detached_kind = STS_DETACHED_ACTIVITY_PAYLOAD; // by this number alone the payload is brought
-        const int status = call(probe_, kGetEventPayload, server_, &event_.activity, &asked);
+        const int status = call(probe_, slot::stspi_get_event_payload, server_, &event_.activity, &asked);
         const auto problem = problem_of(probe_, status);
         event_.has_activity = !problem;
         if (!problem) return true;
@@ -138,8 +138,8 @@ void show_events(const Probe& probe, const EventsOptions& options)
     probe.output.use_lines();
     // Who takes the lines may go away: the channel is to be closed even then.
     std::signal(SIGPIPE, SIG_IGN);
-    probe.library.entry(kGetEventPayload);
-    if (options.deletes) probe.library.entry(kDeleteEvent);
+    probe.library.entry(slot::stspi_get_event_payload);
+    if (options.deletes) probe.library.entry(slot::stspi_delete_event);
     EventChannel channel(probe);
     ServerLogin login(probe, options.name, options.login, [&](const sts_cred_t* credential) {
         channel.open(options.name, credential, options.login.required_interface, options.from);

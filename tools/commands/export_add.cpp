@@ -26,7 +26,7 @@ void add_export(const Probe& probe, const AddOptions& options)
     ServerLogin login(probe, options.name, options.login);
     const stsp_lsu_v7_t lsu = lsu_reference(login, options);
     sts_volume_spec_v11_t exported = unfilled_volume();
-    require(probe, kAddExport, &lsu, &options.volume, host.get(), &exported);
+    require(probe, slot::stspi_add_export, &lsu, &options.volume, host.get(), &exported);
     Properties made;
     made.add("Exported volume", "exported_volume", volume_text(exported));
     made.show(probe.output);

@@ -30,7 +30,7 @@ void delete_export(const Probe& probe, const DeleteOptions& options)
     confirm_deletion("export " + volume, options.yes);
     ServerLogin login(probe, options.name, options.login);
     const stsp_lsu_v7_t lsu = lsu_reference(login, options);
-    require(probe, kDeleteExport, &lsu, host.get(), &options.volume);
+    require(probe, slot::stspi_delete_export, &lsu, host.get(), &options.volume);
     Properties done;
     done.add("Deleted export", "deleted_export", volume);
     done.show(probe.output);

@@ -32,7 +32,7 @@ void delete_image(const Probe& probe, const DeleteOptions& options)
     ServerLogin login(probe, options.name, options.login);
     const stsp_lsu_v7_t lsu = lsu_reference(login, options);
     const sts_image_def_v10_t image = image_named(options);
-    require(probe, kDeleteImage, &lsu, &image, options.async_flag);
+    require(probe, slot::stspi_delete_image, &lsu, &image, options.async_flag);
     Properties done;
     done.add("Deleted image", "deleted_image", name);
     done.add("Date", "date", date);

@@ -20,7 +20,7 @@ void show_image(const Probe& probe, const ImageArguments& options)
     const stsp_lsu_v7_t lsu = lsu_reference(login, options);
     const sts_image_def_v10_t image = image_named(options);
     sts_image_info_v10_t info = {};
-    require(probe, kGetImagePropByname, &lsu, &image, &info);
+    require(probe, slot::stspi_get_image_prop_byname, &lsu, &image, &info);
     show_image_information(probe.output, info);
     login.close();
 }

@@ -28,14 +28,15 @@ void show_images(const Probe& probe, const ImagesOptions& options)
 {
     ServerLogin login(probe, options.name, options.login);
     const stsp_lsu_v7_t lsu = lsu_reference(login, options);
-    ListHandle list(probe, kCloseImageList);
-    require(probe, kOpenImageList, &lsu, options.type, list.address());
+    ListHandle list(probe, slot::stspi_close_image_list);
+    require(probe, slot::stspi_open_image_list, &lsu, options.type, list.address());
     stsp_list_t* const handle = list.get();
 
     sts_image_def_v10_t image;
     EntryList images = image_list();
     const auto problem = read_list(
-        probe, options.list, EntryRoom(image), [&] { return call(probe, kListImage, handle, &image); },
+        probe, options.list, EntryRoom(image),
+        [&] { return call(probe, slot::stspi_list_image, handle, &image); },
         [&] { add_image(images, image); });
     images.show(probe.output, !problem);
     if (problem) throw Problem(*problem);

@@ -61,7 +61,7 @@ void send_command(const Probe& probe, const IoctlOptions& options)
     AnswerRoom room;
     if (options.args) room.put(*options.args);
     ServerLogin login(probe, options.name, options.login);
-    require(probe, kIoControl, login.handle(), options.command, room.buffer(), flags_of(options),
+    require(probe, slot::stspi_iocontrol, login.handle(), options.command, room.buffer(), flags_of(options),
             options.size);
     probe.output.document()["command"] = options.command;
     if (options.output) {

@@ -47,7 +47,7 @@ void show_lsu(const Probe& probe, const LsuArguments& options)
     ServerLogin login(probe, options.name, options.login);
     const stsp_lsu_v7_t lsu = lsu_reference(login, options);
     sts_lsu_info_v11_t info = {};
-    require(probe, kGetLsuPropByname, &lsu, &info);
+    require(probe, slot::stspi_get_lsu_prop_byname_v11, &lsu, &info);
     report(probe.output, info);
     login.close();
 }

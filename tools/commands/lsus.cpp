@@ -29,14 +29,15 @@ struct LsuName {
 void show_lsus(const Probe& probe, const LsusOptions& options)
 {
     ServerLogin login(probe, options.name, options.login);
-    ListHandle list(probe, kCloseLsuList);
-    require(probe, kOpenLsuList, login.handle(), nullptr, list.address());
+    ListHandle list(probe, slot::stspi_close_lsu_list);
+    require(probe, slot::stspi_open_lsu_list_v11, login.handle(), nullptr, list.address());
     stsp_list_t* const handle = list.get();
 
     LsuName name;
     EntryList lsus("lsus", {{"LSU", "name"}});
     const auto problem = read_list(
-        probe, options.list, EntryRoom(name), [&] { return call(probe, kListLsu, handle, name.text); },
+        probe, options.list, EntryRoom(name),
+        [&] { return call(probe, slot::stspi_list_lsu, handle, name.text); },
         [&] { lsus.add({clean_field(name.text)}); });
     lsus.show(probe.output, !problem);
     if (problem) throw Problem(*problem);

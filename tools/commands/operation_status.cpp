@@ -27,7 +27,7 @@ void show_status(const Probe& probe, const StatusOptions& options)
 {
     ServerLogin login(probe, options.name, options.login);
     const OperationWithName operation(probe, login.handle(), *options.opname);
-    const int status = call(probe, kNamedAsyncStatus, login.handle(), operation.name());
+    const int status = call(probe, slot::stspi_named_async_status, login.handle(), operation.name());
     const auto problem = problem_of(probe, status);
     if (problem && status != STS_EBUSY) throw Problem(*problem);
     Properties properties;

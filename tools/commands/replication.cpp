@@ -47,7 +47,7 @@ Counts counts(const Probe& probe, const ReplicationOptions& options, const stsp_
 {
     if (options.sources && options.targets) return {*options.sources, *options.targets};
     sts_lsu_info_v11_t info = {};
-    require(probe, kGetLsuPropByname, &lsu, &info);
+    require(probe, slot::stspi_get_lsu_prop_byname_v11, &lsu, &info);
     return {options.sources ? *options.sources : usable(info.def.repSources),
             options.targets ? *options.targets : usable(info.def.repTargets)};
 }
@@ -66,7 +66,7 @@ void show_replication(const Probe& probe, const ReplicationOptions& options)
     const Counts wanted = counts(probe, options, lsu);
     std::vector<sts_lsu_spec_v11_t> sources(wanted.sources);
     std::vector<sts_lsu_spec_v11_t> targets(wanted.targets);
-    require(probe, kGetLsuReplicationProp, &lsu, wanted.sources, sources.data(), wanted.targets,
+    require(probe, slot::stspi_get_lsu_replication_prop, &lsu, wanted.sources, sources.data(), wanted.targets,
             targets.data());
     EntryList partners("partners", {{"ROLE", "role"}, {"SERVER", "server"}, {"LSU", "lsu"}});
     add_partners(partners, "source", sources);

@@ -31,9 +31,9 @@ void check_rollback(const Probe& probe, const RollbackOptions& options)
     ServerLogin login(probe, options.name, options.login);
     const stsp_lsu_v7_t lsu = lsu_reference(login, options);
     const sts_snap_def_v11_t snap = snapshot_named(options.snapshot);
-    ListHandle list(probe, kCloseSnapList);
-    require(probe, kValidateRollback, &lsu, &snap, nullptr, &options.volume, over.data(), over.count(),
-            list.address());
+    ListHandle list(probe, slot::stspi_close_snap_list);
+    require(probe, slot::stspi_validate_rollback, &lsu, &snap, nullptr, &options.volume, over.data(),
+            over.count(), list.address());
     show_snapshot_list(probe, options.list, list);
     list.close();
     login.close();

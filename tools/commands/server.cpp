@@ -23,7 +23,7 @@ void show_server(const Probe& probe, const ServerOptions& options)
 {
     ServerLogin login(probe, options.name, options.login);
     const auto info = std::make_unique<sts_server_info_v8_t>();
-    require(probe, kGetServerProp, login.handle(), info.get());
+    require(probe, slot::stspi_get_server_prop, login.handle(), info.get());
     report_server(probe.output, options.name, *info, login.selection());
     login.close();
 }

@@ -31,12 +31,12 @@ void copy_snapshot(const Probe& probe, const CopyOptions& options)
     const stsp_lsu_v7_t lsu = lsu_reference(login, options);
     run_operation(probe, login.handle(), options.operation,
                   {[&](stsp_async_t** async) {
-                       return call(probe, kAsyncCopySnapByname, &lsu, &snap, targets.data(), targets.count(),
-                                   async, imageset, options.pending);
+                       return call(probe, slot::stspi_async_copy_snap_byname, &lsu, &snap, targets.data(),
+                                   targets.count(), async, imageset, options.pending);
                    },
                    [&](const sts_opname_t& name) {
-                       return call(probe, kNamedAsyncCopySnapByname, &lsu, &snap, targets.data(),
-                                   targets.count(), name, imageset, options.pending);
+                       return call(probe, slot::stspi_named_async_copy_snap_byname, &lsu, &snap,
+                                   targets.data(), targets.count(), name, imageset, options.pending);
                    }});
     login.close();
 }

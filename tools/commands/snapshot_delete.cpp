@@ -29,7 +29,7 @@ void delete_snapshot(const Probe& probe, const DeleteOptions& options)
     ServerLogin login(probe, options.name, options.login);
     const stsp_lsu_v7_t lsu = lsu_reference(login, options);
     const sts_snap_def_v11_t snap = snapshot_named(options.snapshot);
-    require(probe, kDeleteSnap, &lsu, &snap);
+    require(probe, slot::stspi_delete_snap, &lsu, &snap);
     Properties done;
     done.add("Deleted snapshot", "deleted_snapshot", name);
     done.show(probe.output);

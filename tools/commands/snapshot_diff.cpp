@@ -59,12 +59,12 @@ void show_difference(const Probe& probe, const DiffOptions& options)
     stsp_server_t* const target = login.target() ? login.target() : login.handle(); // it may not be null
     run_operation(probe, login.handle(), options.operation,
                   {[&](stsp_async_t** async) {
-                       return call(probe, kAsyncGetSnapDiff, login.handle(), &snap, target, volumes.data(),
-                                   count, options.flag, async);
+                       return call(probe, slot::stspi_async_get_snap_diff, login.handle(), &snap, target,
+                                   volumes.data(), count, options.flag, async);
                    },
                    [&](const sts_opname_t& name) {
-                       return call(probe, kNamedAsyncGetSnapDiff, login.handle(), &snap, target,
-                                   volumes.data(), count, options.flag, name);
+                       return call(probe, slot::stspi_named_async_get_snap_diff, login.handle(), &snap,
+                                   target, volumes.data(), count, options.flag, name);
                    }});
     login.close();
 }

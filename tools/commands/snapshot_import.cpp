@@ -28,12 +28,12 @@ void import_snapshot(const Probe& probe, const ImportOptions& options)
     ServerLogin login(probe, options.name, options.login);
     run_operation(probe, login.handle(), options.operation,
                   {[&](stsp_async_t** async) {
-                       return call(probe, kAsyncImportSnapByname, login.handle(), &options.volume, &snap,
-                                   imageset, options.pending, async);
+                       return call(probe, slot::stspi_async_import_snap_byname, login.handle(),
+                                   &options.volume, &snap, imageset, options.pending, async);
                    },
                    [&](const sts_opname_t& name) {
-                       return call(probe, kNamedAsyncImportSnapByname, login.handle(), &options.volume, &snap,
-                                   imageset, options.pending, name);
+                       return call(probe, slot::stspi_named_async_import_snap_byname, login.handle(),
+                                   &options.volume, &snap, imageset, options.pending, name);
                    }});
     login.close();
 }

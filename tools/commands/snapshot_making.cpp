@@ -69,16 +69,16 @@ void add_making_command(const Command& group, Run& run, const Making& making)
 
 void add_snapshot_create_command(const Command& group, Run& run)
 {
-    add_making_command(
-        group, run,
-        {"create", "Make a snapshot of a volume", kAsyncCreateSnapByname, kNamedAsyncCreateSnapByname});
+    add_making_command(group, run,
+                       {"create", "Make a snapshot of a volume", slot::stspi_async_create_snap_byname,
+                        slot::stspi_named_async_create_snap_byname});
 }
 
 void add_snapshot_prepare_command(const Command& group, Run& run)
 {
     add_making_command(group, run,
-                       {"prepare", "Make a snapshot of a volume possible", kAsyncPrepareSnapByname,
-                        kNamedAsyncPrepareSnapByname});
+                       {"prepare", "Make a snapshot of a volume possible",
+                        slot::stspi_async_prepare_snap_byname, slot::stspi_named_async_prepare_snap_byname});
 }
 
 } // namespace soapwrapper::probe

@@ -28,10 +28,11 @@ void postprocess_snapshot(const Probe& probe, const PostprocessOptions& options)
     const char* const snapshot = options.snapshot.c_str();
     run_operation(probe, login.handle(), options.operation,
                   {[&](stsp_async_t** async) {
-                       return call(probe, kAsyncPostprocessSnapByname, &lsu, snapshot, async);
+                       return call(probe, slot::stspi_async_postprocess_snap_byname, &lsu, snapshot, async);
                    },
                    [&](const sts_opname_t& name) {
-                       return call(probe, kNamedAsyncPostprocessSnapByname, &lsu, snapshot, name);
+                       return call(probe, slot::stspi_named_async_postprocess_snap_byname, &lsu, snapshot,
+                                   name);
                    }});
     login.close();
 }

@@ -43,11 +43,11 @@ void roll_back(const Probe& probe, const RollbackOptions& options)
     const stsp_lsu_v7_t lsu = lsu_reference(login, options);
     run_operation(probe, login.handle(), options.operation,
                   {[&](stsp_async_t** async) {
-                       return call(probe, kAsyncRollbackSnap, &lsu, &snap, login.target(), &options.volume,
-                                   over.data(), over.count(), options.flag, async);
+                       return call(probe, slot::stspi_async_rollback_snap, &lsu, &snap, login.target(),
+                                   &options.volume, over.data(), over.count(), options.flag, async);
                    },
                    [&](const sts_opname_t& name) {
-                       return call(probe, kNamedAsyncRollbackSnap, &lsu, &snap, login.target(),
+                       return call(probe, slot::stspi_named_async_rollback_snap, &lsu, &snap, login.target(),
                                    &options.volume, over.data(), over.count(), options.flag, name);
                    }});
     login.close();

@@ -20,7 +20,7 @@ void show_snapshot(const Probe& probe, const SnapshotArguments& options)
     const stsp_lsu_v7_t lsu = lsu_reference(login, options);
     const sts_snap_def_v11_t snap = snapshot_named(options.snapshot);
     sts_snap_info_v11_t info = {};
-    require(probe, kGetSnapPropByname, &lsu, &snap, &info);
+    require(probe, slot::stspi_get_snap_prop_byname, &lsu, &snap, &info);
     show_snapshot_information(probe.output, info);
     login.close();
 }

@@ -28,15 +28,16 @@ void validate_snapshot(const Probe& probe, const ValidateOptions& options)
     const TargetLsus targets(options, options.name);
     const sts_snap_def_v11_t snap = snapshot_named(options.snapshot);
     ServerLogin login(probe, options.name, options.login);
-    run_operation(probe, login.handle(), options.operation,
-                  {[&](stsp_async_t** async) {
-                       return call(probe, kAsyncValidateSnapByname, login.handle(), &options.volume, &snap,
-                                   targets.data(), targets.count(), options.topology.c_str(), async);
-                   },
-                   [&](const sts_opname_t& name) {
-                       return call(probe, kNamedAsyncValidateSnapByname, login.handle(), &options.volume,
-                                   &snap, targets.data(), targets.count(), options.topology.c_str(), name);
-                   }});
+    run_operation(
+        probe, login.handle(), options.operation,
+        {[&](stsp_async_t** async) {
+             return call(probe, slot::stspi_async_validate_snap_byname, login.handle(), &options.volume,
+                         &snap, targets.data(), targets.count(), options.topology.c_str(), async);
+         },
+         [&](const sts_opname_t& name) {
+             return call(probe, slot::stspi_named_async_validate_snap_byname, login.handle(), &options.volume,
+                         &snap, targets.data(), targets.count(), options.topology.c_str(), name);
+         }});
     login.close();
 }
 

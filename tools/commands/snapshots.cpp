@@ -27,17 +27,17 @@ void open_list(const Probe& probe, const SnapshotsOptions& options, const Server
                ListHandle& list)
 {
     if (options.by_volume) {
-        require(probe, kOpenSnapListByVolume, login.handle(), &options.volume, list.address());
+        require(probe, slot::stspi_open_snap_list_by_volume, login.handle(), &options.volume, list.address());
     } else {
         const stsp_lsu_v7_t lsu = lsu_reference(login, options);
-        require(probe, kOpenSnapList, &lsu, list.address());
+        require(probe, slot::stspi_open_snap_list, &lsu, list.address());
     }
 }
 
 void show_snapshots(const Probe& probe, const SnapshotsOptions& options)
 {
     ServerLogin login(probe, options.name, options.login);
-    ListHandle list(probe, kCloseSnapList);
+    ListHandle list(probe, slot::stspi_close_snap_list);
     open_list(probe, options, login, list);
     show_snapshot_list(probe, options.list, list);
     list.close();

@@ -31,14 +31,14 @@ void provision_topology(const Probe& probe, const ProvisionOptions& options)
     ServerLogin login(probe, options.name, options.login);
     run_operation(probe, login.handle(), options.operation,
                   {[&](stsp_async_t** async) {
-                       return call(probe, kAsyncProvisionTopology, login.handle(), &options.volume, &snap,
-                                   targets.data(), targets.count(), options.topology.c_str(), imageset,
-                                   options.pending, async);
+                       return call(probe, slot::stspi_async_provision_topology, login.handle(),
+                                   &options.volume, &snap, targets.data(), targets.count(),
+                                   options.topology.c_str(), imageset, options.pending, async);
                    },
                    [&](const sts_opname_t& name) {
-                       return call(probe, kNamedAsyncProvisionTopology, login.handle(), &options.volume,
-                                   &snap, targets.data(), targets.count(), options.topology.c_str(), imageset,
-                                   options.pending, name);
+                       return call(probe, slot::stspi_named_async_provision_topology, login.handle(),
+                                   &options.volume, &snap, targets.data(), targets.count(),
+                                   options.topology.c_str(), imageset, options.pending, name);
                    }});
     login.close();
 }
