@@ -23,7 +23,7 @@ declare -A may_include=(
     [xmlhelper]=""
     [simulator]="plugin/host"
     [simulator/zapi]="plugin/host simulator"
-    [tools]="plugin/host plugin/base tools/commands"
+    [tools]="plugin/host tools/commands"
     [tools/commands]="plugin/host tools"
 )
 

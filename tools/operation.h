@@ -2,7 +2,6 @@
 #ifndef SOAPWRAPPER_TOOLS_OPERATION_H
 #define SOAPWRAPPER_TOOLS_OPERATION_H
 
-#include "plugin/base/handle_records.h"
 #include "plugin/host/async_records.h"
 #include "plugin/host/handles.h"
 #include "tools/probe.h"

@@ -1,4 +1,4 @@
-// What stands behind the host's handles.
+// What stands behind the host's handles, as far as the host isn't told in plugin/host/handles.h.
 #ifndef SOAPWRAPPER_PLUGIN_BASE_HANDLE_RECORDS_H
 #define SOAPWRAPPER_PLUGIN_BASE_HANDLE_RECORDS_H
 
@@ -42,12 +42,6 @@ struct stsp_change_list {
     sts_handle_s** zapi_server_cell;
     sts_handle_s** zapi_session_cell;
     sts_volume_spec_v11_t* volume_copy; // malloc
-};
-
-struct stsp_async {
-    stsp_server_t* server; // borrowed; for an operation on an LSU, that of the reference
-    char* op_token;        // malloc, exactly the text with its terminator
-    int32_t pendingflag;   // that of the start, or 0; read by the wait for a copy
 };
 
 #endif

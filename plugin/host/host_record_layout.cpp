@@ -171,10 +171,15 @@ FIELD(sts_file_attr_v11_t, inode, 4160, 4);
 FIELD(sts_file_attr_v11_t, gnum, 4164, 4);
 RECORD(sts_file_attr_v11_t, 4168);
 
-// An image handle is the host's own record, the others are opaque.
+// Of an image handle and of an operation's the host may make its own records, the others are opaque.
 FIELD(stsp_image_t, server, 0, 8);
 FIELD(stsp_image_t, token, 8, 8);
 RECORD(stsp_image_t, 16);
+
+FIELD(stsp_async_t, server, 0, 8);
+FIELD(stsp_async_t, op_token, 8, 8);
+FIELD(stsp_async_t, pendingflag, 16, 4);
+RECORD(stsp_async_t, 24);
 
 // The bytes of a credential follow its two numbers directly.
 FIELD(sts_cred_t, len, 0, 4);

@@ -1,5 +1,9 @@
+#include "plugin/base/handle_records.h"
 #include "tests/interface/c_host.h"
 #include "tests/kit/host.h"
+#include "tests/kit/log_recorder.h"
+#include "tests/kit/scripted_service.h"
+#include "tests/kit/soap_text.h"
 
 #include <gmock/gmock.h>
 
@@ -228,6 +232,8 @@ TEST(PublicHeaders, MeanTheSameToAHostInC)
     EXPECT_EQ(in_c.image_info, sizeof(sts_image_info_v10_t));
     EXPECT_EQ(in_c.lsu_info, sizeof(sts_lsu_info_v11_t));
     EXPECT_EQ(in_c.file_attributes, sizeof(sts_file_attr_v11_t));
+    EXPECT_EQ(in_c.operation, 24U);
+    EXPECT_EQ(in_c.operation_id, 8U);
 }
 
 TEST(PublicHeaders, LetAHostInCDriveEachTableWithoutACast)
@@ -242,4 +248,23 @@ TEST(PublicHeaders, LetAHostInCDriveEachTableWithoutACast)
     const sts_volume_spec_v11_t volume{};
     const auto* second_table = Host::instance().symbol<const stspi_slot_t>("PluginEntryPoints3_v11");
     EXPECT_EQ(c_host_claims_volume(second_table, &volume), 2060022);
+}
+
+TEST(PublicHeaders, LetAHostInCStopAnOperationOfWhichItKnowsTheIdAlone)
+{
+    kit::ScriptedService service;
+    service.script(kit::answer(kit::reply("asyncCancelResponse")));
+    kit::RecordedSession session;
+    std::string url = service.url();
+    char service_handle[] = "SH";
+    stsp_server server{};
+    server.endpoint = url.data();
+    server.service_handle = service_handle;
+    server.session = session.get();
+
+    char id[] = "op-9";
+    EXPECT_EQ(c_host_cancels(Host::instance().definition().entry_points, &server, id), 0);
+    EXPECT_THAT(service.request_body(0),
+                testing::HasSubstr(kit::element("opid", kit::element("token", "op-9"))));
+    EXPECT_STREQ(id, "op-9");
 }
