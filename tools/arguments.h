@@ -4,7 +4,6 @@
 
 #include "plugin/host/host_records.h"
 #include "tools/command_line.h"
-#include "tools/server_login.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -14,6 +13,15 @@
 
 namespace soapwrapper::probe
 {
+
+// How to log in, as the command line tells it.
+struct LoginOptions {
+    std::string credential_file; // empty: the environment has it
+    int credential_type = 1;
+    std::string required_interface;
+    bool no_discovery = false;
+    std::string target_server; // to be opened through the server; empty: none
+};
 
 struct ServerArguments {
     std::string name;
@@ -30,6 +38,10 @@ struct HostArguments {
     std::vector<std::string> ports;
     std::int32_t flags = 0;
 };
+
+void add_login_options(const Command& command, LoginOptions& options);
+
+void add_target_server_option(const Command& command, LoginOptions& options);
 
 // NAME, and how to log in.
 void add_server_arguments(const Command& command, ServerArguments& arguments);
@@ -56,8 +68,6 @@ void put(char (&field)[Room], const std::string& text)
     std::strncpy(field, text.c_str(), Room - 1);
     field[Room - 1] = '\0';
 }
-
-stsp_lsu_v7_t lsu_reference(const ServerLogin& login, const LsuArguments& arguments);
 
 // Too many hosts or ports are thrown as a Problem.
 sts_host_spec_v11_t host_specification(const HostArguments& arguments);

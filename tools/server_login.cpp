@@ -2,7 +2,6 @@
 
 #include "plugin/host/host_records.h"
 #include "tools/arguments.h"
-#include "tools/command_line.h"
 #include "tools/credential.h"
 #include "tools/probe.h"
 #include "tools/problem.h"
@@ -40,31 +39,6 @@ class Watch
 };
 
 } // namespace
-
-void add_login_options(const Command& command, LoginOptions& options)
-{
-    command
-        .add_option("--credential-file", options.credential_file,
-                    std::string("File that holds the credential; a line feed at its end is dropped. "
-                                "Without it the credential comes from the environment variable ") +
-                        kCredentialVariable)
-        .type_name("FILE");
-    command.add_option("--credential-type", options.credential_type, "Type number of the credential")
-        .type_name("N")
-        .capture_default_str();
-    command.add_option("--interface", options.required_interface, "Interface to require of the service")
-        .type_name("TEXT");
-    command.add_flag("--no-discover", options.no_discovery,
-                     "Open without discovery: at the URL of soapwrapper.conf, else at http on port 8085");
-}
-
-void add_target_server_option(const Command& command, LoginOptions& options)
-{
-    const Option option = command.add_option("--target-server", options.target_server,
-                                             "Server to open through this one, with the same credential");
-    option.type_name("NAME");
-    limit_length(option, STS_SERVER_NAME_SIZE);
-}
 
 OpenServer::~OpenServer()
 {
@@ -118,6 +92,14 @@ void ServerLogin::close()
 {
     target_.close();
     server_.close();
+}
+
+stsp_lsu_v7_t lsu_reference(const ServerLogin& login, const LsuArguments& arguments)
+{
+    stsp_lsu_v7_t lsu = {};
+    lsu.server = login.handle();
+    put(lsu.name, arguments.lsu);
+    return lsu;
 }
 
 } // namespace soapwrapper::probe

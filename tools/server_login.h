@@ -4,7 +4,7 @@
 
 #include "plugin/host/handles.h"
 #include "plugin/host/host_records.h"
-#include "tools/command_line.h"
+#include "tools/arguments.h"
 #include "tools/probe.h"
 
 #include <functional>
@@ -12,19 +12,6 @@
 
 namespace soapwrapper::probe
 {
-
-// How to log in, as the command line tells it.
-struct LoginOptions {
-    std::string credential_file; // empty: the environment has it
-    int credential_type = 1;
-    std::string required_interface;
-    bool no_discovery = false;
-    std::string target_server; // to be opened through the server; empty: none
-};
-
-void add_login_options(const Command& command, LoginOptions& options);
-
-void add_target_server_option(const Command& command, LoginOptions& options);
 
 // The handle of a server, which is closed on every way out.
 class OpenServer
@@ -79,6 +66,8 @@ class ServerLogin
     OpenServer target_; // is closed ahead of the server that it was opened through
     std::string selection_;
 };
+
+stsp_lsu_v7_t lsu_reference(const ServerLogin& login, const LsuArguments& arguments);
 
 } // namespace soapwrapper::probe
 

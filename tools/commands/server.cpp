@@ -1,4 +1,5 @@
 #include "plugin/host/host_records.h"
+#include "tools/arguments.h"
 #include "tools/command_line.h"
 #include "tools/commands/command.h"
 #include "tools/probe.h"
