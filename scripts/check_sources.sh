@@ -23,8 +23,16 @@ declare -A may_include=(
     [xmlhelper]=""
     [simulator]="plugin/host"
     [simulator/zapi]="plugin/host simulator"
-    [tools]="plugin/host tools/commands"
-    [tools/commands]="plugin/host tools"
+    [tools/output]="plugin/host"
+    [tools/library]="plugin/host tools/output"
+    [tools/arguments]="plugin/host tools/output tools/library"
+    [tools/login]="plugin/host tools/output tools/library tools/arguments"
+    [tools/lists]="plugin/host tools/output tools/library tools/arguments"
+    [tools/operations]="plugin/host tools/output tools/library tools/arguments"
+    [tools/events]="plugin/host tools/output tools/library"
+    [tools/commands]="plugin/host tools/output tools/library tools/arguments tools/login tools/lists \
+        tools/operations tools/events"
+    [tools]="plugin/host tools/output tools/library tools/arguments tools/commands"
 )
 
 # Each include of our own as "FILE INCLUDED".

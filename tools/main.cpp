@@ -1,14 +1,14 @@
 // soapwrapper-probe: plays the backup host from the command line.
 #include "plugin/host/host_records.h"
-#include "tools/command_line.h"
+#include "tools/arguments/command_line.h"
 #include "tools/commands/command.h"
-#include "tools/credential.h"
-#include "tools/output.h"
-#include "tools/plugin_library.h"
-#include "tools/plugin_manager.h"
-#include "tools/probe.h"
-#include "tools/problem.h"
-#include "tools/session.h"
+#include "tools/library/credential.h"
+#include "tools/library/plugin_library.h"
+#include "tools/library/plugin_manager.h"
+#include "tools/library/probe.h"
+#include "tools/library/session.h"
+#include "tools/output/output.h"
+#include "tools/output/problem.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,6 +1,6 @@
 // The parts of soapwrapper-probe that read volumes and ask before they delete.
-#include "tools/confirmation.h"
-#include "tools/volume_argument.h"
+#include "tools/arguments/confirmation.h"
+#include "tools/arguments/volume_argument.h"
 
 #include <gtest/gtest.h>
 

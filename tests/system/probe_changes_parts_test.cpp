@@ -1,5 +1,5 @@
-#include "tools/change_route.h"
-#include "tools/problem.h"
+#include "tools/lists/change_route.h"
+#include "tools/output/problem.h"
 
 #include <gmock/gmock.h>
 

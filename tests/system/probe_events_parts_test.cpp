@@ -1,7 +1,7 @@
 // What the probe's events need of its other parts, called as functions.
-#include "tools/output.h"
-#include "tools/problem.h"
-#include "tools/session.h"
+#include "tools/library/session.h"
+#include "tools/output/output.h"
+#include "tools/output/problem.h"
 
 #include <gmock/gmock.h>
 

@@ -1,9 +1,9 @@
 // The parts of the probe that long operations need, called as functions.
-#include "tools/interruption.h"
-#include "tools/operation_answer.h"
-#include "tools/operation_arguments.h"
-#include "tools/progress_line.h"
-#include "tools/readable.h"
+#include "tools/library/interruption.h"
+#include "tools/operations/operation_answer.h"
+#include "tools/operations/operation_arguments.h"
+#include "tools/output/progress_line.h"
+#include "tools/output/readable.h"
 
 #include <gmock/gmock.h>
 

@@ -2,12 +2,12 @@
 #include "probe_process.h"
 
 #include "plugin/host/status.h"
-#include "tools/credential.h"
-#include "tools/output.h"
-#include "tools/problem.h"
-#include "tools/session.h"
-#include "tools/status_text.h"
-#include "tools/text.h"
+#include "tools/library/credential.h"
+#include "tools/library/session.h"
+#include "tools/output/output.h"
+#include "tools/output/problem.h"
+#include "tools/output/status_text.h"
+#include "tools/output/text.h"
 
 #include <gmock/gmock.h>
 

@@ -3,8 +3,8 @@
 #ifndef SOAPWRAPPER_TOOLS_COMMANDS_COMMAND_H
 #define SOAPWRAPPER_TOOLS_COMMANDS_COMMAND_H
 
-#include "tools/command_line.h"
-#include "tools/probe.h"
+#include "tools/arguments/command_line.h"
+#include "tools/library/probe.h"
 
 #include <functional>
 #include <memory>

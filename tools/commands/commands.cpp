@@ -1,4 +1,4 @@
-#include "tools/command_line.h"
+#include "tools/arguments/command_line.h"
 #include "tools/commands/command.h"
 
 namespace soapwrapper::probe

@@ -1,9 +1,9 @@
-#include "tools/command_line.h"
+#include "tools/arguments/command_line.h"
 #include "tools/commands/command.h"
-#include "tools/probe.h"
-#include "tools/problem.h"
-#include "tools/server_discovery.h"
-#include "tools/server_report.h"
+#include "tools/library/probe.h"
+#include "tools/login/server_discovery.h"
+#include "tools/output/problem.h"
+#include "tools/output/server_report.h"
 
 #include <memory>
 #include <string>

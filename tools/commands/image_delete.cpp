@@ -1,14 +1,14 @@
 #include "plugin/host/host_records.h"
-#include "tools/arguments.h"
-#include "tools/command_line.h"
+#include "tools/arguments/arguments.h"
+#include "tools/arguments/command_line.h"
+#include "tools/arguments/confirmation.h"
 #include "tools/commands/command.h"
-#include "tools/confirmation.h"
-#include "tools/image_records.h"
-#include "tools/probe.h"
-#include "tools/records.h"
-#include "tools/server_login.h"
-#include "tools/slots.h"
-#include "tools/text.h"
+#include "tools/library/probe.h"
+#include "tools/library/slots.h"
+#include "tools/lists/image_records.h"
+#include "tools/login/server_login.h"
+#include "tools/output/records.h"
+#include "tools/output/text.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,14 +1,14 @@
 #include "plugin/host/entry_points.h"
-#include "tools/answer_room.h"
-#include "tools/arguments.h"
-#include "tools/command_line.h"
+#include "tools/arguments/arguments.h"
+#include "tools/arguments/command_line.h"
 #include "tools/commands/command.h"
-#include "tools/output.h"
-#include "tools/probe.h"
-#include "tools/problem.h"
-#include "tools/server_login.h"
-#include "tools/slots.h"
-#include "tools/text.h"
+#include "tools/library/answer_room.h"
+#include "tools/library/probe.h"
+#include "tools/library/slots.h"
+#include "tools/login/server_login.h"
+#include "tools/output/output.h"
+#include "tools/output/problem.h"
+#include "tools/output/text.h"
 
 #include <cstddef>
 #include <cstdint>

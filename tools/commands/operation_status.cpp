@@ -1,14 +1,14 @@
 #include "plugin/host/status.h"
-#include "tools/arguments.h"
-#include "tools/command_line.h"
+#include "tools/arguments/arguments.h"
+#include "tools/arguments/command_line.h"
 #include "tools/commands/command.h"
-#include "tools/operation.h"
-#include "tools/operation_run.h"
-#include "tools/probe.h"
-#include "tools/problem.h"
-#include "tools/records.h"
-#include "tools/server_login.h"
-#include "tools/slots.h"
+#include "tools/library/probe.h"
+#include "tools/library/slots.h"
+#include "tools/login/server_login.h"
+#include "tools/operations/operation.h"
+#include "tools/operations/operation_run.h"
+#include "tools/output/problem.h"
+#include "tools/output/records.h"
 
 #include <memory>
 #include <optional>

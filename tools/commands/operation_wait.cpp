@@ -1,12 +1,12 @@
-#include "tools/arguments.h"
-#include "tools/command_line.h"
+#include "tools/arguments/arguments.h"
+#include "tools/arguments/command_line.h"
 #include "tools/commands/command.h"
-#include "tools/interruption.h"
-#include "tools/operation.h"
-#include "tools/operation_run.h"
-#include "tools/probe.h"
-#include "tools/problem.h"
-#include "tools/server_login.h"
+#include "tools/library/interruption.h"
+#include "tools/library/probe.h"
+#include "tools/login/server_login.h"
+#include "tools/operations/operation.h"
+#include "tools/operations/operation_run.h"
+#include "tools/output/problem.h"
 
 #include <memory>
 #include <optional>

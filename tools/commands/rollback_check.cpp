@@ -1,14 +1,14 @@
 #include "plugin/host/host_records.h"
-#include "tools/arguments.h"
-#include "tools/command_line.h"
+#include "tools/arguments/arguments.h"
+#include "tools/arguments/command_line.h"
+#include "tools/arguments/volume_argument.h"
 #include "tools/commands/command.h"
-#include "tools/list_reader.h"
-#include "tools/operation_arguments.h"
-#include "tools/probe.h"
-#include "tools/server_login.h"
-#include "tools/slots.h"
-#include "tools/snapshot_records.h"
-#include "tools/volume_argument.h"
+#include "tools/library/probe.h"
+#include "tools/library/slots.h"
+#include "tools/lists/list_reader.h"
+#include "tools/lists/snapshot_records.h"
+#include "tools/login/server_login.h"
+#include "tools/operations/operation_arguments.h"
 
 #include <memory>
 #include <string>

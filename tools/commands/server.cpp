@@ -1,11 +1,11 @@
 #include "plugin/host/host_records.h"
-#include "tools/arguments.h"
-#include "tools/command_line.h"
+#include "tools/arguments/arguments.h"
+#include "tools/arguments/command_line.h"
 #include "tools/commands/command.h"
-#include "tools/probe.h"
-#include "tools/server_login.h"
-#include "tools/server_report.h"
-#include "tools/slots.h"
+#include "tools/library/probe.h"
+#include "tools/library/slots.h"
+#include "tools/login/server_login.h"
+#include "tools/output/server_report.h"
 
 #include <memory>
 #include <string>

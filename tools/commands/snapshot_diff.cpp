@@ -1,15 +1,15 @@
 #include "plugin/host/async_records.h"
 #include "plugin/host/handles.h"
 #include "plugin/host/host_records.h"
-#include "tools/arguments.h"
-#include "tools/command_line.h"
+#include "tools/arguments/arguments.h"
+#include "tools/arguments/command_line.h"
+#include "tools/arguments/volume_argument.h"
 #include "tools/commands/command.h"
-#include "tools/operation_run.h"
-#include "tools/probe.h"
-#include "tools/server_login.h"
-#include "tools/slots.h"
-#include "tools/snapshot_records.h"
-#include "tools/volume_argument.h"
+#include "tools/library/probe.h"
+#include "tools/library/slots.h"
+#include "tools/lists/snapshot_records.h"
+#include "tools/login/server_login.h"
+#include "tools/operations/operation_run.h"
 
 #include <cstddef>
 #include <cstdint>
