@@ -1,0 +1,1 @@
+// Its includes come from the build.
