@@ -46,17 +46,9 @@ void expect_all_filled(const Rendering& how)
     }
 }
 
-const std::vector<Element>& elements_of(const WireClass& wire_class)
-{
-    static const std::vector<ComplexType> all = joined({all_types(), all_messages()});
-    return std::find_if(all.begin(), all.end(),
-                        [&](const ComplexType& type) { return type.name == wire_class.name; })
-        ->elements;
-}
-
 size_t count_required(const WireClass& wire_class)
 {
-    const std::vector<Element>& elements = elements_of(wire_class);
+    const std::vector<Element>& elements = elements_of(wire_class.name);
     return static_cast<size_t>(std::count_if(elements.begin(), elements.end(), [](const Element& element) {
         return element.form == Form::value || element.form == Form::nillable;
     }));
@@ -120,7 +112,7 @@ TEST(ReadObjects, ReadANilElementAsANullPointer)
     for (const WireClass& wire_class : wire_classes()) {
         SCOPED_TRACE(wire_class.name);
         std::string content;
-        for (const Element& element : elements_of(wire_class)) {
+        for (const Element& element : elements_of(wire_class.name)) {
             if (element.form == Form::nillable) content += nil(element.name);
         }
         expect_defaults_from(wire_class, content);
@@ -132,7 +124,7 @@ TEST(ReadObjects, SkipElementsOfAnotherNamespace)
     for (const WireClass& wire_class : wire_classes()) {
         SCOPED_TRACE(wire_class.name);
         std::string content;
-        for (const Element& element : elements_of(wire_class)) {
+        for (const Element& element : elements_of(wire_class.name)) {
             content += "<x:" + element.name + " xmlns:x=\"urn:other\">1</x:" + element.name + ">";
         }
         expect_defaults_from(wire_class, content);

@@ -2,7 +2,9 @@
 
 #include "canned_service.h"
 #include "operations.h"
+#include "walkers.h"
 #include "walks.h"
+#include "wire_classes.h"
 
 #include <sstream>
 
@@ -71,8 +73,7 @@ std::vector<WireClass> make_wire_classes()
     std::vector<WireClass> all;
     each_wire_class([&](const auto& tag) {
         using Class = typename std::decay_t<decltype(tag)>::Class;
-        const std::string& name = tag.class_name;
-        all.push_back({name.substr(name.find("__") + 2), name.front() == '_', make<Class>});
+        all.push_back({tag.name, tag.is_message, make<Class>});
     });
     return all;
 }

@@ -64,6 +64,42 @@ class Values
     int count_ = 0;
 };
 
+// A class with a choice holds the number of the one that is made, and the choices in a union.
+#define ACCESS_CHOICE(NAME)                                                                                  \
+    inline int& choice_made(ns1__##NAME& object)                                                             \
+    {                                                                                                        \
+        return object.__union_##NAME;                                                                        \
+    }                                                                                                        \
+    inline auto& choices(ns1__##NAME& object)                                                                \
+    {                                                                                                        \
+        return object.union_##NAME;                                                                          \
+    }
+ACCESS_CHOICE(AIOResultSnap)
+ACCESS_CHOICE(EventBody)
+ACCESS_CHOICE(VolumeSpecification)
+#undef ACCESS_CHOICE
+
+// How many choices such a class has.
+struct ChoiceCounter {
+    template <class Member>
+    void operator()(const char*, Member&)
+    {
+    }
+    template <class Class, class Pointee>
+    void choice(Class&, int, const char*, Pointee*&)
+    {
+        ++count;
+    }
+    int count = 0;
+};
+template <class Class>
+int choice_count(Class& object)
+{
+    ChoiceCounter counter;
+    walk(counter, object);
+    return counter.count;
+}
+
 // Which of `count` choices a type makes when the message as a whole is in its `round`-th round.
 inline int choice_in_round(int round, int count)
 {
@@ -84,18 +120,21 @@ class Filler
 
     const Node& node() const { return node_; }
 
-    template <class Member, class... Rest>
-    void operator()(const char* name, Member& member, Rest&&... rest)
+    template <class Member>
+    void operator()(const char* name, Member& member)
     {
         fill(name, member);
-        if constexpr (sizeof...(rest) > 0) (*this)(std::forward<Rest>(rest)...);
     }
 
-    template <class... Alternatives>
-    void choice(int& discriminator, Alternatives&&... alternatives)
+    template <class Class, class Pointee>
+    void choice(Class& object, int number, const char* name, Pointee*& member)
     {
-        discriminator = choice_in_round(round_, sizeof...(alternatives) / 2);
-        alternative(discriminator, std::forward<Alternatives>(alternatives)...);
+        choice_made(object) = choice_in_round(round_, choice_count(object));
+        if (number == choice_made(object)) {
+            fill(name, member);
+        } else {
+            node_.other_choices.push_back(name);
+        }
     }
 
   private:
@@ -152,17 +191,6 @@ class Filler
         for (Item& item : member) fill(name, item);
     }
 
-    template <class Pointee, class... Rest>
-    void alternative(int number, const char* name, Pointee*& pointer, Rest&&... rest)
-    {
-        if (number == 1) {
-            fill(name, pointer);
-        } else {
-            node_.other_choices.push_back(name);
-        }
-        if constexpr (sizeof...(rest) > 0) alternative(number - 1, std::forward<Rest>(rest)...);
-    }
-
     template <class Object>
     Object* make()
     {
@@ -183,20 +211,21 @@ class FilledCheck
   public:
     explicit FilledCheck(int round) : round_(round) {}
 
-    template <class Member, class... Rest>
-    void operator()(const char* name, Member& member, Rest&&... rest)
+    template <class Member>
+    void operator()(const char* name, Member& member)
     {
         const testing::ScopedTrace trace(__FILE__, __LINE__, name);
         check(name, member);
-        if constexpr (sizeof...(rest) > 0) (*this)(std::forward<Rest>(rest)...);
     }
 
-    template <class... Alternatives>
-    void choice(int& discriminator, Alternatives&&... alternatives)
+    template <class Class, class Pointee>
+    void choice(Class& object, int number, const char* name, Pointee*& member)
     {
-        const int expected = choice_in_round(round_, sizeof...(alternatives) / 2);
-        EXPECT_EQ(discriminator, expected);
-        if (discriminator == expected) alternative(expected, std::forward<Alternatives>(alternatives)...);
+        const int expected = choice_in_round(round_, choice_count(object));
+        if (number == 1) {
+            EXPECT_EQ(choice_made(object), expected);
+        }
+        if (number == expected && choice_made(object) == expected) (*this)(name, member);
     }
 
   private:
@@ -229,16 +258,6 @@ class FilledCheck
         for (Item& item : member) check(name, item);
     }
 
-    template <class Pointee, class... Rest>
-    void alternative(int number, const char* name, Pointee*& pointer, Rest&&... rest)
-    {
-        if (number == 1) {
-            (*this)(name, pointer);
-        } else if constexpr (sizeof...(rest) > 0) {
-            alternative(number - 1, std::forward<Rest>(rest)...);
-        }
-    }
-
     Values values_;
     int round_;
 };
@@ -247,18 +266,19 @@ class FilledCheck
 class DefaultCheck
 {
   public:
-    template <class Member, class... Rest>
-    void operator()(const char* name, Member& member, Rest&&... rest)
+    template <class Member>
+    void operator()(const char* name, Member& member)
     {
         const testing::ScopedTrace trace(__FILE__, __LINE__, name);
         check(member);
-        if constexpr (sizeof...(rest) > 0) (*this)(std::forward<Rest>(rest)...);
     }
 
-    template <class... Alternatives>
-    void choice(int& discriminator, Alternatives&&...)
+    template <class Class, class Pointee>
+    void choice(Class& object, int number, const char*, Pointee*&)
     {
-        EXPECT_EQ(discriminator, 0);
+        if (number == 1) {
+            EXPECT_EQ(choice_made(object), 0);
+        }
     }
 
   private:

@@ -1,8 +1,8 @@
 // The shape of the generated classes: the conversions work on it directly.
 #include "contract.h"
-#include "operations.h"
 #include "registry.h"
 #include "vtable_slot.h"
+#include "wire_classes.h"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ TEST(WireClasses, HaveTheirVirtualOperationsInOrderAheadOfTheDestructor)
 {
     each_wire_class([](auto tag) {
         using Class = typename decltype(tag)::Class;
-        SCOPED_TRACE(tag.class_name);
+        SCOPED_TRACE(tag.name);
         const auto slots = {vtable_slot(&Class::soap_type),      vtable_slot(&Class::soap_default),
                             vtable_slot(&Class::soap_serialize), vtable_slot(&Class::soap_put),
                             vtable_slot(&Class::soap_out),       vtable_slot(&Class::soap_get),
@@ -44,7 +44,7 @@ TEST(WireClasses, EndWithTheContextThatMadeThem)
 {
     each_wire_class([](auto tag) {
         using Class = typename decltype(tag)::Class;
-        SCOPED_TRACE(tag.class_name);
+        SCOPED_TRACE(tag.name);
         Class object;
         const auto* begin = reinterpret_cast<const char*>(&object);
         const auto* context = reinterpret_cast<const char*>(&object.soap);

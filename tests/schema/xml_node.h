@@ -16,10 +16,6 @@ inline std::string zero(const std::string& name)
 {
     return element(name, "0");
 }
-inline std::string no(const std::string& name)
-{
-    return element(name, "false");
-}
 inline std::string empty(const std::string& name)
 {
     return "<ns1:" + name + "/>";

@@ -1,0 +1,57 @@
+#include "contract.h"
+
+#include "contract_lists.h"
+#include "xml_node.h"
+
+#include <algorithm>
+
+namespace schema_test
+{
+
+#define VALUE(NAME, TYPE) {#NAME, TYPE, Form::value},
+#define NILLABLE(NAME, TYPE) {#NAME, TYPE, Form::nillable},
+#define CHOICE(NUMBER, NAME, TYPE) {#NAME, TYPE, Form::choice, NUMBER},
+#define REPEATED(NAME, TYPE) {#NAME, TYPE, Form::repeated},
+#define AS_DATA(NAME, ELEMENTS) {#NAME, {ELEMENTS}},
+
+const std::vector<ComplexType>& all_types()
+{
+    static const std::vector<ComplexType> all = {CONTRACT_TYPES(AS_DATA)};
+    return all;
+}
+
+const std::vector<ComplexType>& all_messages()
+{
+    static const std::vector<ComplexType> all = {CONTRACT_MESSAGES(AS_DATA)};
+    return all;
+}
+
+std::vector<ComplexType> joined(std::initializer_list<std::vector<ComplexType>> tables)
+{
+    std::vector<ComplexType> all;
+    for (const auto& table : tables) all.insert(all.end(), table.begin(), table.end());
+    return all;
+}
+
+const std::vector<Element>& elements_of(const std::string& name)
+{
+    static const std::vector<ComplexType> all = joined({all_types(), all_messages()});
+    return std::find_if(all.begin(), all.end(), [&](const ComplexType& type) { return type.name == name; })
+        ->elements;
+}
+
+std::string blank_text(const std::string& name)
+{
+    std::string text;
+    for (const Element& member : elements_of(name)) {
+        if (member.form == Form::nillable) text += nil(member.name);
+        if (member.form != Form::value) continue;
+        if (member.type == integer || member.type == long_integer) text += zero(member.name);
+        if (member.type == boolean) text += element(member.name, "false");
+        if (member.type == string) text += empty(member.name);
+        if (member.type == bytes) text += element(member.name, "");
+    }
+    return text;
+}
+
+} // namespace schema_test

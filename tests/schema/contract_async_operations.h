@@ -1,0 +1,155 @@
+// Asynchronous operations: their results, starting, waiting and cancelling, as the service's contract has
+// them. Kept by hand: nothing here comes from the type header or from anything made of it.
+#ifndef SCHEMA_TEST_CONTRACT_ASYNC_OPERATIONS_H
+#define SCHEMA_TEST_CONTRACT_ASYNC_OPERATIONS_H
+
+// clang-format off
+#define TYPES_OF_ASYNC_OPERATIONS(TYPE) \
+    TYPE(OperationID, NILLABLE(token, string)) \
+    TYPE(AIOResult, \
+        NILLABLE(image, "ns1:ImageHandle") VALUE(bytesTransferred, long_integer) VALUE(error, integer) \
+        VALUE(delayInSeconds, integer)) \
+    TYPE(AIOResultSnap, \
+        VALUE(totalBytesTransferred, long_integer) VALUE(error, integer) VALUE(retryInterval, integer) \
+        VALUE(resultSnapType, integer) CHOICE(1, validateSnap, "ns1:AIOResultValidateSnap") \
+        CHOICE(2, provisionTopology, "ns1:AIOResultProvisionTopology") \
+        CHOICE(3, createSnap, "ns1:AIOResultCreateSnap") CHOICE(4, importSnap, "ns1:AIOResultImportSnap") \
+        CHOICE(5, copySnap, "ns1:AIOResultCopySnap") CHOICE(6, getSnapDiff, "ns1:AIOResultGetSnapDiff")) \
+    TYPE(AIOResultValidateSnap, VALUE(targetTopology, string)) \
+    TYPE(AIOResultProvisionTopology, VALUE(targetTopology, string)) \
+    TYPE(AIOResultCreateSnap, VALUE(targetSnapName, string) NILLABLE(targetSnapLsu, "ns1:LSUSpecification")) \
+    TYPE(AIOResultImportSnap, VALUE(targetSnapName, string) NILLABLE(targetSnapLsu, "ns1:LSUSpecification")) \
+    TYPE(AIOResultCopySnap, VALUE(targetSnapName, string) NILLABLE(targetSnapLsu, "ns1:LSUSpecification")) \
+    TYPE(AIOResultGetSnapDiff, \
+        VALUE(numDiffs, integer) NILLABLE(diffObjectList, "ns1:ArrayOfDiffObjectSpecification")) \
+    TYPE(OperationStatus, VALUE(name, string) NILLABLE(result, "ns1:AIOResult"))
+
+#define MESSAGES_OF_ASYNC_OPERATIONS(MESSAGE) \
+    MESSAGE(asyncCreateSnapByName, \
+        NILLABLE(serverHandle, "ns1:ServerHandle") NILLABLE(sourceVolSpec, "ns1:VolumeSpecification") \
+        NILLABLE(targetSnapDef, "ns1:SnapDefinition") \
+        NILLABLE(targetLSUSpecs, "ns1:ArrayOfLSUSpecification") VALUE(ntargets, integer) \
+        VALUE(imageset, string) VALUE(pendingflag, integer)) \
+    MESSAGE(asyncCreateSnapByNameResponse, NILLABLE(opid, "ns1:OperationID")) \
+    MESSAGE(asyncPrepareSnapByName, \
+        NILLABLE(serverHandle, "ns1:ServerHandle") NILLABLE(sourceVolSpec, "ns1:VolumeSpecification") \
+        NILLABLE(targetSnapDef, "ns1:SnapDefinition") \
+        NILLABLE(targetLSUSpecs, "ns1:ArrayOfLSUSpecification") VALUE(ntargets, integer) \
+        VALUE(imageset, string) VALUE(pendingflag, integer)) \
+    MESSAGE(asyncPrepareSnapByNameResponse, NILLABLE(opid, "ns1:OperationID")) \
+    MESSAGE(asyncValidateSnapByName, \
+        NILLABLE(serverHandle, "ns1:ServerHandle") NILLABLE(sourceVolSpec, "ns1:VolumeSpecification") \
+        NILLABLE(targetSnapDef, "ns1:SnapDefinition") \
+        NILLABLE(targetLSUSpecs, "ns1:ArrayOfLSUSpecification") VALUE(ntargets, integer) \
+        VALUE(targetTopology, string)) \
+    MESSAGE(asyncValidateSnapByNameResponse, NILLABLE(opid, "ns1:OperationID")) \
+    MESSAGE(asyncCopySnapByName, \
+        NILLABLE(lsu, "ns1:LSU") NILLABLE(snapDef, "ns1:SnapDefinition") \
+        NILLABLE(targetLSUSpecs, "ns1:ArrayOfLSUSpecification") VALUE(ntargets, integer) \
+        VALUE(imageset, string) VALUE(pendingflag, integer)) \
+    MESSAGE(asyncCopySnapByNameResponse, NILLABLE(opid, "ns1:OperationID")) \
+    MESSAGE(asyncImportSnapByName, \
+        NILLABLE(serverHandle, "ns1:ServerHandle") NILLABLE(sourceVolSpec, "ns1:VolumeSpecification") \
+        NILLABLE(sourceSnapDef, "ns1:SnapDefinition") VALUE(imageset, string) VALUE(pendingflag, integer)) \
+    MESSAGE(asyncImportSnapByNameResponse, NILLABLE(opid, "ns1:OperationID")) \
+    MESSAGE(asyncPostProcessSnapByName, NILLABLE(lsu, "ns1:LSU") VALUE(snapName, string)) \
+    MESSAGE(asyncPostProcessSnapByNameResponse, NILLABLE(opid, "ns1:OperationID")) \
+    MESSAGE(asyncRollbackSnap, \
+        NILLABLE(lsu, "ns1:LSU") NILLABLE(snapDef, "ns1:SnapDefinition") \
+        NILLABLE(targetServerHandle, "ns1:ServerHandle") NILLABLE(targetVolSpec, "ns1:VolumeSpecification") \
+        NILLABLE(rollbackList, "ns1:ArrayOfString") VALUE(numRollbacks, integer) \
+        VALUE(rollbackFlag, integer)) \
+    MESSAGE(asyncRollbackSnapResponse, NILLABLE(opid, "ns1:OperationID")) \
+    MESSAGE(asyncProvisionTopology, \
+        NILLABLE(serverHandle, "ns1:ServerHandle") NILLABLE(sourceVolSpec, "ns1:VolumeSpecification") \
+        NILLABLE(targetSnapDef, "ns1:SnapDefinition") \
+        NILLABLE(targetLSUSpecs, "ns1:ArrayOfLSUSpecification") VALUE(ntargets, integer) \
+        VALUE(targetTopology, string) VALUE(imageset, string) VALUE(pendingflag, integer)) \
+    MESSAGE(asyncProvisionTopologyResponse, NILLABLE(opid, "ns1:OperationID")) \
+    MESSAGE(asyncGetSnapDiff, \
+        NILLABLE(serverHandle, "ns1:ServerHandle") NILLABLE(snapshot, "ns1:SnapDefinition") \
+        NILLABLE(targetServerHandle, "ns1:ServerHandle") \
+        NILLABLE(rollbackList, "ns1:ArrayOfVolumeSpecification") VALUE(numRollbacks, integer) \
+        VALUE(diffFlag, integer)) \
+    MESSAGE(asyncGetSnapDiffResponse, NILLABLE(opid, "ns1:OperationID")) \
+    MESSAGE(asyncCopyImage, \
+        NILLABLE(targetLSU, "ns1:LSU") NILLABLE(targetImage, "ns1:ImageDefinition") \
+        NILLABLE(sourceLSU, "ns1:LSU") NILLABLE(sourceImage, "ns1:ImageDefinition") VALUE(imageset, string) \
+        VALUE(eventflag, integer)) \
+    MESSAGE(asyncCopyImageResponse, NILLABLE(opid, "ns1:OperationID")) \
+    MESSAGE(asyncEndCopyImage, NILLABLE(imageHandle, "ns1:ImageHandle") NILLABLE(opid, "ns1:OperationID")) \
+    MESSAGE(asyncEndCopyImageResponse, ) \
+    MESSAGE(asyncWait, NILLABLE(sd, "ns1:SessionDefinition") NILLABLE(opid, "ns1:OperationID")) \
+    MESSAGE(asyncWaitResponse, NILLABLE(result, "ns1:AIOResult")) \
+    MESSAGE(asyncWaitSnap, NILLABLE(sd, "ns1:SessionDefinition") NILLABLE(opid, "ns1:OperationID")) \
+    MESSAGE(asyncWaitSnapResponse, NILLABLE(result, "ns1:AIOResultSnap")) \
+    MESSAGE(asyncCancel, NILLABLE(sd, "ns1:SessionDefinition") NILLABLE(opid, "ns1:OperationID")) \
+    MESSAGE(asyncCancelResponse, ) \
+    MESSAGE(namedAsyncCreateSnapByName, \
+        NILLABLE(serverHandle, "ns1:ServerHandle") NILLABLE(sourceVolSpec, "ns1:VolumeSpecification") \
+        NILLABLE(targetSnapDef, "ns1:SnapDefinition") \
+        NILLABLE(targetLSUSpecs, "ns1:ArrayOfLSUSpecification") VALUE(ntargets, integer) \
+        VALUE(imageset, string) VALUE(pendingflag, integer) VALUE(opname, string)) \
+    MESSAGE(namedAsyncCreateSnapByNameResponse, ) \
+    MESSAGE(namedAsyncPrepareSnapByName, \
+        NILLABLE(serverHandle, "ns1:ServerHandle") NILLABLE(sourceVolSpec, "ns1:VolumeSpecification") \
+        NILLABLE(targetSnapDef, "ns1:SnapDefinition") \
+        NILLABLE(targetLSUSpecs, "ns1:ArrayOfLSUSpecification") VALUE(ntargets, integer) \
+        VALUE(imageset, string) VALUE(pendingflag, integer) VALUE(opname, string)) \
+    MESSAGE(namedAsyncPrepareSnapByNameResponse, ) \
+    MESSAGE(namedAsyncValidateSnapByName, \
+        NILLABLE(serverHandle, "ns1:ServerHandle") NILLABLE(sourceVolSpec, "ns1:VolumeSpecification") \
+        NILLABLE(targetSnapDef, "ns1:SnapDefinition") \
+        NILLABLE(targetLSUSpecs, "ns1:ArrayOfLSUSpecification") VALUE(ntargets, integer) \
+        VALUE(targetTopology, string) VALUE(opname, string)) \
+    MESSAGE(namedAsyncValidateSnapByNameResponse, ) \
+    MESSAGE(namedAsyncCopySnapByName, \
+        NILLABLE(lsu, "ns1:LSU") NILLABLE(snapDef, "ns1:SnapDefinition") \
+        NILLABLE(targetLSUSpecs, "ns1:ArrayOfLSUSpecification") VALUE(ntargets, integer) \
+        VALUE(imageset, string) VALUE(pendingflag, integer) VALUE(opname, string)) \
+    MESSAGE(namedAsyncCopySnapByNameResponse, ) \
+    MESSAGE(namedAsyncImportSnapByName, \
+        NILLABLE(serverHandle, "ns1:ServerHandle") NILLABLE(sourceVolSpec, "ns1:VolumeSpecification") \
+        NILLABLE(sourceSnapDef, "ns1:SnapDefinition") VALUE(imageset, string) VALUE(pendingflag, integer) \
+        VALUE(opname, string)) \
+    MESSAGE(namedAsyncImportSnapByNameResponse, ) \
+    MESSAGE(namedAsyncPostProcessSnapByName, \
+        NILLABLE(lsu, "ns1:LSU") VALUE(snapName, string) VALUE(opname, string)) \
+    MESSAGE(namedAsyncPostProcessSnapByNameResponse, ) \
+    MESSAGE(namedAsyncRollbackSnap, \
+        NILLABLE(lsu, "ns1:LSU") NILLABLE(snapDef, "ns1:SnapDefinition") \
+        NILLABLE(targetServerHandle, "ns1:ServerHandle") NILLABLE(targetVolSpec, "ns1:VolumeSpecification") \
+        NILLABLE(rollbackList, "ns1:ArrayOfString") VALUE(numRollbacks, integer) \
+        VALUE(rollbackFlag, integer) VALUE(opname, string)) \
+    MESSAGE(namedAsyncRollbackSnapResponse, ) \
+    MESSAGE(namedAsyncProvisionTopology, \
+        NILLABLE(serverHandle, "ns1:ServerHandle") NILLABLE(sourceVolSpec, "ns1:VolumeSpecification") \
+        NILLABLE(targetSnapDef, "ns1:SnapDefinition") \
+        NILLABLE(targetLSUSpecs, "ns1:ArrayOfLSUSpecification") VALUE(ntargets, integer) \
+        VALUE(targetTopology, string) VALUE(imageset, string) VALUE(pendingflag, integer) \
+        VALUE(opname, string)) \
+    MESSAGE(namedAsyncProvisionTopologyResponse, ) \
+    MESSAGE(namedAsyncGetSnapDiff, \
+        NILLABLE(serverHandle, "ns1:ServerHandle") NILLABLE(snapshot, "ns1:SnapDefinition") \
+        NILLABLE(targetServerHandle, "ns1:ServerHandle") \
+        NILLABLE(rollbackList, "ns1:ArrayOfVolumeSpecification") VALUE(numRollbacks, integer) \
+        VALUE(diffFlag, boolean) VALUE(opname, string)) \
+    MESSAGE(namedAsyncGetSnapDiffResponse, ) \
+    MESSAGE(namedAsyncCopyImage, \
+        NILLABLE(targetLSU, "ns1:LSU") NILLABLE(targetImage, "ns1:ImageDefinition") \
+        NILLABLE(sourceLSU, "ns1:LSU") NILLABLE(sourceImage, "ns1:ImageDefinition") VALUE(opname, string) \
+        VALUE(imageset, string) VALUE(eventflag, integer)) \
+    MESSAGE(namedAsyncCopyImageResponse, ) \
+    MESSAGE(namedAsyncEndCopyImage, NILLABLE(imageHandle, "ns1:ImageHandle") VALUE(opname, string)) \
+    MESSAGE(namedAsyncEndCopyImageResponse, ) \
+    MESSAGE(namedAsyncWait, NILLABLE(serverHandle, "ns1:ServerHandle") VALUE(opname, string)) \
+    MESSAGE(namedAsyncWaitResponse, NILLABLE(result, "ns1:AIOResult")) \
+    MESSAGE(namedAsyncWaitSnap, NILLABLE(serverHandle, "ns1:ServerHandle") VALUE(opname, string)) \
+    MESSAGE(namedAsyncWaitSnapResponse, NILLABLE(result, "ns1:AIOResultSnap")) \
+    MESSAGE(namedAsyncStatus, NILLABLE(serverHandle, "ns1:ServerHandle") VALUE(opname, string)) \
+    MESSAGE(namedAsyncStatusResponse, ) \
+    MESSAGE(namedAsyncCancel, NILLABLE(serverHandle, "ns1:ServerHandle") VALUE(opname, string)) \
+    MESSAGE(namedAsyncCancelResponse, )
+// clang-format on
+
+#endif
