@@ -1,6 +1,7 @@
 #include "tests/kit/scripted_service.h"
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -149,10 +150,10 @@ Answer fault_answer(std::string_view soap)
     return {Answer::Manner::reply, http_message(soap, 500, "Internal Server Error")};
 }
 
-ScriptedService::ScriptedService() : tls_(make_tls_server_context())
+ScriptedService::ScriptedService(Choice choice) : tls_(make_tls_server_context()), choice_(std::move(choice))
 {
     std::tie(listener_, port_) = bound_socket();
-    if (listen(listener_, 64) != 0 || pipe(wake_) != 0) throw std::runtime_error("can't listen");
+    if (listen(listener_, 64) != 0 || pipe2(wake_, O_CLOEXEC) != 0) throw std::runtime_error("can't listen");
     thread_ = std::thread([this] { serve(); });
 }
 
@@ -257,7 +258,7 @@ Answer ScriptedService::next_answer()
     const std::lock_guard<std::mutex> lock(mutex_);
     ++connections_;
     changed_.notify_all();
-    if (answers_.empty()) return {Answer::Manner::close_at_once, ""};
+    if (answers_.empty()) return {choice_ ? Answer::Manner::choose : Answer::Manner::close_at_once, ""};
     Answer answer = std::move(answers_.front());
     answers_.pop_front();
     return answer;
@@ -302,11 +303,11 @@ void ScriptedService::serve_connection(int connection, const Answer& answer)
     if (!read_body(stream, text, request)) return;
     {
         std::unique_lock<std::mutex> lock(mutex_);
-        requests_.push_back(std::move(request));
+        requests_.push_back(request);
         changed_.notify_all();
         if (answer.manner == Manner::hold) keep_silent(lock);
     }
-    stream.write_all(answer.bytes);
+    stream.write_all(answer.manner == Manner::choose ? choice_(request) : answer.bytes);
     if (answer.manner == Manner::reset) return stream.reset();
     stream.end();
 }

@@ -7,6 +7,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -26,7 +27,8 @@ struct Answer {
         hold,              // read the request and keep silent until release() or the end of the service
         late_handshake,    // reply, but keep silent likewise ahead of the TLS handshake
         late_read,         // reply, but keep silent likewise ahead of reading the request
-        refuse_handshake   // over TLS: answer the client's hello with garbage
+        refuse_handshake,  // over TLS: answer the client's hello with garbage
+        choose             // read the request, send what the service chooses to answer it with, close
     };
     Manner manner = Manner::reply;
     std::string bytes;
@@ -48,7 +50,11 @@ struct Request {
 class ScriptedService
 {
   public:
-    ScriptedService();
+    // What a request is answered with, as an HTTP message.
+    using Choice = std::function<std::string(const Request&)>;
+
+    // Without a choice, a connection is closed unanswered that no scripted answer is left for.
+    explicit ScriptedService(Choice choice = nullptr);
     ~ScriptedService();
     ScriptedService(const ScriptedService&) = delete;
     ScriptedService& operator=(const ScriptedService&) = delete;
@@ -59,7 +65,7 @@ class ScriptedService
     std::string url() const;
     std::string tls_url() const;
 
-    // Answers are used in order, one a connection. With none left, a connection is closed unanswered.
+    // Answers are used in order, one a connection.
     void script(Answer answer);
     void script(const std::vector<Answer>& answers);
     // Drops those that nobody came for.
@@ -87,6 +93,7 @@ class ScriptedService
     int wake_[2] = {-1, -1};
     int port_ = 0;
     TlsContext tls_;
+    Choice choice_;
     mutable std::mutex mutex_;
     mutable std::condition_variable changed_;
     std::deque<Answer> answers_;

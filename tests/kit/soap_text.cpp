@@ -35,20 +35,18 @@ std::string reply(std::string_view name, std::string_view content)
     return envelope(element(name, content));
 }
 
-std::string fault_with_detail(std::string_view detail, std::string_view faultcode)
+std::string fault_with_detail(std::string_view detail, std::string_view faultcode, std::string_view text)
 {
-    std::string text = "<SOAP-ENV:Fault><faultcode>" + std::string(faultcode) +
-                       "</faultcode><faultstring>it went wrong</faultstring>";
-    if (!detail.empty()) text += "<detail>" + std::string(detail) + "</detail>";
-    return envelope(text + "</SOAP-ENV:Fault>");
+    std::string content = "<faultcode>" + std::string(faultcode) + "</faultcode><faultstring>" +
+                          std::string(text) + "</faultstring>";
+    if (!detail.empty()) content += "<detail>" + std::string(detail) + "</detail>";
+    return envelope("<SOAP-ENV:Fault>" + content + "</SOAP-ENV:Fault>");
 }
 
 std::string fault(int code, std::string_view faultcode, std::string_view text)
 {
-    return envelope("<SOAP-ENV:Fault><faultcode>" + std::string(faultcode) + "</faultcode><faultstring>" +
-                    std::string(text) + "</faultstring><detail>" +
-                    element("STSException", element("errorCode", std::to_string(code))) +
-                    "</detail></SOAP-ENV:Fault>");
+    return fault_with_detail(element("STSException", element("errorCode", std::to_string(code))), faultcode,
+                             text);
 }
 
 std::string rendered_fault(int code, std::string_view faultcode, std::string_view text)

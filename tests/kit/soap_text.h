@@ -23,7 +23,8 @@ std::string reply(std::string_view name, std::string_view content = "");
 std::string fault(int code, std::string_view faultcode = "SOAP-ENV:Client",
                   std::string_view text = "it went wrong");
 // The same with another detail element, or none where `detail` is empty.
-std::string fault_with_detail(std::string_view detail, std::string_view faultcode = "SOAP-ENV:Client");
+std::string fault_with_detail(std::string_view detail, std::string_view faultcode = "SOAP-ENV:Client",
+                              std::string_view text = "it went wrong");
 
 // What the library logs of such a fault: the SOAP runtime's rendering, and the frame's own line.
 std::string rendered_fault(int code, std::string_view faultcode = "SOAP-ENV:Client",

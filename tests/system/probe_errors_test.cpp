@@ -1,11 +1,8 @@
 // How soapwrapper-probe tells what went wrong.
 #include "probe_fixture.h"
+#include "tests/kit/scripted_service.h"
 
 #include <nlohmann/json.hpp>
-
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace
 {
@@ -17,28 +14,6 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
-
-// A port of loopback that is taken and where nobody answers.
-class ClosedPort
-{
-  public:
-    ClosedPort() : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
-    {
-        address_.sin_family = AF_INET;
-        address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address_;
-        EXPECT_EQ(bind(socket_, reinterpret_cast<sockaddr*>(&address_), size), 0);
-        EXPECT_EQ(getsockname(socket_, reinterpret_cast<sockaddr*>(&address_), &size), 0);
-    }
-    ~ClosedPort() { close(socket_); }
-    ClosedPort(const ClosedPort&) = delete;
-    ClosedPort& operator=(const ClosedPort&) = delete;
-    std::string number() const { return std::to_string(ntohs(address_.sin_port)); }
-
-  private:
-    int socket_;
-    sockaddr_in address_ = {};
-};
 
 TEST_F(ProbeTest, Error_OfANamedStatusTellsItsMeaningAndWhatTheServiceSaid)
 {
@@ -65,7 +40,7 @@ TEST_F(ProbeTest, Error_OfAnotherNumberIsTheServicesOwn)
 
 TEST_F(ProbeTest, Error_OfAFaultWithoutANumberSaysSo)
 {
-    service.refuse("getServerPropByName", "no reason", std::string());
+    service.refuse_without_detail("getServerPropByName", "no reason");
     const ProcessResult result = probe({"discover", kName});
     EXPECT_EQ(result.exit_code, 4);
     EXPECT_THAT(result.err,
@@ -86,8 +61,8 @@ TEST_F(ProbeTest, Error_OfARefusalWithTheStatusOfSuccessIsNoSuccess)
 
 TEST_F(ProbeTest, Error_OfAServiceThatIsNotThere)
 {
-    const ClosedPort port;
-    folder.write("soapwrapper.conf", "filer = http://127.0.0.1:" + port.number() + "\n");
+    const kit::DeadPort port;
+    folder.write("soapwrapper.conf", "filer = " + port.url() + "\n");
     const ProcessResult result = probe({"discover", kName});
     EXPECT_EQ(result.exit_code, 4);
     EXPECT_THAT(result.err,

@@ -3,7 +3,7 @@
 #define SOAPWRAPPER_TESTS_SYSTEM_PROBE_FIXTURE_H
 
 #include "probe_process.h"
-#include "probe_scripted_service.h"
+#include "tests/kit/service_by_operation.h"
 
 #include <gmock/gmock.h>
 
@@ -60,7 +60,7 @@ class ProbeTest : public ::testing::Test
     }
 
     TemporaryFolder folder;
-    ProbeScriptedService service;
+    kit::ServiceByOperation service;
 };
 
 #endif

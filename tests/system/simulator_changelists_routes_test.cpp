@@ -1,11 +1,10 @@
 // Change lists through the built library, from the simulator and from the stand-in for the second plug-in.
 #include "plugin/base/handle_records.h"
 #include "tests/kit/clock.h"
+#include "tests/kit/scripted_service.h"
 #include "tests/system/simulator_changelists.h"
 #include "tests/system/zapi_standin.h"
 
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -259,15 +258,8 @@ TEST_F(RoutesOverDirectories, AServiceThatIsGoneBetweenBatches_LosesAndDoublesNo
     const std::vector<Entry> expected = take_rest();
     ASSERT_EQ(open_at_service(mount()), 0);
 
-    // A port that is taken, and where nobody listens.
-    const int taken = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    ASSERT_EQ(bind(taken, reinterpret_cast<sockaddr*>(&address), size), 0);
-    ASSERT_EQ(getsockname(taken, reinterpret_cast<sockaddr*>(&address), &size), 0);
-    const std::string nowhere = "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port));
+    const kit::DeadPort nobody;
+    const std::string nowhere = nobody.url();
     const std::string service = server_->endpoint;
 
     std::vector<Entry> entries;
@@ -289,7 +281,6 @@ TEST_F(RoutesOverDirectories, AServiceThatIsGoneBetweenBatches_LosesAndDoublesNo
         }
         entries.emplace_back(entry->changetype, entry->name);
     }
-    ::close(taken);
     close();
     std::sort(entries.begin(), entries.end());
     EXPECT_TRUE(entries == expected);

@@ -1,25 +1,23 @@
-// A storage service with its answers written down beforehand: one HTTP exchange a connection, on a drawn
-// port.
-#ifndef SOAPWRAPPER_TESTS_SYSTEM_PROBE_SCRIPTED_SERVICE_H
-#define SOAPWRAPPER_TESTS_SYSTEM_PROBE_SCRIPTED_SERVICE_H
+// A scripted service that answers each operation with what has been written down for it.
+#ifndef SOAPWRAPPER_TESTS_KIT_SERVICE_BY_OPERATION_H
+#define SOAPWRAPPER_TESTS_KIT_SERVICE_BY_OPERATION_H
+
+#include "tests/kit/scripted_service.h"
 
 #include <deque>
 #include <functional>
 #include <map>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
-class ProbeScriptedService
+namespace kit
+{
+
+class ServiceByOperation
 {
   public:
-    ProbeScriptedService();
-    ~ProbeScriptedService();
-    ProbeScriptedService(const ProbeScriptedService&) = delete;
-    ProbeScriptedService& operator=(const ProbeScriptedService&) = delete;
-
-    std::string url() const;
+    std::string url() const { return service_.url(); }
 
     // What to answer to an operation, from now on: the elements of its response.
     void answer(const std::string& operation, const std::string& elements);
@@ -27,11 +25,11 @@ class ProbeScriptedService
     // What to answer to an operation once, ahead of that; several of them in turn.
     void answer_first(const std::string& operation, const std::string& elements);
 
-    // Refuses an operation; `detail` stands in the fault's detail.
-    void refuse(const std::string& operation, const std::string& text, const std::string& detail);
+    // Refuses an operation with a fault whose detail bears a status, or with one that has no detail.
     void refuse(const std::string& operation, const std::string& text, int error_code);
+    void refuse_without_detail(const std::string& operation, const std::string& text);
 
-    // The same once, in turn with what answer_first() was told.
+    // Refuses an operation once, in turn with what answer_first() was told.
     void refuse_first(const std::string& operation, const std::string& text, int error_code);
 
     // Answers an operation with bytes of any kind.
@@ -48,20 +46,16 @@ class ProbeScriptedService
     std::string request(const std::string& operation) const;
 
   private:
-    void serve();
-    void exchange(int connection);
-    bool readable(int descriptor) const; // false: the service is being stopped
+    std::string reply_to(const Request& request);
 
-    int listener_ = -1;
-    int stop_[2] = {-1, -1};
-    unsigned port_ = 0;
-    mutable std::mutex mutex_; // guards what follows
+    std::mutex mutex_; // guards what follows
     std::map<std::string, std::string> replies_;
     std::map<std::string, std::deque<std::string>> first_replies_;
-    std::vector<std::string> operations_;
-    std::map<std::string, std::string> requests_;
     Watcher watcher_;
-    std::thread thread_; // the last member: it uses all others
+    // The last member: its threads use all others.
+    ScriptedService service_{[this](const Request& request) { return reply_to(request); }};
 };
+
+} // namespace kit
 
 #endif
