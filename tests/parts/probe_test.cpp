@@ -1,7 +1,6 @@
 // The probe's parts, called as functions.
-#include "probe_process.h"
-
 #include "plugin/host/status.h"
+#include "tests/system/probe_process.h"
 #include "tools/library/credential.h"
 #include "tools/library/session.h"
 #include "tools/output/output.h"
