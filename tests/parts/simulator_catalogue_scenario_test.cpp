@@ -1,7 +1,7 @@
-#include "simulator/fault.h"
 #include "simulator/fault_codes.h"
 #include "simulator/scenario.h"
 #include "simulator/storage.h"
+#include "tests/parts/fault_of.h"
 
 #include <gmock/gmock.h>
 
@@ -186,12 +186,7 @@ TEST(SimulatorScenario, AVolume_IsOfExactlyOneKindWithAllOfItsTexts)
 
 int code_of_an_open(Storage& storage, const std::string& session)
 {
-    try {
-        storage.snapshot_lists.open({session, 0, {}, 0});
-        return 0;
-    } catch (const Fault& fault) {
-        return fault.code();
-    }
+    return fault_of([&] { storage.snapshot_lists.open({session, 0, {}, 0}); });
 }
 
 TEST(SimulatorStorage, ListsThatNobodyCloses_AreBoundedAndEndWithTheirSession)

@@ -1,8 +1,8 @@
 // The simulator's log of events, called as functions.
 #include "simulator/event_log.h"
-#include "simulator/fault.h"
 #include "simulator/fault_codes.h"
 #include "simulator/storage.h"
+#include "tests/parts/fault_of.h"
 
 #include <gmock/gmock.h>
 
@@ -14,17 +14,6 @@ namespace
 {
 
 constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max();
-
-template <class Action>
-int fault_of(Action action)
-{
-    try {
-        action();
-    } catch (const Fault& fault) {
-        return fault.code();
-    }
-    return 0;
-}
 
 void add(EventLog& log, std::size_t count)
 {

@@ -1,9 +1,9 @@
-#include "simulator/fault.h"
 #include "simulator/fault_codes.h"
 #include "simulator/model.h"
 #include "simulator/operations.h"
 #include "simulator/scenario.h"
 #include "simulator/snapshot_operations.h"
+#include "tests/parts/fault_of.h"
 
 #include <gmock/gmock.h>
 
@@ -21,17 +21,6 @@ namespace
 using namespace soapwrapper::simulator;
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-template <class Function>
-int fault_of(const Function& function)
-{
-    try {
-        function();
-        return 0;
-    } catch (const Fault& fault) {
-        return fault.code();
-    }
-}
 
 constexpr char kServers[] = R"("servers": [{"prefix": "A", "lsus": [{"name": "home",
     "volumes": [{"device": {"devicePath": "/dev/a"}}], "files": [{"path": "f", "size": 5}]}]}])";

@@ -1,9 +1,9 @@
-#include "simulator/fault.h"
 #include "simulator/fault_codes.h"
 #include "simulator/interference.h"
 #include "simulator/model.h"
 #include "simulator/options.h"
 #include "simulator/server.h"
+#include "tests/parts/fault_of.h"
 
 #include <gmock/gmock.h>
 
@@ -22,18 +22,6 @@ namespace
 
 using namespace soapwrapper::simulator;
 using testing::HasSubstr;
-
-// The code of the fault that a call ends with; 0 if it ends without one.
-template <class Function>
-int fault_of(const Function& function)
-{
-    try {
-        function();
-        return 0;
-    } catch (const Fault& fault) {
-        return fault.code();
-    }
-}
 
 std::string usage_error(const std::vector<std::string>& arguments)
 {
