@@ -42,7 +42,7 @@ std::string snapshot_with(const std::string& volume)
     return lsu_with(R"("snapshots": [{"name": "s", "volume": )" + volume + "}]");
 }
 
-TEST(SimulatorScenario, TheBuiltInOne_HasEachKindOfVolumeAndReplication)
+TEST(SimulatorScenario, TheBuiltInOneHasEachKindOfVolumeAndReplication)
 {
     const Scenario scenario = default_scenario();
     ASSERT_EQ(scenario.servers.size(), 2U);
@@ -57,7 +57,7 @@ TEST(SimulatorScenario, TheBuiltInOne_HasEachKindOfVolumeAndReplication)
 }
 
 // Whoever replicates somewhere is known there, and the other way round.
-TEST(SimulatorScenario, TheBuiltInOne_AgreesWithItselfAboutReplication)
+TEST(SimulatorScenario, TheBuiltInOneAgreesWithItselfAboutReplication)
 {
     std::set<std::string> to;
     std::set<std::string> from;
@@ -85,7 +85,7 @@ TEST(SimulatorScenario, AServerNeedsNoMoreThanItsPrefix)
     EXPECT_TRUE(scenario.servers[0].lsus.empty());
 }
 
-TEST(SimulatorScenario, Members_AreReadIntoTheirPlaces)
+TEST(SimulatorScenario, MembersAreReadIntoTheirPlaces)
 {
     const Scenario scenario = parse_scenario(lsu_with(
         R"("capacity": 9223372036854775807, "flags": -2147483648, "snapshots": [{"name": "s", "size": -1,
@@ -104,7 +104,7 @@ TEST(SimulatorScenario, Members_AreReadIntoTheirPlaces)
     EXPECT_EQ(snapshot.isid->info, "use_zapi=1");
 }
 
-TEST(SimulatorScenario, BrokenJson_IsToldByLineAndColumn)
+TEST(SimulatorScenario, BrokenJsonIsToldByLineAndColumn)
 {
     EXPECT_THAT(complaint("{"), StartsWith("line 1, column 2: "));
     EXPECT_THAT(complaint("{\n\n  \"servers\" [\n"), StartsWith("line 3, column 13: syntax error"));
@@ -114,7 +114,7 @@ TEST(SimulatorScenario, BrokenJson_IsToldByLineAndColumn)
     EXPECT_THAT(complaint(std::string(100000, '[')), StartsWith("line 1, column 100001: "));
 }
 
-TEST(SimulatorScenario, WhatIsMissing_IsNamed)
+TEST(SimulatorScenario, WhatIsMissingIsNamed)
 {
     EXPECT_EQ(complaint("{}"), "the document: the member \"servers\" is missing");
     EXPECT_EQ(complaint(R"({"servers": []})"), "servers: it holds no server");
@@ -127,7 +127,7 @@ TEST(SimulatorScenario, WhatIsMissing_IsNamed)
               "servers[0].lsus[0].images[0].basename: it may not be empty");
 }
 
-TEST(SimulatorScenario, AnUnknownMember_IsRefusedWithThoseThatThereAre)
+TEST(SimulatorScenario, AnUnknownMemberIsRefusedWithThoseThatThereAre)
 {
     EXPECT_EQ(complaint(R"({"servers": [{"prefix": "P"}], "extra": 1})"),
               "the document: the member \"extra\" is unknown; there are changeLists, operations, "
@@ -136,7 +136,7 @@ TEST(SimulatorScenario, AnUnknownMember_IsRefusedWithThoseThatThereAre)
               "servers[0].lsus[0].replicationTargets[0]: the member \"x\" is unknown; there are lsu, server");
 }
 
-TEST(SimulatorScenario, AWrongType_IsToldWithTheOneExpected)
+TEST(SimulatorScenario, AWrongTypeIsToldWithTheOneExpected)
 {
     EXPECT_EQ(complaint("[]"), "the document: an object is expected, not array");
     EXPECT_EQ(complaint(R"({"servers": {}})"), "servers: an array is expected, not object");
@@ -148,7 +148,7 @@ TEST(SimulatorScenario, AWrongType_IsToldWithTheOneExpected)
               "servers[0].lsus[0].label: a string is expected, not null");
 }
 
-TEST(SimulatorScenario, AValueOutOfItsRange_IsRefused)
+TEST(SimulatorScenario, AValueOutOfItsRangeIsRefused)
 {
     EXPECT_EQ(complaint(lsu_with(R"("flags": 2147483648)")),
               "servers[0].lsus[0].flags: the number doesn't fit 32 bits");
@@ -160,7 +160,7 @@ TEST(SimulatorScenario, AValueOutOfItsRange_IsRefused)
               "servers[0].lsus[0].label: a control character can't be sent");
 }
 
-TEST(SimulatorScenario, NamesThatWouldBeTaken_AreRefused)
+TEST(SimulatorScenario, NamesThatWouldBeTakenAreRefused)
 {
     EXPECT_EQ(complaint(R"({"servers": [{"prefix": "P"}, {"prefix": "P"}]})"),
               "servers[1].prefix: an earlier one has that name already");
@@ -170,7 +170,7 @@ TEST(SimulatorScenario, NamesThatWouldBeTaken_AreRefused)
               "servers[0].lsus[0].name: it may not be empty");
 }
 
-TEST(SimulatorScenario, AVolume_IsOfExactlyOneKindWithAllOfItsTexts)
+TEST(SimulatorScenario, AVolumeIsOfExactlyOneKindWithAllOfItsTexts)
 {
     EXPECT_EQ(complaint(snapshot_with(R"({"device": {"devicePath": "/dev/x"}})")), "");
     const std::string at = "servers[0].lsus[0].snapshots[0].volume";
@@ -189,7 +189,7 @@ int code_of_an_open(Storage& storage, const std::string& session)
     return fault_of([&] { storage.snapshot_lists.open({session, 0, {}, 0}); });
 }
 
-TEST(SimulatorStorage, ListsThatNobodyCloses_AreBoundedAndEndWithTheirSession)
+TEST(SimulatorStorage, ListsThatNobodyClosesAreBoundedAndEndWithTheirSession)
 {
     Storage storage(default_scenario());
     const std::string forgetful = storage.open_session("Network_NTAP:a");
@@ -200,7 +200,7 @@ TEST(SimulatorStorage, ListsThatNobodyCloses_AreBoundedAndEndWithTheirSession)
     EXPECT_EQ(code_of_an_open(storage, other), 0);
 }
 
-TEST(SimulatorStorage, DeletedBytes_AreNeverMoreThanWereUsed)
+TEST(SimulatorStorage, DeletedBytesAreNeverMoreThanWereUsed)
 {
     Lsu lsu;
     lsu.properties.used = 100;

@@ -10,7 +10,7 @@ namespace
 using namespace soapwrapper::simulator;
 using testing::HasSubstr;
 
-TEST(EscapedPath, AnythingButPrintableAsciiAndAnyBackslash_IsABackslashAndTwoDigits)
+TEST(EscapedPath, AnythingButPrintableAsciiAndAnyBackslashIsABackslashAndTwoDigits)
 {
     EXPECT_EQ(escaped_path("plain name (1)~!/x"), "plain name (1)~!/x");
     EXPECT_EQ(escaped_path("a\\b"), "a\\5cb");
@@ -18,13 +18,13 @@ TEST(EscapedPath, AnythingButPrintableAsciiAndAnyBackslash_IsABackslashAndTwoDig
     EXPECT_EQ(escaped_path(""), "");
 }
 
-TEST(PathFilters, WithoutAPath_EverythingPasses)
+TEST(PathFilters, WithoutAPathEverythingPasses)
 {
     EXPECT_TRUE(PathFilters().admit("a", "/e/a"));
     EXPECT_TRUE(PathFilters(std::vector<std::string>{}).admit("a", "/e/a"));
 }
 
-TEST(PathFilters, APathOnDiskAndItsEscapedForm_FitAlike)
+TEST(PathFilters, APathOnDiskAndItsEscapedFormFitAlike)
 {
     const std::string path = "d\xc3/f\\";
     const std::string name = "/e/" + escaped_path(path);
@@ -47,7 +47,7 @@ FileRecord of_size(std::int64_t size)
     return record;
 }
 
-TEST(ChangeList, WithoutABase_AllIsCreated)
+TEST(ChangeList, WithoutABaseAllIsCreated)
 {
     ChangeList list(std::nullopt, view("/d", {{"a", of_size(1)}, {"b", of_size(2)}}));
     EXPECT_EQ(list.size(), 2U);
@@ -62,14 +62,14 @@ TEST(ChangeList, WithoutABase_AllIsCreated)
     EXPECT_FALSE(list.next(PathFilters()));
 }
 
-TEST(ChangeList, AnExportPath_StaysAsItIs)
+TEST(ChangeList, AnExportPathStaysAsItIs)
 {
     ChangeList list(view("/b\xc3\\", {{"x\xc3", of_size(1)}}), view("/d\xa4", {{"y\xa4", of_size(2)}}));
     EXPECT_EQ(list.next(PathFilters())->name, "/b\xc3\\/x\\c3");
     EXPECT_EQ(list.next(PathFilters())->name, "/d\xa4/y\\a4");
 }
 
-TEST(ChangeList, ASnapshotThatIsNotReadByNdmp_HasNoView)
+TEST(ChangeList, ASnapshotThatIsNotReadByNdmpHasNoView)
 {
     Snapshot snapshot;
     snapshot.volume.kind = VolumeKind::kCifs;
@@ -83,7 +83,7 @@ ChangeListSettings settings_in(const std::string& json)
     return parse_scenario(R"({"servers": [{"prefix": "P"}], "changeLists": )" + json + "}").change_lists;
 }
 
-TEST(ChangeListSettings, WhatIsNotTold_IsAsUsual)
+TEST(ChangeListSettings, WhatIsNotToldIsAsUsual)
 {
     const ChangeListSettings settings = settings_in("{}");
     EXPECT_EQ(settings.batch, 1000);
@@ -93,7 +93,7 @@ TEST(ChangeListSettings, WhatIsNotTold_IsAsUsual)
     EXPECT_EQ(settings.start_busy, 0);
 }
 
-TEST(ChangeListSettings, AllMembers_AreRead)
+TEST(ChangeListSettings, AllMembersAreRead)
 {
     const ChangeListSettings settings =
         settings_in(R"({"batch": 1, "busy": 2, "retryInterval": 3, "pace": 4, "startBusy": 5})");
@@ -104,7 +104,7 @@ TEST(ChangeListSettings, AllMembers_AreRead)
     EXPECT_EQ(settings.start_busy, 5);
 }
 
-TEST(ChangeListSettings, WhatMakesNoSense_IsRefusedWithItsPlace)
+TEST(ChangeListSettings, WhatMakesNoSenseIsRefusedWithItsPlace)
 {
     const auto refusal = [](const std::string& json) {
         try {

@@ -62,7 +62,7 @@ std::vector<std::pair<ChangeKind, std::string>> kinds_of(const std::vector<FileC
     return kinds;
 }
 
-TEST(SimulatorContent, OfADirectory_IsWhatStandsInItAtEachQuestion)
+TEST(SimulatorContent, OfADirectoryIsWhatStandsInItAtEachQuestion)
 {
     const Folder folder;
     folder.write("a/b.txt", "12345");
@@ -74,7 +74,7 @@ TEST(SimulatorContent, OfADirectory_IsWhatStandsInItAtEachQuestion)
     EXPECT_EQ(content.files()->count("c"), 1U);
 }
 
-TEST(SimulatorContent, Captured_StaysAsItWas)
+TEST(SimulatorContent, CapturedStaysAsItWas)
 {
     const Folder folder;
     folder.write("a", "1");
@@ -84,7 +84,7 @@ TEST(SimulatorContent, Captured_StaysAsItWas)
     EXPECT_THAT(captured.directory(), IsEmpty());
 }
 
-TEST(SimulatorContent, OfADirectory_TellsTheFilesOwnAttributes)
+TEST(SimulatorContent, OfADirectoryTellsTheFilesOwnAttributes)
 {
     const Folder folder;
     folder.write("a", "123");
@@ -103,7 +103,7 @@ TEST(SimulatorContent, OfADirectory_TellsTheFilesOwnAttributes)
     EXPECT_EQ(record.inode, static_cast<int>(found.st_ino));
 }
 
-TEST(SimulatorContent, OfADirectory_ShowsALinkAndDoesNotFollowIt)
+TEST(SimulatorContent, OfADirectoryShowsALinkAndDoesNotFollowIt)
 {
     const Folder folder;
     const Folder elsewhere;
@@ -114,7 +114,7 @@ TEST(SimulatorContent, OfADirectory_ShowsALinkAndDoesNotFollowIt)
     EXPECT_EQ(files->at("link").type, FileType::kSymlink);
 }
 
-TEST(SimulatorContent, OfADirectoryThatIsNotThere_IsAFault)
+TEST(SimulatorContent, OfADirectoryThatIsNotThereIsAFault)
 {
     const Folder folder;
     const Content content = Content::of_directory(folder.path() + "/none");
@@ -127,7 +127,7 @@ TEST(SimulatorContent, OfADirectoryThatIsNotThere_IsAFault)
     }
 }
 
-TEST(SimulatorContent, Changes_AreWhatWasCreatedDeletedAndChanged_InTheOrderOfThePaths)
+TEST(SimulatorContent, ChangesAreWhatWasCreatedDeletedAndChangedInTheOrderOfThePaths)
 {
     const FileTree base = {{"a", file_of(1, 1)}, {"b", file_of(1, 1)}, {"c", file_of(1, 1)}};
     const FileTree later = {{"a", file_of(1, 1)}, {"b", file_of(2, 9)}, {"bb", file_of(3, 1)}};
@@ -140,7 +140,7 @@ TEST(SimulatorContent, Changes_AreWhatWasCreatedDeletedAndChanged_InTheOrderOfTh
     EXPECT_THAT(changes_between(base, base), IsEmpty());
 }
 
-TEST(SimulatorContent, AChange_IsSeenWithinOneSecondToo_ButNoMereAccess)
+TEST(SimulatorContent, AChangeIsSeenWithinOneSecondTooButNoMereAccess)
 {
     FileRecord written = file_of(1, 1);
     written.modified_nanoseconds = 1;
@@ -151,7 +151,7 @@ TEST(SimulatorContent, AChange_IsSeenWithinOneSecondToo_ButNoMereAccess)
     EXPECT_THAT(kinds_of(changes_between(base, later)), ElementsAre(Pair(ChangeKind::kChanged, "a")));
 }
 
-TEST(SimulatorContent, WhatIsReplacedByAnotherType_IsDeletedAndCreated)
+TEST(SimulatorContent, WhatIsReplacedByAnotherTypeIsDeletedAndCreated)
 {
     FileRecord directory = file_of(1, 1);
     directory.type = FileType::kDirectory;
@@ -159,14 +159,14 @@ TEST(SimulatorContent, WhatIsReplacedByAnotherType_IsDeletedAndCreated)
                 ElementsAre(Pair(ChangeKind::kDeleted, "a"), Pair(ChangeKind::kCreated, "a")));
 }
 
-TEST(SimulatorContent, ItsSize_IsThatOfItsRegularFiles)
+TEST(SimulatorContent, ItsSizeIsThatOfItsRegularFiles)
 {
     FileRecord directory = file_of(4096, 1);
     directory.type = FileType::kDirectory;
     EXPECT_EQ(size_of({{"a", directory}, {"a/b", file_of(5, 1)}, {"a/c", file_of(6, 1)}}), 11);
 }
 
-TEST(SimulatorScenario, ATree_IsSeenFromTheScenarioFilesPlace)
+TEST(SimulatorScenario, ATreeIsSeenFromTheScenarioFilesPlace)
 {
     const Folder folder;
     folder.write("trees/now/a", "1");
@@ -178,7 +178,7 @@ TEST(SimulatorScenario, ATree_IsSeenFromTheScenarioFilesPlace)
     EXPECT_EQ(lsu.snapshots[0].content.files()->count("b"), 1U);
 }
 
-TEST(SimulatorScenario, ListedFiles_AreTheContent)
+TEST(SimulatorScenario, ListedFilesAreTheContent)
 {
     const Scenario scenario = parse_scenario(R"({"servers": [{"prefix": "P", "lsus": [{"name": "l", "files": [
         {"path": "docs", "type": "directory", "permissions": 493},
@@ -211,7 +211,7 @@ std::string complaint_about(const std::string& content)
     }
 }
 
-TEST(SimulatorScenario, ContentThatMakesNoSense_IsRefusedWithItsPlace)
+TEST(SimulatorScenario, ContentThatMakesNoSenseIsRefusedWithItsPlace)
 {
     EXPECT_EQ(complaint_about(R"("files": [{"path": "/a"}])"),
               "servers[0].lsus[0].files[0].path: it begins below the root and may not be empty");

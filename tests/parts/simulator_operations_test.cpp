@@ -63,7 +63,7 @@ class UnevenEngine : public Engine
     UnevenEngine() : Engine(scenario(R"({"seconds": {"create": 5, "copy": 3, "diff": 0}})")) {}
 };
 
-TEST_F(UnevenEngine, EffectsTakePlaceInTheOrderOfTheEnds_AndOfTheStartsWhereTheseAreTheSame)
+TEST_F(UnevenEngine, EffectsTakePlaceInTheOrderOfTheEndsAndOfTheStartsWhereTheseAreTheSame)
 {
     std::vector<std::string> ended;
     const auto noting = [&](const char* name) {
@@ -85,7 +85,7 @@ TEST_F(UnevenEngine, EffectsTakePlaceInTheOrderOfTheEnds_AndOfTheStartsWhereThes
     EXPECT_THAT(ended, ElementsAre("diff", "create", "copy"));
 }
 
-TEST_F(UnevenEngine, TheLargestNumberOfBytes_GrowsEvenly)
+TEST_F(UnevenEngine, TheLargestNumberOfBytesGrowsEvenly)
 {
     constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
     const Operation& running =
@@ -100,7 +100,7 @@ TEST_F(UnevenEngine, TheLargestNumberOfBytes_GrowsEvenly)
     EXPECT_FALSE(running.is_running());
 }
 
-TEST_F(Engine, AnEffectThatFindsNoMemory_MakesTheOperationFail)
+TEST_F(Engine, AnEffectThatFindsNoMemoryMakesTheOperationFail)
 {
     const std::string id =
         start(operation(OperationKind::kCreate, [](Storage&) -> OperationResult { throw std::bad_alloc(); }));
@@ -108,7 +108,7 @@ TEST_F(Engine, AnEffectThatFindsNoMemory_MakesTheOperationFail)
     EXPECT_EQ(storage_.operations.by_token(id).error, STS_ENOMEM);
 }
 
-TEST_F(Engine, OfTheOperationsThatEnded_OnlyTheLastThousandAreKept)
+TEST_F(Engine, OfTheOperationsThatEndedOnlyTheLastThousandAreKept)
 {
     const std::string running = start(operation(OperationKind::kCreate, nothing));
     std::vector<std::string> ids;
@@ -124,7 +124,7 @@ TEST_F(Engine, OfTheOperationsThatEnded_OnlyTheLastThousandAreKept)
     EXPECT_EQ(storage_.operations.by_token(running).error, 0);
 }
 
-TEST_F(Engine, OfLargeDifferences_TheOldestAreForgottenAndTheLastIsKept)
+TEST_F(Engine, OfLargeDifferencesTheOldestAreForgottenAndTheLastIsKept)
 {
     const auto finding = [](std::size_t count) {
         return [count](Storage&) {
@@ -149,7 +149,7 @@ TEST_F(Engine, OfLargeDifferences_TheOldestAreForgottenAndTheLastIsKept)
     EXPECT_EQ(storage_.operations.by_token(huge).result.differences.size(), Operations::kMostDifferences + 1);
 }
 
-TEST_F(Engine, ANameThatIsUsedAgain_TakesNoMoreRoomThanOne)
+TEST_F(Engine, ANameThatIsUsedAgainTakesNoMoreRoomThanOne)
 {
     const std::string kept = start(operation(OperationKind::kCreate, nothing));
     pass(2);
@@ -161,7 +161,7 @@ TEST_F(Engine, ANameThatIsUsedAgain_TakesNoMoreRoomThanOne)
     EXPECT_EQ(storage_.operations.by_name(0, "mine").error, kCancelled);
 }
 
-TEST_F(Engine, MoreOperationsThanThereIsRoomFor_AreRefused)
+TEST_F(Engine, MoreOperationsThanThereIsRoomForAreRefused)
 {
     std::string last;
     for (std::size_t i = 0; i < Operations::kMostRunning; ++i) {
@@ -173,7 +173,7 @@ TEST_F(Engine, MoreOperationsThanThereIsRoomFor_AreRefused)
     EXPECT_EQ(fault_of(one_more), 0);
 }
 
-TEST_F(Engine, AnLsuThatIsFullOfSnapshots_TakesNoMore)
+TEST_F(Engine, AnLsuThatIsFullOfSnapshotsTakesNoMore)
 {
     Snapshot snapshot;
     for (int i = 0; i < 1000; ++i) {
@@ -184,7 +184,7 @@ TEST_F(Engine, AnLsuThatIsFullOfSnapshots_TakesNoMore)
     EXPECT_EQ(fault_of([&] { add_snapshot(storage_, {0, 0}, snapshot); }), kTooManyOpen);
 }
 
-TEST_F(Engine, TheBytesInUse_StopAtTheLargestNumber)
+TEST_F(Engine, TheBytesInUseStopAtTheLargestNumber)
 {
     Snapshot snapshot;
     snapshot.size = std::numeric_limits<std::int64_t>::max();
@@ -262,7 +262,7 @@ std::string scenario_error(const std::string& members)
     }
 }
 
-TEST(ScenarioOfOperations, WithoutAnyMember_HasTheDocumentedDefaults)
+TEST(ScenarioOfOperations, WithoutAnyMemberHasTheDocumentedDefaults)
 {
     const Scenario read = parse_scenario(std::string("{") + kServers + "}");
     EXPECT_EQ(read.time, TimeKind::kClock);
@@ -280,7 +280,7 @@ TEST(ScenarioOfOperations, EachKindHasItsSeconds)
     EXPECT_THAT(read.operations.seconds.of, ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 86400));
 }
 
-TEST(ScenarioOfOperations, WhatMakesNoSense_IsRefusedWithItsPlace)
+TEST(ScenarioOfOperations, WhatMakesNoSenseIsRefusedWithItsPlace)
 {
     EXPECT_EQ(scenario_error(R"("time": "sun")"), "time: clock or requests is expected");
     EXPECT_EQ(scenario_error(R"("time": 1)"), "time: a string is expected, not number");

@@ -31,7 +31,7 @@ std::string usage_error(const std::vector<std::string>& arguments)
     return parsed.text;
 }
 
-TEST(SimulatorCommandLine, WithoutOptions_HasTheDocumentedDefaults)
+TEST(SimulatorCommandLine, WithoutOptionsHasTheDocumentedDefaults)
 {
     const std::optional<Options> options = parse_command_line({}).options;
     ASSERT_TRUE(options);
@@ -45,7 +45,7 @@ TEST(SimulatorCommandLine, WithoutOptions_HasTheDocumentedDefaults)
     EXPECT_TRUE(options->delays.empty());
 }
 
-TEST(SimulatorCommandLine, FaultsAndDelays_AreReadInTheirOrder)
+TEST(SimulatorCommandLine, FaultsAndDelaysAreReadInTheirOrder)
 {
     const std::optional<Options> options =
         parse_command_line({"--fault", "listLSU=2060013,3", "--delay=ioControl=250", "--fault",
@@ -64,7 +64,7 @@ TEST(SimulatorCommandLine, FaultsAndDelays_AreReadInTheirOrder)
     EXPECT_EQ(options->delays[1].delay, std::chrono::milliseconds(0));
 }
 
-TEST(SimulatorCommandLine, AWrongFault_IsExplained)
+TEST(SimulatorCommandLine, AWrongFaultIsExplained)
 {
     for (const char* wrong : {"openServer=", "openServer=x", "openServer=1x", "openServer=2147483648",
                               "openServer=,1", "openServer= 1"}) {
@@ -79,7 +79,7 @@ TEST(SimulatorCommandLine, AWrongFault_IsExplained)
     }
 }
 
-TEST(SimulatorCommandLine, AWrongDelay_IsExplained)
+TEST(SimulatorCommandLine, AWrongDelayIsExplained)
 {
     for (const char* wrong : {"openServer=", "openServer=1s", "openServer=-1", "openServer=3600001"}) {
         EXPECT_THAT(usage_error({"--delay", wrong}), HasSubstr("not a number from 0 to 3600000")) << wrong;
@@ -88,7 +88,7 @@ TEST(SimulatorCommandLine, AWrongDelay_IsExplained)
     EXPECT_THAT(usage_error({"--delay", "openServer=1", "--delay", "openServer=2"}), HasSubstr("second one"));
 }
 
-TEST(SimulatorCommandLine, AWrongAddress_IsExplained)
+TEST(SimulatorCommandLine, AWrongAddressIsExplained)
 {
     for (const char* wrong : {"8085", "127.0.0.1", "127.0.0.1:", "127.0.0.1:x", "127.0.0.1:65536", ":8085",
                               "::1:8085", "[::1]", "[]:1", "[::1]8085", "http://host:1"}) {
@@ -97,7 +97,7 @@ TEST(SimulatorCommandLine, AWrongAddress_IsExplained)
     }
 }
 
-TEST(SimulatorCommandLine, WhatMakesNoSenseElsewhere_IsExplained)
+TEST(SimulatorCommandLine, WhatMakesNoSenseElsewhereIsExplained)
 {
     EXPECT_THAT(usage_error({"--no-http", "--no-https"}), HasSubstr("leave nothing to serve"));
     EXPECT_THAT(usage_error({"--threads", "0"}), HasSubstr("--threads"));
@@ -108,7 +108,7 @@ TEST(SimulatorCommandLine, WhatMakesNoSenseElsewhere_IsExplained)
     EXPECT_THAT(usage_error({"stray"}), HasSubstr("stray"));
 }
 
-TEST(SimulatorCommandLine, Ipv6Addresses_LoseTheirBracketsAndGetThemBack)
+TEST(SimulatorCommandLine, Ipv6AddressesLoseTheirBracketsAndGetThemBack)
 {
     const std::optional<Options> options =
         parse_command_line({"--http", "[fe80::1]:80", "--advertise", "[::1]"}).options;
@@ -119,13 +119,13 @@ TEST(SimulatorCommandLine, Ipv6Addresses_LoseTheirBracketsAndGetThemBack)
     EXPECT_EQ(options->advertise, "::1");
 }
 
-TEST(SimulatorInterference, WithoutRules_LetsEverythingPass)
+TEST(SimulatorInterference, WithoutRulesLetsEverythingPass)
 {
     Interference interference({}, {});
     EXPECT_EQ(fault_of([&] { interference.apply("openServer"); }), 0);
 }
 
-TEST(SimulatorInterference, AStop_EndsDelaysThatRunAndThoseToCome)
+TEST(SimulatorInterference, AStopEndsDelaysThatRunAndThoseToCome)
 {
     Interference interference({{"openServer", 5, 1U}}, {{"openServer", std::chrono::hours(1)}});
     int code = 0;
@@ -215,7 +215,7 @@ std::size_t bytes_until_the_end(const Descriptor& client)
 
 const std::string kEmptyPost = "POST / HTTP/1.1\r\nContent-Length: 0\r\n\r\n";
 
-TEST(SimulatorServer, AClientThatIsTooSlowWithItsRequest_IsDropped)
+TEST(SimulatorServer, AClientThatIsTooSlowWithItsRequestIsDropped)
 {
     Limits limits;
     limits.for_request = std::chrono::milliseconds(0);
@@ -224,7 +224,7 @@ TEST(SimulatorServer, AClientThatIsTooSlowWithItsRequest_IsDropped)
     EXPECT_EQ(bytes_until_the_end(client), 0U);
 }
 
-TEST(SimulatorServer, AClientThatDoesNotTakeItsAnswer_IsDropped)
+TEST(SimulatorServer, AClientThatDoesNotTakeItsAnswerIsDropped)
 {
     constexpr std::size_t kMoreThanSocketsHold = 64 * 1024 * 1024;
     Limits limits;
@@ -244,7 +244,7 @@ TEST(SimulatorServer, AClientThatDoesNotTakeItsAnswer_IsDropped)
     EXPECT_LT(bytes_until_the_end(client), kMoreThanSocketsHold);
 }
 
-TEST(SimulatorServer, ALargeAnswer_ArrivesWholeAndThenTheStreamEnds)
+TEST(SimulatorServer, ALargeAnswerArrivesWholeAndThenTheStreamEnds)
 {
     constexpr std::size_t kLarge = 16 * 1024 * 1024;
     Limits limits;
@@ -256,7 +256,7 @@ TEST(SimulatorServer, ALargeAnswer_ArrivesWholeAndThenTheStreamEnds)
     EXPECT_EQ(bytes_until_the_end(client), kLarge);
 }
 
-TEST(SimulatorServer, AClientBeyondTheRoom_TakesThePlaceOfTheOldestThatKeepsItsRequestWaiting)
+TEST(SimulatorServer, AClientBeyondTheRoomTakesThePlaceOfTheOldestThatKeepsItsRequestWaiting)
 {
     Limits limits;
     limits.connections = 2;

@@ -21,7 +21,7 @@ const std::vector<std::vector<std::string>> kDeletions = {
     {"snapshot", "delete", "Network_store:filer", "vol1", "nightly.0"},
     {"export", "delete", "Network_store:filer", "vol1", "--volume", "nfs:a:b", "--host", "h"}};
 
-TEST_F(ProbeChanges, Deletions_WithoutATerminalNeedAYes)
+TEST_F(ProbeChanges, DeletionsWithoutATerminalNeedAYes)
 {
     for (const auto& deletion : kDeletions) {
         const ProcessResult result = run(deletion);
@@ -31,7 +31,7 @@ TEST_F(ProbeChanges, Deletions_WithoutATerminalNeedAYes)
     EXPECT_THAT(service.operations(), IsEmpty());
 }
 
-TEST_F(ProbeChanges, Deletions_WithAYesAreCarriedOut)
+TEST_F(ProbeChanges, DeletionsWithAYesAreCarriedOut)
 {
     const char* operations[] = {"deleteImage", "deleteSnap", "deleteExport"};
     for (std::size_t i = 0; i < kDeletions.size(); ++i) {
@@ -51,7 +51,7 @@ TEST_F(ProbeChanges, Deletions_WithAYesAreCarriedOut)
     EXPECT_THAT(asked("deleteExport"), HasSubstr(">a</ns1:exportHost>"));
 }
 
-TEST_F(ProbeChanges, Deletions_ThatAreRefusedDoNotClaimToHaveHappened)
+TEST_F(ProbeChanges, DeletionsThatAreRefusedDoNotClaimToHaveHappened)
 {
     service.refuse("deleteSnap", "in use", 2060012);
     const ProcessResult result = run({"snapshot", "delete", kName, "vol1", "nightly.0", "--yes", "--json"});
@@ -62,14 +62,14 @@ TEST_F(ProbeChanges, Deletions_ThatAreRefusedDoNotClaimToHaveHappened)
     EXPECT_EQ(service.operations().back(), "closeServer");
 }
 
-TEST_F(ProbeChanges, ImageDelete_SendsItsFlag)
+TEST_F(ProbeChanges, ImageDeleteSendsItsFlag)
 {
     service.answer("deleteImage", "");
     run({"image", "delete", kName, "vol1", "b", "1", "--async", "-2", "--yes"});
     EXPECT_THAT(asked("deleteImage"), HasSubstr("<ns1:asyncFlag>-2</ns1:asyncFlag>"));
 }
 
-TEST_F(ProbeChanges, ExportCreate_SendsTheHostsAndShowsTheVolume)
+TEST_F(ProbeChanges, ExportCreateSendsTheHostsAndShowsTheVolume)
 {
     service.answer("createExport",
                    element("exportedVolume",
@@ -83,7 +83,7 @@ TEST_F(ProbeChanges, ExportCreate_SendsTheHostsAndShowsTheVolume)
                       HasSubstr(">p1<"), HasSubstr("<ns1:flags>5</ns1:flags>")));
 }
 
-TEST_F(ProbeChanges, ExportAdd_OfADeviceBringsNoVolumeBack)
+TEST_F(ProbeChanges, ExportAddOfADeviceBringsNoVolumeBack)
 {
     service.answer("addExport",
                    element("exportedVolume", element("device", element("devicePath", "/dev/sda"))));
@@ -94,7 +94,7 @@ TEST_F(ProbeChanges, ExportAdd_OfADeviceBringsNoVolumeBack)
     EXPECT_EQ(count("addExport"), 1);
 }
 
-TEST_F(ProbeChanges, Exports_TakeAtMostSixteenHosts)
+TEST_F(ProbeChanges, ExportsTakeAtMostSixteenHosts)
 {
     std::vector<std::string> arguments = {"export", "create", kName, "vol1", "nightly.0"};
     for (int i = 0; i < 17; ++i) arguments.insert(arguments.end(), {"--host", "h" + std::to_string(i)});
@@ -105,7 +105,7 @@ TEST_F(ProbeChanges, Exports_TakeAtMostSixteenHosts)
     EXPECT_THAT(service.operations(), IsEmpty());
 }
 
-TEST_F(ProbeChanges, Claim_SendsTheVolume)
+TEST_F(ProbeChanges, ClaimSendsTheVolume)
 {
     service.answer("claimVolume", "");
     const ProcessResult result = run({"claim", kName, "--volume", "scsi:50\\:0a:serial"});
@@ -116,7 +116,7 @@ TEST_F(ProbeChanges, Claim_SendsTheVolume)
     EXPECT_THAT(service.operations(), ElementsAre("openServer", "claimVolume", "closeServer"));
 }
 
-TEST_F(ProbeChanges, Ioctl_SendsItsTextAndShowsTheAnswer)
+TEST_F(ProbeChanges, IoctlSendsItsTextAndShowsTheAnswer)
 {
     service.answer("ioControl", element("args", "\none\n\ntwo") + element("len", "0"));
     const ProcessResult result = run({"ioctl", kName, "10104", "--args", "nightly.0", "--output"});
@@ -131,7 +131,7 @@ TEST_F(ProbeChanges, Ioctl_SendsItsTextAndShowsTheAnswer)
     EXPECT_EQ(document.at("fills_buffer"), false);
 }
 
-TEST_F(ProbeChanges, Ioctl_WithoutOutputShowsNothing)
+TEST_F(ProbeChanges, IoctlWithoutOutputShowsNothing)
 {
     service.answer("ioControl", element("args", "unasked") + element("len", "0"));
     const ProcessResult result = run({"ioctl", kName, "7"});
@@ -140,7 +140,7 @@ TEST_F(ProbeChanges, Ioctl_WithoutOutputShowsNothing)
     EXPECT_THAT(asked("ioControl"), HasSubstr("<ns1:ioflag>0</ns1:ioflag>"));
 }
 
-TEST_F(ProbeChanges, Ioctl_SurvivesAnAnswerFarLongerThanTheBuffer)
+TEST_F(ProbeChanges, IoctlSurvivesAnAnswerFarLongerThanTheBuffer)
 {
     service.answer("ioControl", element("args", std::string(300000, 'x')) + element("len", "0"));
     const ProcessResult result = run({"ioctl", kName, "7", "--output", "--size", "8"});
@@ -149,7 +149,7 @@ TEST_F(ProbeChanges, Ioctl_SurvivesAnAnswerFarLongerThanTheBuffer)
     EXPECT_EQ(result.err, "warning: the answer fills the buffer and may be cut; raise --size\n");
 }
 
-TEST_F(ProbeChanges, Ioctl_RefusesATextThatDoesNotFitItsBuffer)
+TEST_F(ProbeChanges, IoctlRefusesATextThatDoesNotFitItsBuffer)
 {
     EXPECT_EQ(run({"ioctl", kName, "7", "--args", "12345678", "--size", "8"}).exit_code, 2);
     EXPECT_EQ(run({"ioctl", kName, "7", "--size", "2"}).exit_code, 2);

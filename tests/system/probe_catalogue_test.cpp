@@ -25,7 +25,7 @@ class ProbeLists : public ProbeCatalogueTest
     }
 };
 
-TEST_F(ProbeLists, Lsus_ShowsThemAllAndClosesListAndServer)
+TEST_F(ProbeLists, LsusShowsThemAllAndClosesListAndServer)
 {
     two_lsus();
     const ProcessResult result = run({"lsus", kName});
@@ -37,7 +37,7 @@ TEST_F(ProbeLists, Lsus_ShowsThemAllAndClosesListAndServer)
     EXPECT_THAT(asked("closeLSUList"), HasSubstr("<ns1:token>L-1</ns1:token>"));
 }
 
-TEST_F(ProbeLists, Lsus_PrintsJsonAndBareFields)
+TEST_F(ProbeLists, LsusPrintsJsonAndBareFields)
 {
     two_lsus();
     const json expected = {{"lsus", {{{"name", "vol1"}}, {{"name", "vol2"}}}}, {"complete", true}};
@@ -46,7 +46,7 @@ TEST_F(ProbeLists, Lsus_PrintsJsonAndBareFields)
     EXPECT_EQ(run({"lsus", kName, "--separator", ";"}).out, "vol1\nvol2\n");
 }
 
-TEST_F(ProbeLists, Lsus_ShowsAnEmptyListAsOne)
+TEST_F(ProbeLists, LsusShowsAnEmptyListAsOne)
 {
     const ProcessResult result = run({"lsus", kName, "--json"});
     EXPECT_EQ(result.exit_code, 0);
@@ -54,7 +54,7 @@ TEST_F(ProbeLists, Lsus_ShowsAnEmptyListAsOne)
     EXPECT_EQ(json::parse(result.out), expected);
 }
 
-TEST_F(ProbeLists, Lsus_CleansWhatTheServiceSent)
+TEST_F(ProbeLists, LsusCleansWhatTheServiceSent)
 {
     service.answer_first("listLSU", element("lsu", "a&#x7F;&#x9F;b"));
     EXPECT_EQ(run({"lsus", kName}).out, "LSU\na\xEF\xBF\xBD\xEF\xBF\xBD"
@@ -163,7 +163,7 @@ TEST_F(ProbeLists, AfterAFailureAFailedCloseIsAWarning)
                                   HasSubstr("STS_ESOAPERROR(2060017): ")));
 }
 
-TEST_F(ProbeLists, Images_ShowsWhatTheListHolds)
+TEST_F(ProbeLists, ImagesShowsWhatTheListHolds)
 {
     service.answer_first("listImage",
                          element("image", element("basename", "backup") + element("date", "20240131") +
@@ -177,7 +177,7 @@ TEST_F(ProbeLists, Images_ShowsWhatTheListHolds)
                 AllOf(HasSubstr("<ns1:lsuName>vol1</ns1:lsuName>"), HasSubstr("<ns1:type>-7</ns1:type>")));
 }
 
-TEST_F(ProbeLists, Snapshots_AreThoseOfAnLsuOrOfAVolume)
+TEST_F(ProbeLists, SnapshotsAreThoseOfAnLsuOrOfAVolume)
 {
     const std::string snap = element("snapDef", element("snapName", "nightly.0") + element("snapType", "1") +
                                                     element("snapFlags", "-2") + element("snapSaveas", "3"));
@@ -192,7 +192,7 @@ TEST_F(ProbeLists, Snapshots_AreThoseOfAnLsuOrOfAVolume)
     EXPECT_EQ(count("closeSnapList"), 2);
 }
 
-TEST_F(ProbeLists, Snapshots_WantsAnLsuOrAVolumeAndNotBoth)
+TEST_F(ProbeLists, SnapshotsWantsAnLsuOrAVolumeAndNotBoth)
 {
     EXPECT_EQ(run({"snapshots", kName}).exit_code, 2);
     EXPECT_EQ(run({"snapshots", kName, "vol1", "--volume", "nfs:a"}).exit_code, 2);
@@ -202,7 +202,7 @@ TEST_F(ProbeLists, Snapshots_WantsAnLsuOrAVolumeAndNotBoth)
     EXPECT_THAT(service.operations(), IsEmpty());
 }
 
-TEST_F(ProbeLists, RollbackCheck_SendsTheSnapshotsToRollBackOverAndListsTheAnswer)
+TEST_F(ProbeLists, RollbackCheckSendsTheSnapshotsToRollBackOverAndListsTheAnswer)
 {
     service.answer_first("listSnap", element("snapDef", element("snapName", "met")));
     const ProcessResult result = run({"rollback", "check", kName, "vol1", "nightly.2", "--volume",
@@ -215,7 +215,7 @@ TEST_F(ProbeLists, RollbackCheck_SendsTheSnapshotsToRollBackOverAndListsTheAnswe
     EXPECT_EQ(count("closeSnapList"), 1);
 }
 
-TEST_F(ProbeCatalogueTest, Lsu_ShowsItsProperties)
+TEST_F(ProbeCatalogueTest, LsuShowsItsProperties)
 {
     service.answer("getLSUPropByName",
                    element("info", element("server", "srv") +
@@ -233,7 +233,7 @@ TEST_F(ProbeCatalogueTest, Lsu_ShowsItsProperties)
     EXPECT_THAT(run({"lsu", kName, "vol1", "--separator", "="}).out, HasSubstr("\nimages=14\n"));
 }
 
-TEST_F(ProbeCatalogueTest, Lsu_ThatIsRefusedShowsNothingAndClosesTheServer)
+TEST_F(ProbeCatalogueTest, LsuThatIsRefusedShowsNothingAndClosesTheServer)
 {
     service.refuse("getLSUPropByName", "no such LSU", 2060013);
     const ProcessResult result = run({"lsu", kName, "vol9"});
@@ -243,7 +243,7 @@ TEST_F(ProbeCatalogueTest, Lsu_ThatIsRefusedShowsNothingAndClosesTheServer)
     EXPECT_EQ(service.operations().back(), "closeServer");
 }
 
-TEST_F(ProbeCatalogueTest, Names_ThatWouldBeCutAreRefused)
+TEST_F(ProbeCatalogueTest, NamesThatWouldBeCutAreRefused)
 {
     EXPECT_EQ(run({"lsu", kName, std::string(1024, 'x')}).exit_code, 2);
     EXPECT_EQ(run({"image", "show", kName, "vol1", "b", std::string(32, '1')}).exit_code, 2);
@@ -301,7 +301,7 @@ TEST_F(ProbeReplication, AnotherNumberOfPartnersIsAnError)
     EXPECT_THAT(result.err, AllOf(StartsWith("STS_EBADARG(2060022): "), HasSubstr("Number of sources")));
 }
 
-TEST_F(ProbeCatalogueTest, ImageShow_ShowsItsProperties)
+TEST_F(ProbeCatalogueTest, ImageShowShowsItsProperties)
 {
     service.answer(
         "getImagePropByName",
@@ -321,7 +321,7 @@ TEST_F(ProbeCatalogueTest, ImageShow_ShowsItsProperties)
                 StartsWith("Base name         backup\n"));
 }
 
-TEST_F(ProbeCatalogueTest, SnapshotShow_ShowsItsPropertiesAndItsVolume)
+TEST_F(ProbeCatalogueTest, SnapshotShowShowsItsPropertiesAndItsVolume)
 {
     const auto info = [](const std::string& volume) {
         return element("snapInfo", element("snapDef", element("snapName", "nightly.0")) +

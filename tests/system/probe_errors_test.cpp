@@ -15,7 +15,7 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-TEST_F(ProbeTest, Error_OfANamedStatusTellsItsMeaningAndWhatTheServiceSaid)
+TEST_F(ProbeTest, ErrorOfANamedStatusTellsItsMeaningAndWhatTheServiceSaid)
 {
     service.refuse("getServerPropByName", "come back tomorrow", 2060005);
     const ProcessResult result = probe({"discover", kName});
@@ -27,7 +27,7 @@ TEST_F(ProbeTest, Error_OfANamedStatusTellsItsMeaningAndWhatTheServiceSaid)
               HasSubstr("\n    \"come back tomorrow\"\n"), EndsWith("HANDLE_SOAP_FAULT: 2060005\n")));
 }
 
-TEST_F(ProbeTest, Error_OfAnotherNumberIsTheServicesOwn)
+TEST_F(ProbeTest, ErrorOfAnotherNumberIsTheServicesOwn)
 {
     for (const int number : {12345, -7}) {
         service.refuse("getServerPropByName", "no", number);
@@ -38,7 +38,7 @@ TEST_F(ProbeTest, Error_OfAnotherNumberIsTheServicesOwn)
     }
 }
 
-TEST_F(ProbeTest, Error_OfAFaultWithoutANumberSaysSo)
+TEST_F(ProbeTest, ErrorOfAFaultWithoutANumberSaysSo)
 {
     service.refuse_without_detail("getServerPropByName", "no reason");
     const ProcessResult result = probe({"discover", kName});
@@ -48,7 +48,7 @@ TEST_F(ProbeTest, Error_OfAFaultWithoutANumberSaysSo)
                       HasSubstr("no reason")));
 }
 
-TEST_F(ProbeTest, Error_OfARefusalWithTheStatusOfSuccessIsNoSuccess)
+TEST_F(ProbeTest, ErrorOfARefusalWithTheStatusOfSuccessIsNoSuccess)
 {
     service.refuse("getServerPropByName", "sly", 0);
     const ProcessResult result = probe({"discover", kName});
@@ -59,7 +59,7 @@ TEST_F(ProbeTest, Error_OfARefusalWithTheStatusOfSuccessIsNoSuccess)
                       HasSubstr("sly")));
 }
 
-TEST_F(ProbeTest, Error_OfAServiceThatIsNotThere)
+TEST_F(ProbeTest, ErrorOfAServiceThatIsNotThere)
 {
     const kit::DeadPort port;
     folder.write("soapwrapper.conf", "filer = " + port.url() + "\n");
@@ -71,7 +71,7 @@ TEST_F(ProbeTest, Error_OfAServiceThatIsNotThere)
                       HasSubstr("\n    \"Connection refused\"\n")));
 }
 
-TEST_F(ProbeTest, Error_OfAnAnswerThatIsNotSoap)
+TEST_F(ProbeTest, ErrorOfAnAnswerThatIsNotSoap)
 {
     for (const char* answer : {"HTTP/1.1 200 OK\r\nContent-Length: 7\r\n\r\ngarbage", "garbage", "",
                                "HTTP/1.1 503 Service Unavailable\r\nContent-Length: 0\r\n\r\n"}) {
@@ -82,7 +82,7 @@ TEST_F(ProbeTest, Error_OfAnAnswerThatIsNotSoap)
     }
 }
 
-TEST_F(ProbeTest, Error_OfANameThatBelongsToAnotherPlugIn)
+TEST_F(ProbeTest, ErrorOfANameThatBelongsToAnotherPlugIn)
 {
     const ProcessResult result = probe({"discover", "Disk_store:filer"});
     EXPECT_EQ(result.exit_code, 4);
@@ -90,7 +90,7 @@ TEST_F(ProbeTest, Error_OfANameThatBelongsToAnotherPlugIn)
     EXPECT_THAT(service.operations(), IsEmpty());
 }
 
-TEST_F(ProbeTest, Error_OfANameWithoutAColon)
+TEST_F(ProbeTest, ErrorOfANameWithoutAColon)
 {
     const ProcessResult result = probe({"discover", "Network_store"});
     EXPECT_EQ(result.exit_code, 4);
@@ -99,7 +99,7 @@ TEST_F(ProbeTest, Error_OfANameWithoutAColon)
     EXPECT_THAT(service.operations(), IsEmpty());
 }
 
-TEST_F(ProbeTest, Error_IsAlsoPrintedAsJson)
+TEST_F(ProbeTest, ErrorIsAlsoPrintedAsJson)
 {
     service.refuse("getServerPropByName", "come\nback", 2060005);
     const ProcessResult result = probe({"discover", kName, "--json"});
@@ -114,7 +114,7 @@ TEST_F(ProbeTest, Error_IsAlsoPrintedAsJson)
     EXPECT_THAT(std::string(error.at("detail")), AllOf(HasSubstr("\"come\nback\"\n"), EndsWith(": 2060005")));
 }
 
-TEST_F(ProbeTest, Error_TextIsCleanedForTerminalAndJson)
+TEST_F(ProbeTest, ErrorTextIsCleanedForTerminalAndJson)
 {
     service.refuse("getServerPropByName", "red &#27;]0;owned&#7; \xC2\x9B end", 2060005);
     const auto is_clean = AllOf(HasSubstr("red \xEF\xBF\xBD]0;owned\xEF\xBF\xBD \xEF\xBF\xBD end"),
@@ -124,7 +124,7 @@ TEST_F(ProbeTest, Error_TextIsCleanedForTerminalAndJson)
     EXPECT_THAT(std::string(json::parse(result.out).at("error").at("detail")), is_clean);
 }
 
-TEST_F(ProbeTest, Error_TextOfAnySizeStaysReadable)
+TEST_F(ProbeTest, ErrorTextOfAnySizeStaysReadable)
 {
     std::string flood;
     for (int i = 0; i < 5000; ++i) flood += "line " + std::to_string(i) + "\n";

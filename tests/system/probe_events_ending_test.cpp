@@ -11,7 +11,7 @@ using ::testing::StartsWith;
 
 using ProbeEventsEnding = ProbeEventsTest;
 
-TEST_F(ProbeEventsEnding, Following_GoesOnBehindAnEmptyChannel)
+TEST_F(ProbeEventsEnding, FollowingGoesOnBehindAnEmptyChannel)
 {
     service.refuse_first("getEvent", "not yet", 2060013);
     tell_operation(1, "late");
@@ -21,7 +21,7 @@ TEST_F(ProbeEventsEnding, Following_GoesOnBehindAnEmptyChannel)
     EXPECT_THAT(service.operations(), ElementsAreArray(around({"getEvent", "getEvent", "getEvent"})));
 }
 
-TEST_F(ProbeEventsEnding, Following_IsEndedWellByEitherSignal)
+TEST_F(ProbeEventsEnding, FollowingIsEndedWellByEitherSignal)
 {
     for (const int signal : {SIGINT, SIGTERM}) {
         const long before = count("getEvent");
@@ -36,7 +36,7 @@ TEST_F(ProbeEventsEnding, Following_IsEndedWellByEitherSignal)
     EXPECT_EQ(count("closeServer"), 4);
 }
 
-TEST_F(ProbeEventsEnding, ASignalWhileAnEventComes_LetsItBeShownAndDeleted)
+TEST_F(ProbeEventsEnding, ASignalWhileAnEventComesLetsItBeShownAndDeleted)
 {
     tell_operation(1, "one");
     tell_operation(2, "two");
@@ -47,7 +47,7 @@ TEST_F(ProbeEventsEnding, ASignalWhileAnEventComes_LetsItBeShownAndDeleted)
     EXPECT_THAT(service.operations(), ElementsAreArray(around({"getEvent", "deleteEvent"})));
 }
 
-TEST_F(ProbeEventsEnding, ASignalToWhoDoesNotFollow_CutsTheReadingShort)
+TEST_F(ProbeEventsEnding, ASignalToWhoDoesNotFollowCutsTheReadingShort)
 {
     tell_operation(1, "one");
     tell_operation(2, "two");
@@ -58,7 +58,7 @@ TEST_F(ProbeEventsEnding, ASignalToWhoDoesNotFollow_CutsTheReadingShort)
     EXPECT_THAT(service.operations(), ElementsAreArray(around({"getEvent"})));
 }
 
-TEST_F(ProbeEventsEnding, Following_EndsAtAFailure)
+TEST_F(ProbeEventsEnding, FollowingEndsAtAFailure)
 {
     service.refuse_first("getEvent", "not yet", 2060013);
     service.refuse("getEvent", "down", 2060005);
@@ -68,7 +68,7 @@ TEST_F(ProbeEventsEnding, Following_EndsAtAFailure)
     EXPECT_THAT(service.operations(), ElementsAreArray(around_a_failure({"getEvent", "getEvent"})));
 }
 
-TEST_F(ProbeEventsEnding, AReaderOfTheLinesThatGoesAway_LeavesNoChannelOpen)
+TEST_F(ProbeEventsEnding, AReaderOfTheLinesThatGoesAwayLeavesNoChannelOpen)
 {
     tell_operation(1, "one");
     Process::Streams streams;
@@ -78,7 +78,7 @@ TEST_F(ProbeEventsEnding, AReaderOfTheLinesThatGoesAway_LeavesNoChannelOpen)
     EXPECT_THAT(service.operations(), ElementsAreArray(around_a_failure({"getEvent"})));
 }
 
-TEST_F(ProbeEventsEnding, AChannelWhoseLoginIsBusy_IsClosedAgain)
+TEST_F(ProbeEventsEnding, AChannelWhoseLoginIsBusyIsClosedAgain)
 {
     for (const int busy : {2060005, 2060012}) {
         const long closed = count("closeEventChannel");
@@ -90,7 +90,7 @@ TEST_F(ProbeEventsEnding, AChannelWhoseLoginIsBusy_IsClosedAgain)
     EXPECT_EQ(count("closeServer"), 6);
 }
 
-TEST_F(ProbeEventsEnding, AChannelThatWasClosedByTheFirstTry_MayBeUnknownToTheSecond)
+TEST_F(ProbeEventsEnding, AChannelThatWasClosedByTheFirstTryMayBeUnknownToTheSecond)
 {
     service.answer_first("closeEventChannel", "");
     service.refuse("closeEventChannel", "no such channel", 2060022);
@@ -100,7 +100,7 @@ TEST_F(ProbeEventsEnding, AChannelThatWasClosedByTheFirstTry_MayBeUnknownToTheSe
     EXPECT_EQ(count("closeEventChannel"), 2);
 }
 
-TEST_F(ProbeEventsEnding, AChannelWhoseOwnEndIsRefused_IsNeverClosedAgain)
+TEST_F(ProbeEventsEnding, AChannelWhoseOwnEndIsRefusedIsNeverClosedAgain)
 {
     for (const int status : {2060005, 2060012, 2060022}) {
         const long closed = count("closeEventChannel");
@@ -113,7 +113,7 @@ TEST_F(ProbeEventsEnding, AChannelWhoseOwnEndIsRefused_IsNeverClosedAgain)
     EXPECT_EQ(count("closeServer"), 6);
 }
 
-TEST_F(ProbeEventsEnding, AChannelThatStaysBusy_IsGivenUp)
+TEST_F(ProbeEventsEnding, AChannelThatStaysBusyIsGivenUp)
 {
     for (int i = 0; i < 5; ++i) service.refuse_first("closeServer", "not yet", 2060012);
     const ProcessResult result = run_events();
@@ -123,7 +123,7 @@ TEST_F(ProbeEventsEnding, AChannelThatStaysBusy_IsGivenUp)
     EXPECT_EQ(count("closeServer"), 6) << "the probe's own server is closed all the same";
 }
 
-TEST_F(ProbeEventsEnding, AChannelThatCannotBeClosedBehindAFailure_IsAWarning)
+TEST_F(ProbeEventsEnding, AChannelThatCannotBeClosedBehindAFailureIsAWarning)
 {
     service.refuse("getEvent", "broken", 77);
     service.refuse("closeEventChannel", "no", 78);

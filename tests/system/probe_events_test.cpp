@@ -53,7 +53,7 @@ class ProbeEvents : public ProbeEventsTest
     }
 };
 
-TEST_F(ProbeEvents, OfAllKinds_AreALineEach)
+TEST_F(ProbeEvents, OfAllKindsAreALineEach)
 {
     tell_all();
     const ProcessResult result = run_events();
@@ -76,7 +76,7 @@ TEST_F(ProbeEvents, OfAllKinds_AreALineEach)
                                  "getEvent", "getEventPayload", "getEvent", "getEvent", "getEvent"})));
 }
 
-TEST_F(ProbeEvents, AsJson_AreALineEachWithAllThatTheLibraryBrings)
+TEST_F(ProbeEvents, AsJsonAreALineEachWithAllThatTheLibraryBrings)
 {
     tell_all();
     const ProcessResult result = run_events({"--json"});
@@ -108,7 +108,7 @@ TEST_F(ProbeEvents, AsJson_AreALineEachWithAllThatTheLibraryBrings)
     EXPECT_EQ(lines[5].count("payload_length"), 0U);
 }
 
-TEST_F(ProbeEvents, AnActivityWithAnImage_TellsItInJson)
+TEST_F(ProbeEvents, AnActivityWithAnImageTellsItInJson)
 {
     std::string with_image = activity("m");
     const std::string behind = element("lsuName", "vol1");
@@ -119,7 +119,7 @@ TEST_F(ProbeEvents, AnActivityWithAnImage_TellsItInJson)
                               "status": 1})"));
 }
 
-TEST_F(ProbeEvents, WithASeparator_AreBareFields)
+TEST_F(ProbeEvents, WithASeparatorAreBareFields)
 {
     tell_operation(1, "one");
     tell(event(-5, 0, 8));
@@ -127,20 +127,20 @@ TEST_F(ProbeEvents, WithASeparator_AreBareFields)
               "1|inline|operation|one: 12 bytes, good\n-5|detached|image-replication|\n");
 }
 
-TEST_F(ProbeEvents, WithControlCharacters_AreShownWithoutThem)
+TEST_F(ProbeEvents, WithControlCharactersAreShownWithoutThem)
 {
     tell(event(1, 2, 6, activity("two\nlines&#9;and &#27;[2J &#x85;")));
     const ProcessResult result = run_events({"--separator", "|"});
     EXPECT_EQ(result.out, "1|inline|activity|two lines and \xEF\xBF\xBD[2J \xEF\xBF\xBD\n");
 }
 
-TEST_F(ProbeEvents, WithoutAMessage_TellTheActionAndTheLsu)
+TEST_F(ProbeEvents, WithoutAMessageTellTheActionAndTheLsu)
 {
     tell(event(1, 2, 6, activity("")));
     EXPECT_THAT(run_events().out, HasSubstr("activity           LSU vol1: action 2\n"));
 }
 
-TEST_F(ProbeEvents, OfKindsThatTheLibraryHasNoPlaceFor_AreShownAsUnknown)
+TEST_F(ProbeEvents, OfKindsThatTheLibraryHasNoPlaceForAreShownAsUnknown)
 {
     tell(event(1, 2, 77));
     tell(event(2, 0, 3));
@@ -174,7 +174,7 @@ TEST_F(ProbeEvents, AreFoundByDiscoveryLikeAnythingElse)
     EXPECT_EQ(service.operations().front(), "getServerPropByName");
 }
 
-TEST_F(ProbeEvents, ToBeDeleted_AreDeletedOneByOneOnceTheyWereShown)
+TEST_F(ProbeEvents, ToBeDeletedAreDeletedOneByOneOnceTheyWereShown)
 {
     tell_operation(1, "one");
     tell(event(2, 0, 6, activity("four")));
@@ -185,7 +185,7 @@ TEST_F(ProbeEvents, ToBeDeleted_AreDeletedOneByOneOnceTheyWereShown)
     EXPECT_THAT(asked("deleteEvent"), AllOf(HasSubstr("<ns1:seqno>2</ns1:seqno>"), HasSubstr(">T-1<")));
 }
 
-TEST_F(ProbeEvents, ThatCouldNotBeWritten_AreNotDeleted)
+TEST_F(ProbeEvents, ThatCouldNotBeWrittenAreNotDeleted)
 {
     tell_operation(1, "one");
     std::vector<std::string> arguments = complete(command({"--delete"}));
@@ -195,7 +195,7 @@ TEST_F(ProbeEvents, ThatCouldNotBeWritten_AreNotDeleted)
     EXPECT_THAT(service.operations(), ElementsAreArray(around_a_failure({"getEvent"})));
 }
 
-TEST_F(ProbeEvents, ThatWillNotBeDeleted_EndTheReading)
+TEST_F(ProbeEvents, ThatWillNotBeDeletedEndTheReading)
 {
     tell_operation(1, "one");
     service.refuse("deleteEvent", "never", 2060012);
@@ -206,7 +206,7 @@ TEST_F(ProbeEvents, ThatWillNotBeDeleted_EndTheReading)
     EXPECT_THAT(service.operations(), ElementsAreArray(around_a_failure({"getEvent", "deleteEvent"})));
 }
 
-TEST_F(ProbeEvents, WhosePayloadIsRefused_AreShownWithoutItAndKept)
+TEST_F(ProbeEvents, WhosePayloadIsRefusedAreShownWithoutItAndKept)
 {
     tell(event(1, 0, 6, activity("four")));
     tell_operation(2, "two");
@@ -221,7 +221,7 @@ TEST_F(ProbeEvents, WhosePayloadIsRefused_AreShownWithoutItAndKept)
     EXPECT_THAT(asked("deleteEvent"), HasSubstr("<ns1:seqno>2</ns1:seqno>"));
 }
 
-TEST_F(ProbeEvents, WhosePayloadIsLostWithTheConnection_EndTheReading)
+TEST_F(ProbeEvents, WhosePayloadIsLostWithTheConnectionEndTheReading)
 {
     tell(event(1, 0, 6, activity("four")));
     service.answer_raw("getEventPayload", "");
@@ -230,7 +230,7 @@ TEST_F(ProbeEvents, WhosePayloadIsLostWithTheConnection_EndTheReading)
     EXPECT_THAT(result.err, StartsWith("STS_ESOAPERROR(2060017): "));
 }
 
-TEST_F(ProbeEvents, ThePayload_IsAskedForOfTheEventThatWasAnnounced)
+TEST_F(ProbeEvents, ThePayloadIsAskedForOfTheEventThatWasAnnounced)
 {
     tell(event(41, 0, 6, activity("four")));
     run_events();
@@ -238,7 +238,7 @@ TEST_F(ProbeEvents, ThePayload_IsAskedForOfTheEventThatWasAnnounced)
                 AllOf(HasSubstr("<ns1:seqno>41</ns1:seqno>"), HasSubstr("<ns1:type>6</ns1:type>")));
 }
 
-TEST_F(ProbeEvents, ALostConnection_IsAFailureBehindWhatWasShown)
+TEST_F(ProbeEvents, ALostConnectionIsAFailureBehindWhatWasShown)
 {
     tell_operation(1, "one");
     service.answer_raw("getEvent", "");
@@ -251,7 +251,7 @@ TEST_F(ProbeEvents, ALostConnection_IsAFailureBehindWhatWasShown)
     EXPECT_THAT(service.operations(), ElementsAreArray(around_a_failure({"getEvent", "getEvent"})));
 }
 
-TEST_F(ProbeEvents, TheStatusOfTheEnd_IsTheServicesToChoose)
+TEST_F(ProbeEvents, TheStatusOfTheEndIsTheServicesToChoose)
 {
     service.refuse("getEvent", "enough", 77);
     EXPECT_EQ(run_events().exit_code, 4);
@@ -261,7 +261,7 @@ TEST_F(ProbeEvents, TheStatusOfTheEnd_IsTheServicesToChoose)
     EXPECT_EQ(run_events().exit_code, 4) << "a refusal with the status of success is a refusal";
 }
 
-TEST_F(ProbeEvents, TheSameOneOverAndOver_IsAFailure)
+TEST_F(ProbeEvents, TheSameOneOverAndOverIsAFailure)
 {
     service.answer("getEvent", event(5, 2, 1, operation("again")));
     const ProcessResult result = run_events({"--follow"});
@@ -270,7 +270,7 @@ TEST_F(ProbeEvents, TheSameOneOverAndOver_IsAFailure)
     EXPECT_EQ(count("getEvent"), 102);
 }
 
-TEST_F(ProbeEvents, AnAnswerWithoutOne_IsAFailure)
+TEST_F(ProbeEvents, AnAnswerWithoutOneIsAFailure)
 {
     service.answer("getEvent", "");
     const ProcessResult result = run_events();
@@ -279,7 +279,7 @@ TEST_F(ProbeEvents, AnAnswerWithoutOne_IsAFailure)
     EXPECT_THAT(service.operations(), ElementsAreArray(around_a_failure({"getEvent"})));
 }
 
-TEST_F(ProbeEvents, AChannelThatIsRefused_LeavesNothingOpen)
+TEST_F(ProbeEvents, AChannelThatIsRefusedLeavesNothingOpen)
 {
     service.refuse("openEventChannel", "no", 2069004);
     const ProcessResult result = run_events();
@@ -289,7 +289,7 @@ TEST_F(ProbeEvents, AChannelThatIsRefused_LeavesNothingOpen)
     EXPECT_EQ(count("closeEventChannel"), 0);
 }
 
-TEST_F(ProbeEvents, AChannelWithoutAToken_IsClosedAllTheSame)
+TEST_F(ProbeEvents, AChannelWithoutATokenIsClosedAllTheSame)
 {
     service.answer("openEventChannel", "");
     const ProcessResult result = run_events();
@@ -298,7 +298,7 @@ TEST_F(ProbeEvents, AChannelWithoutAToken_IsClosedAllTheSame)
     EXPECT_THAT(service.operations(), ElementsAreArray(around_a_failure({})));
 }
 
-TEST_F(ProbeEvents, TheCredential_IsInNoOutput)
+TEST_F(ProbeEvents, TheCredentialIsInNoOutput)
 {
     service.refuse("openEventChannel", "bad: open sesame, b3BlbiBzZXNhbWU=", 2069002);
     const ProcessResult result = run_events({"--log", "record"});

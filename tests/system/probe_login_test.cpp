@@ -18,7 +18,7 @@ constexpr char kSecret[] = "open sesame";
 constexpr char kSecretOnTheWire[] = "b3BlbiBzZXNhbWU=";
 const std::map<std::string, std::string> kSecretInEnvironment = {{"SOAPWRAPPER_CREDENTIAL", kSecret}};
 
-TEST_F(ProbeTest, Server_DiscoversOpensReadsAndCloses)
+TEST_F(ProbeTest, ServerDiscoversOpensReadsAndCloses)
 {
     answer_all();
     const ProcessResult result = probe({"server", kName}, kSecretInEnvironment);
@@ -32,7 +32,7 @@ TEST_F(ProbeTest, Server_DiscoversOpensReadsAndCloses)
                                   HasSubstr("*       11.1.2   http  " + service.url() + "\n")));
 }
 
-TEST_F(ProbeTest, Server_PrintsJson)
+TEST_F(ProbeTest, ServerPrintsJson)
 {
     answer_all();
     const json document = json::parse(probe({"server", kName, "--json"}, kSecretInEnvironment).out);
@@ -41,7 +41,7 @@ TEST_F(ProbeTest, Server_PrintsJson)
     EXPECT_EQ(document.count("error"), 0U);
 }
 
-TEST_F(ProbeTest, Server_OpensWithoutDiscoveryIfToldTo)
+TEST_F(ProbeTest, ServerOpensWithoutDiscoveryIfToldTo)
 {
     answer_all();
     const ProcessResult result = probe({"server", kName, "--no-discover"}, kSecretInEnvironment);
@@ -51,7 +51,7 @@ TEST_F(ProbeTest, Server_OpensWithoutDiscoveryIfToldTo)
                 AllOf(HasSubstr("VERSION  TYPE  URL\n11.1.2   http  "), Not(HasSubstr("CHOSEN"))));
 }
 
-TEST_F(ProbeTest, Server_WithoutDiscoveryStillLeavesOtherPlugInsNamesAlone)
+TEST_F(ProbeTest, ServerWithoutDiscoveryStillLeavesOtherPlugInsNamesAlone)
 {
     const ProcessResult result = probe({"server", "Disk_store:filer", "--no-discover"}, kSecretInEnvironment);
     EXPECT_EQ(result.exit_code, 4);
@@ -59,7 +59,7 @@ TEST_F(ProbeTest, Server_WithoutDiscoveryStillLeavesOtherPlugInsNamesAlone)
     EXPECT_THAT(service.operations(), IsEmpty());
 }
 
-TEST_F(ProbeTest, Server_SendsTheRequiredInterface)
+TEST_F(ProbeTest, ServerSendsTheRequiredInterface)
 {
     answer_all();
     probe({"server", kName, "--interface", "11;1;2"}, kSecretInEnvironment);
@@ -69,7 +69,7 @@ TEST_F(ProbeTest, Server_SendsTheRequiredInterface)
     EXPECT_THAT(service.request("openServer"), HasSubstr("<ns1:requiredInterface/>"));
 }
 
-TEST_F(ProbeTest, Server_ThatCannotBeDiscoveredIsNotOpened)
+TEST_F(ProbeTest, ServerThatCannotBeDiscoveredIsNotOpened)
 {
     answer_all();
     service.refuse("getServerPropByName", "who is that", 2060022);
@@ -79,7 +79,7 @@ TEST_F(ProbeTest, Server_ThatCannotBeDiscoveredIsNotOpened)
     EXPECT_THAT(service.operations(), ElementsAre("getServerPropByName"));
 }
 
-TEST_F(ProbeTest, Server_ThatRefusesTheOpenIsNotClosed)
+TEST_F(ProbeTest, ServerThatRefusesTheOpenIsNotClosed)
 {
     answer_all();
     service.refuse("openServer", "wrong credential", 4711);
@@ -90,7 +90,7 @@ TEST_F(ProbeTest, Server_ThatRefusesTheOpenIsNotClosed)
     EXPECT_THAT(service.operations(), ElementsAre("getServerPropByName", "openServer"));
 }
 
-TEST_F(ProbeTest, Server_ThatRefusesTheOpenWithTheStatusOfSuccessIsAnError)
+TEST_F(ProbeTest, ServerThatRefusesTheOpenWithTheStatusOfSuccessIsAnError)
 {
     answer_all();
     service.refuse("openServer", "sly", 0);
@@ -100,7 +100,7 @@ TEST_F(ProbeTest, Server_ThatRefusesTheOpenWithTheStatusOfSuccessIsAnError)
     EXPECT_THAT(service.operations(), ElementsAre("getServerPropByName", "openServer"));
 }
 
-TEST_F(ProbeTest, Server_WhoseAnswerHoldsNoHandleIsAnError)
+TEST_F(ProbeTest, ServerWhoseAnswerHoldsNoHandleIsAnError)
 {
     answer_all();
     service.answer("openServer", "");
@@ -109,7 +109,7 @@ TEST_F(ProbeTest, Server_WhoseAnswerHoldsNoHandleIsAnError)
     EXPECT_THAT(result.err, StartsWith("STS_EPLUGIN(2060046): "));
 }
 
-TEST_F(ProbeTest, Server_WhosePropertiesAreRefusedIsClosedAllTheSame)
+TEST_F(ProbeTest, ServerWhosePropertiesAreRefusedIsClosedAllTheSame)
 {
     answer_all();
     service.refuse("getServerProp", "not for you", 2060005);
@@ -120,7 +120,7 @@ TEST_F(ProbeTest, Server_WhosePropertiesAreRefusedIsClosedAllTheSame)
     EXPECT_EQ(service.operations().back(), "closeServer");
 }
 
-TEST_F(ProbeTest, Server_ThatRefusesTheCloseHasShownItsProperties)
+TEST_F(ProbeTest, ServerThatRefusesTheCloseHasShownItsProperties)
 {
     answer_all();
     service.refuse("closeServer", "stay", 2060012);
@@ -137,7 +137,7 @@ TEST_F(ProbeTest, Server_ThatRefusesTheCloseHasShownItsProperties)
                 ElementsAre("getServerPropByName", "openServer", "getServerProp", "closeServer"));
 }
 
-TEST_F(ProbeTest, Credential_ComesFromTheEnvironment)
+TEST_F(ProbeTest, CredentialComesFromTheEnvironment)
 {
     answer_all();
     EXPECT_EQ(probe({"server", kName}, kSecretInEnvironment).exit_code, 0);
@@ -146,7 +146,7 @@ TEST_F(ProbeTest, Credential_ComesFromTheEnvironment)
                       HasSubstr("<ns1:len>11</ns1:len>"), HasSubstr("<ns1:type>1</ns1:type>")));
 }
 
-TEST_F(ProbeTest, Credential_ComesFromAFileWithoutItsLastLineFeed)
+TEST_F(ProbeTest, CredentialComesFromAFileWithoutItsLastLineFeed)
 {
     answer_all();
     const std::string file = folder.write("login", std::string(kSecret) + "\n");
@@ -159,7 +159,7 @@ TEST_F(ProbeTest, Credential_ComesFromAFileWithoutItsLastLineFeed)
                       HasSubstr("<ns1:len>11</ns1:len>"), HasSubstr("<ns1:type>3</ns1:type>")));
 }
 
-TEST_F(ProbeTest, Credential_MayHoldAnyBytes)
+TEST_F(ProbeTest, CredentialMayHoldAnyBytes)
 {
     answer_all();
     const std::string file = folder.write("login", std::string("\x00\n\xFF\n\n", 5));
@@ -168,14 +168,14 @@ TEST_F(ProbeTest, Credential_MayHoldAnyBytes)
                 AllOf(HasSubstr(">AAr/Cg==</ns1:cert>"), HasSubstr("<ns1:len>4</ns1:len>")));
 }
 
-TEST_F(ProbeTest, Credential_MayBeEmpty)
+TEST_F(ProbeTest, CredentialMayBeEmpty)
 {
     answer_all();
     EXPECT_EQ(probe({"server", kName}, {{"SOAPWRAPPER_CREDENTIAL", ""}}).exit_code, 0);
     EXPECT_THAT(service.request("openServer"), HasSubstr("<ns1:len>0</ns1:len>"));
 }
 
-TEST_F(ProbeTest, Credential_ThatEverybodyMayReadIsWarnedAbout)
+TEST_F(ProbeTest, CredentialThatEverybodyMayReadIsWarnedAbout)
 {
     answer_all();
     const std::string file = folder.write("login", kSecret, static_cast<std::filesystem::perms>(0604));
@@ -184,7 +184,7 @@ TEST_F(ProbeTest, Credential_ThatEverybodyMayReadIsWarnedAbout)
     EXPECT_EQ(result.err, "warning: everybody on this machine may read the credential file; chmod 600 it\n");
 }
 
-TEST_F(ProbeTest, Credential_HasToComeFromSomewhere)
+TEST_F(ProbeTest, CredentialHasToComeFromSomewhere)
 {
     const ProcessResult result = probe({"server", kName, "--json"});
     EXPECT_EQ(result.exit_code, 2);
@@ -195,7 +195,7 @@ TEST_F(ProbeTest, Credential_HasToComeFromSomewhere)
     EXPECT_THAT(service.operations(), IsEmpty());
 }
 
-TEST_F(ProbeTest, Credential_FileThatCannotBeUsedIsRefused)
+TEST_F(ProbeTest, CredentialFileThatCannotBeUsedIsRefused)
 {
     const std::map<std::string, std::string> refusals = {
         {(folder / "missing").string(), "No such file or directory"},
@@ -209,7 +209,7 @@ TEST_F(ProbeTest, Credential_FileThatCannotBeUsedIsRefused)
     EXPECT_THAT(service.operations(), IsEmpty());
 }
 
-TEST_F(ProbeTest, Credential_OfTheGreatestLengthIsTaken)
+TEST_F(ProbeTest, CredentialOfTheGreatestLengthIsTaken)
 {
     answer_all();
     const std::string file = folder.write("large", std::string(65536, 'x') + "\n");
@@ -217,7 +217,7 @@ TEST_F(ProbeTest, Credential_OfTheGreatestLengthIsTaken)
     EXPECT_THAT(service.request("openServer"), HasSubstr("<ns1:len>65536</ns1:len>"));
 }
 
-TEST_F(ProbeTest, Credential_IsNeverPrintedEvenIfTheServiceQuotesIt)
+TEST_F(ProbeTest, CredentialIsNeverPrintedEvenIfTheServiceQuotesIt)
 {
     answer_all();
     service.refuse("openServer", std::string("bad: ") + kSecret + " or " + kSecretOnTheWire + " is wrong",
@@ -230,7 +230,7 @@ TEST_F(ProbeTest, Credential_IsNeverPrintedEvenIfTheServiceQuotesIt)
     }
 }
 
-TEST_F(ProbeTest, Credential_IsInNoLogLine)
+TEST_F(ProbeTest, CredentialIsInNoLogLine)
 {
     answer_all();
     const ProcessResult result = probe({"server", kName, "--log", "anomaly"}, kSecretInEnvironment);

@@ -16,7 +16,7 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-TEST_F(ProbeTest, Discover_PrintsThePropertiesAndMarksTheChosenInterface)
+TEST_F(ProbeTest, DiscoverPrintsThePropertiesAndMarksTheChosenInterface)
 {
     service.answer("getServerPropByName",
                    information({row("11;1;1"), row("11;1;2"), "12;0;0;https;https://new", "1;2;3"}));
@@ -46,7 +46,7 @@ TEST_F(ProbeTest, Discover_PrintsThePropertiesAndMarksTheChosenInterface)
     EXPECT_THAT(service.operations(), ElementsAre("getServerPropByName"));
 }
 
-TEST_F(ProbeTest, Discover_PrintsJson)
+TEST_F(ProbeTest, DiscoverPrintsJson)
 {
     service.answer("getServerPropByName", information({row("11;1;1"), row("11;1;2"), "1;2;3"}));
     const ProcessResult result = probe({"discover", kName, "--json"});
@@ -78,7 +78,7 @@ TEST_F(ProbeTest, Discover_PrintsJson)
     EXPECT_EQ(json::parse(result.out), expected);
 }
 
-TEST_F(ProbeTest, Discover_PrintsBareFieldsWithASeparatorBetweenThem)
+TEST_F(ProbeTest, DiscoverPrintsBareFieldsWithASeparatorBetweenThem)
 {
     service.answer("getServerPropByName", information({row("11;1;1"), row("11;1;2")}));
     const ProcessResult result = probe({"discover", kName, "--separator", "\t"});
@@ -99,7 +99,7 @@ TEST_F(ProbeTest, Discover_PrintsBareFieldsWithASeparatorBetweenThem)
                               service.url() + "\n");
 }
 
-TEST_F(ProbeTest, Discover_MarksOneOfTwoEqualRows)
+TEST_F(ProbeTest, DiscoverMarksOneOfTwoEqualRows)
 {
     service.answer("getServerPropByName", information({row("11;1;2"), row("11;1;2")}));
     const json interfaces = json::parse(probe({"discover", kName, "--json"}).out).at("interfaces");
@@ -108,7 +108,7 @@ TEST_F(ProbeTest, Discover_MarksOneOfTwoEqualRows)
     EXPECT_EQ(interfaces[1].at("chosen"), false);
 }
 
-TEST_F(ProbeTest, Discover_MarksNothingWhereEveryRowIsMalformed)
+TEST_F(ProbeTest, DiscoverMarksNothingWhereEveryRowIsMalformed)
 {
     service.answer("getServerPropByName", information({"11;1;2;http"}));
     const ProcessResult result = probe({"discover", kName});
@@ -117,7 +117,7 @@ TEST_F(ProbeTest, Discover_MarksNothingWhereEveryRowIsMalformed)
                 HasSubstr("CHOSEN  VERSION    TYPE  URL\n-       malformed  -     11;1;2;http\n"));
 }
 
-TEST_F(ProbeTest, Discover_SaysSoWhereNoInterfaceIsOffered)
+TEST_F(ProbeTest, DiscoverSaysSoWhereNoInterfaceIsOffered)
 {
     service.answer("getServerPropByName", information({}));
     const ProcessResult result = probe({"discover", kName});
@@ -125,7 +125,7 @@ TEST_F(ProbeTest, Discover_SaysSoWhereNoInterfaceIsOffered)
     EXPECT_THAT(result.out, HasSubstr("\n\nNo interfaces offered\n"));
 }
 
-TEST_F(ProbeTest, Discover_ShowsWhatIsOfferedEvenIfNothingOfItWillDo)
+TEST_F(ProbeTest, DiscoverShowsWhatIsOfferedEvenIfNothingOfItWillDo)
 {
     service.answer("getServerPropByName", information({row("11;2;0")}));
     const ProcessResult result = probe({"discover", kName});
@@ -138,7 +138,7 @@ TEST_F(ProbeTest, Discover_ShowsWhatIsOfferedEvenIfNothingOfItWillDo)
               "    Could not find a compatible plugin version\n");
 }
 
-TEST_F(ProbeTest, Discover_PutsTheErrorBesideTheJsonOfWhatIsOffered)
+TEST_F(ProbeTest, DiscoverPutsTheErrorBesideTheJsonOfWhatIsOffered)
 {
     service.answer("getServerPropByName", information({row("11;2;0")}));
     const ProcessResult result = probe({"discover", kName, "--json"});
@@ -149,7 +149,7 @@ TEST_F(ProbeTest, Discover_PutsTheErrorBesideTheJsonOfWhatIsOffered)
     EXPECT_EQ(document.at("error").at("name"), "STS_EVERSION");
 }
 
-TEST_F(ProbeTest, Discover_CleansWhatTheServiceSays)
+TEST_F(ProbeTest, DiscoverCleansWhatTheServiceSays)
 {
     service.answer("getServerPropByName",
                    information({"11;1;2;http;http://&#27;x"}, "a&#27;[31m\xC2\x9B&#9;b\xFF"));
@@ -162,14 +162,14 @@ TEST_F(ProbeTest, Discover_CleansWhatTheServiceSays)
     EXPECT_THAT(server, StartsWith("a\xEF\xBF\xBD[31m\xEF\xBF\xBD b"));
 }
 
-TEST_F(ProbeTest, Discover_IsBoundToTheRoomOfTheRecord)
+TEST_F(ProbeTest, DiscoverIsBoundToTheRoomOfTheRecord)
 {
     service.answer("getServerPropByName", information({row("11;1;2")}, std::string(5000, 'n')));
     const json document = json::parse(probe({"discover", kName, "--json"}).out);
     EXPECT_EQ(document.at("server"), std::string(511, 'n'));
 }
 
-TEST_F(ProbeTest, Log_PrintsTheRunningRecordWithItsLevel)
+TEST_F(ProbeTest, LogPrintsTheRunningRecordWithItsLevel)
 {
     service.answer("getServerPropByName", information({row("11;1;2")}));
     for (const char* level : {"record", "3", "anomaly", "2"}) {
@@ -183,7 +183,7 @@ TEST_F(ProbeTest, Log_PrintsTheRunningRecordWithItsLevel)
     }
 }
 
-TEST_F(ProbeTest, Log_PrintsFailuresAloneAtTheirLevel)
+TEST_F(ProbeTest, LogPrintsFailuresAloneAtTheirLevel)
 {
     service.refuse("getServerPropByName", "first\nsecond", 2060005);
     for (const char* level : {"failure", "4"}) {
@@ -194,7 +194,7 @@ TEST_F(ProbeTest, Log_PrintsFailuresAloneAtTheirLevel)
     }
 }
 
-TEST_F(ProbeTest, Log_IsSilentUnlessAskedFor)
+TEST_F(ProbeTest, LogIsSilentUnlessAskedFor)
 {
     answer_all();
     const ProcessResult result = probe({"server", kName}, {{"SOAPWRAPPER_CREDENTIAL", "secret"}});
@@ -202,7 +202,7 @@ TEST_F(ProbeTest, Log_IsSilentUnlessAskedFor)
     EXPECT_THAT(result.err, IsEmpty());
 }
 
-TEST_F(ProbeTest, Usage_IsRefusedWithItsOwnExitCode)
+TEST_F(ProbeTest, UsageIsRefusedWithItsOwnExitCode)
 {
     const std::vector<std::vector<std::string>> mistakes = {{},
                                                             {"frobnicate", kName},
@@ -222,7 +222,7 @@ TEST_F(ProbeTest, Usage_IsRefusedWithItsOwnExitCode)
     EXPECT_THAT(service.operations(), IsEmpty());
 }
 
-TEST_F(ProbeTest, Help_OfEachCommandHoldsAnExample)
+TEST_F(ProbeTest, HelpOfEachCommandHoldsAnExample)
 {
     for (const std::string command : {"discover", "server"}) {
         const ProcessResult result = run_process(PROBE_PROGRAM, {command, "--help"});
@@ -233,14 +233,14 @@ TEST_F(ProbeTest, Help_OfEachCommandHoldsAnExample)
                 AllOf(HasSubstr("discover"), HasSubstr("server")));
 }
 
-TEST_F(ProbeTest, Version_IsTheProjects)
+TEST_F(ProbeTest, VersionIsTheProjects)
 {
     const ProcessResult result = run_process(PROBE_PROGRAM, {"--version"});
     EXPECT_EQ(result.exit_code, 0);
     EXPECT_EQ(result.out, "soapwrapper-probe 9.1.0.1\n");
 }
 
-TEST_F(ProbeTest, Output_ThatCannotBeWrittenIsAnError)
+TEST_F(ProbeTest, OutputThatCannotBeWrittenIsAnError)
 {
     service.answer("getServerPropByName", information({row("11;1;2")}));
     const ProcessResult result = probe({"discover", kName}, {}, "/dev/full");

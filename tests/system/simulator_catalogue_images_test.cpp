@@ -43,7 +43,7 @@ class SimulatorImages : public Client
     const std::string server_ = open_server();
 };
 
-TEST_F(SimulatorImages, AList_GivesTheImagesOldestFirstWhateverItsType)
+TEST_F(SimulatorImages, AListGivesTheImagesOldestFirstWhateverItsType)
 {
     EXPECT_THAT(rest(kImages, open_list()), ElementsAre(kFirst, kSecond, kThird, kEnd));
     EXPECT_THAT(rest(kImages, open_list("home", "7")), ElementsAre(kFirst, kSecond, kThird, kEnd));
@@ -51,7 +51,7 @@ TEST_F(SimulatorImages, AList_GivesTheImagesOldestFirstWhateverItsType)
     EXPECT_EQ(fault("openImageList", lsu(server_, "nope") + element("type", "0")), kUnknownLsu);
 }
 
-TEST_F(SimulatorImages, AListedImage_IsToldByItsDefinition)
+TEST_F(SimulatorImages, AListedImageIsToldByItsDefinition)
 {
     const HttpReply reply = next(kImages, open_list());
     const std::string isid = element("version", "1") + element("dpaid", "simulator") +
@@ -68,7 +68,7 @@ TEST_F(SimulatorImages, AListIsClosedOnce)
     expect_a_list_is_closed_once(kImages, open_list());
 }
 
-TEST_F(SimulatorImages, PropertiesByName_TellWhereTheImageIs)
+TEST_F(SimulatorImages, PropertiesByNameTellWhereTheImageIs)
 {
     const HttpReply reply = properties(definition(kSecond));
     EXPECT_EQ(reply.status, 200);
@@ -81,7 +81,7 @@ TEST_F(SimulatorImages, PropertiesByName_TellWhereTheImageIs)
     EXPECT_EQ(text_of(properties(definition(kThird)).body, "status"), "1");
 }
 
-TEST_F(SimulatorImages, AnImage_IsMeantOnlyIfAllThatIsToldOfItIsRight)
+TEST_F(SimulatorImages, AnImageIsMeantOnlyIfAllThatIsToldOfItIsRight)
 {
     EXPECT_EQ(properties(definition(kSecond, "01/06/2026")).status, 200);
     EXPECT_EQ(fault_code(properties(definition(kSecond, "01/05/2026"))), kUnknownImage);
@@ -90,7 +90,7 @@ TEST_F(SimulatorImages, AnImage_IsMeantOnlyIfAllThatIsToldOfItIsRight)
     EXPECT_EQ(fault("getImagePropByName", lsu(server_, "home") + nil("image")), kMissingElement);
 }
 
-TEST_F(SimulatorImages, ADeletedImage_IsGoneFromTheListThatIsOpenAndFreesItsRoom)
+TEST_F(SimulatorImages, ADeletedImageIsGoneFromTheListThatIsOpenAndFreesItsRoom)
 {
     const std::string list = open_list();
     EXPECT_EQ(text_of(next(kImages, list).body, "basename"), kFirst);
@@ -103,7 +103,7 @@ TEST_F(SimulatorImages, ADeletedImage_IsGoneFromTheListThatIsOpenAndFreesItsRoom
     EXPECT_EQ(text_of(info, "used"), std::to_string(418759311360 - 10737418240));
 }
 
-TEST_F(SimulatorImages, AnOpenImage_TellsItsPropertiesAndIsNotDeleted)
+TEST_F(SimulatorImages, AnOpenImageTellsItsPropertiesAndIsNotDeleted)
 {
     const std::string opened = open_image(definition(kFirst));
     EXPECT_EQ(text_of(ask("getImageProp", image_handle(opened)).body, "info"),
@@ -116,7 +116,7 @@ TEST_F(SimulatorImages, AnOpenImage_TellsItsPropertiesAndIsNotDeleted)
     EXPECT_EQ(remove(definition(kFirst)).status, 200);
 }
 
-TEST_F(SimulatorImages, AnOpenImage_EndsWithItsSession)
+TEST_F(SimulatorImages, AnOpenImageEndsWithItsSession)
 {
     const std::string opened = open_image(definition(kFirst));
     EXPECT_EQ(ask("closeServer", server_handle(server_)).status, 200);

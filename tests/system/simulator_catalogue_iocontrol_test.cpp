@@ -28,20 +28,20 @@ class SimulatorCommands : public Client
     const std::string server_ = open_server("Network_VAULT:filer");
 };
 
-TEST_F(SimulatorCommands, TheEchoes_AnswerAsPlainTextAndAsCountedBytes)
+TEST_F(SimulatorCommands, TheEchoesAnswerAsPlainTextAndAsCountedBytes)
 {
     EXPECT_EQ(control(1, "a &lt; b").body, answer("a &lt; b", "0"));
     EXPECT_EQ(control(2, "a &lt; b").body, answer("a &lt; b", "5"));
     EXPECT_EQ(control(1, "", 2, 0).body, answer("", "0"));
 }
 
-TEST_F(SimulatorCommands, WithoutTheOutputBit_NothingIsAnswered)
+TEST_F(SimulatorCommands, WithoutTheOutputBitNothingIsAnswered)
 {
     EXPECT_EQ(control(1, "text", 1).body, answer("", "0"));
     EXPECT_EQ(control(2, "text", 0).body, answer("", "0"));
 }
 
-TEST_F(SimulatorCommands, AnAnswerThatTheBufferCannotHold_IsRefused)
+TEST_F(SimulatorCommands, AnAnswerThatTheBufferCannotHoldIsRefused)
 {
     EXPECT_EQ(control(1, "text", 3, 5).status, 200);
     EXPECT_EQ(fault_code(control(1, "text", 3, 4)), kBadValue);
@@ -49,7 +49,7 @@ TEST_F(SimulatorCommands, AnAnswerThatTheBufferCannotHold_IsRefused)
     EXPECT_EQ(fault_code(control(10104, "vault.0105", 3, 20)), kBadValue);
 }
 
-TEST_F(SimulatorCommands, TheStartAndTheStopOfAListing_AreAcceptedWithAVolume)
+TEST_F(SimulatorCommands, TheStartAndTheStopOfAListingAreAcceptedWithAVolume)
 {
     for (const int number : {10102, 10103}) {
         EXPECT_EQ(control(number, "vault1;/vol/vault_home", 1, 2049).body, answer("", "0"));
@@ -57,7 +57,7 @@ TEST_F(SimulatorCommands, TheStartAndTheStopOfAListing_AreAcceptedWithAVolume)
     }
 }
 
-TEST_F(SimulatorCommands, ThePathMap_IsTheSnapshotsAsACountedDocument)
+TEST_F(SimulatorCommands, ThePathMapIsTheSnapshotsAsACountedDocument)
 {
     const HttpReply reply = control(10104, "vault.0105");
     const std::string escaped = text_of(reply.body, "args");
@@ -68,7 +68,7 @@ TEST_F(SimulatorCommands, ThePathMap_IsTheSnapshotsAsACountedDocument)
     EXPECT_EQ(fault_code(control(10104, "nope")), kUnknownSnapshot);
 }
 
-TEST_F(SimulatorCommands, AnUnknownCommandAndAClosedServer_AreRefused)
+TEST_F(SimulatorCommands, AnUnknownCommandAndAClosedServerAreRefused)
 {
     for (const int number : {0, 3, -1, 10101, 10105}) {
         EXPECT_EQ(fault_code(control(number, "text")), kUnknownCommand) << number;
@@ -82,7 +82,7 @@ class SimulatorThatIsBusy : public Client
     SimulatorThatIsBusy() : Client({"--fault", "ioControl=2060005,2"}) {}
 };
 
-TEST_F(SimulatorThatIsBusy, ACommand_IsServedAfterTheFaultsThatWereAskedFor)
+TEST_F(SimulatorThatIsBusy, ACommandIsServedAfterTheFaultsThatWereAskedFor)
 {
     const std::string request = command(open_server(), 1, "text", 3, 10);
     EXPECT_EQ(fault("ioControl", request), 2060005);

@@ -31,7 +31,7 @@ class SimulatorLsus : public Client
     const std::string server_ = open_server();
 };
 
-TEST_F(SimulatorLsus, AListWithoutAFilter_NamesAllOfTheServerAndEndsWithAFault)
+TEST_F(SimulatorLsus, AListWithoutAFilterNamesAllOfTheServerAndEndsWithAFault)
 {
     EXPECT_THAT(listed(nil("lsudef")), ElementsAre("home", "database", "archive", "projects", kEnd));
     EXPECT_THAT(listed(filter(element("name"), element("label"))),
@@ -43,7 +43,7 @@ TEST_F(SimulatorLsus, AListWithoutAFilter_NamesAllOfTheServerAndEndsWithAFault)
                 ElementsAre("vault_home", "vault_database", "vault_far", kEnd));
 }
 
-TEST_F(SimulatorLsus, AFilter_KeepsTheNameAndTheLabelThatItSets)
+TEST_F(SimulatorLsus, AFilterKeepsTheNameAndTheLabelThatItSets)
 {
     EXPECT_THAT(listed(filter(element("name", "archive"), element("label"))), ElementsAre("archive", kEnd));
     EXPECT_THAT(listed(filter(nil("name"), element("label", "Database"))), ElementsAre("database", kEnd));
@@ -51,7 +51,7 @@ TEST_F(SimulatorLsus, AFilter_KeepsTheNameAndTheLabelThatItSets)
     EXPECT_THAT(listed(filter(element("name", "hom"), nil("label"))), ElementsAre(kEnd));
 }
 
-TEST_F(SimulatorLsus, AListAtItsEnd_StaysThereAndCanBeClosed)
+TEST_F(SimulatorLsus, AListAtItsEndStaysThereAndCanBeClosed)
 {
     const std::string list = open("openLSUList", server_handle(server_) + nil("lsudef"));
     EXPECT_EQ(rest(kLsus, list).size(), 5U);
@@ -59,7 +59,7 @@ TEST_F(SimulatorLsus, AListAtItsEnd_StaysThereAndCanBeClosed)
     expect_a_list_is_closed_once(kLsus, list);
 }
 
-TEST_F(SimulatorLsus, TwoLists_HaveAPositionEach)
+TEST_F(SimulatorLsus, TwoListsHaveAPositionEach)
 {
     const std::string first = open("openLSUList", server_handle(server_) + nil("lsudef"));
     EXPECT_EQ(text_of(next(kLsus, first).body, "lsu"), "home");
@@ -68,7 +68,7 @@ TEST_F(SimulatorLsus, TwoLists_HaveAPositionEach)
     EXPECT_EQ(text_of(next(kLsus, first).body, "lsu"), "database");
 }
 
-TEST_F(SimulatorLsus, AList_NeedsAnOpenServerAndEndsWithItsSession)
+TEST_F(SimulatorLsus, AListNeedsAnOpenServerAndEndsWithItsSession)
 {
     EXPECT_EQ(fault("openLSUList", server_handle("nope") + nil("lsudef")), kBadHandle);
     EXPECT_EQ(fault("openLSUList", nil("serverHandle") + nil("lsudef")), kMissingElement);
@@ -80,7 +80,7 @@ TEST_F(SimulatorLsus, AList_NeedsAnOpenServerAndEndsWithItsSession)
     EXPECT_EQ(text_of(next(kLsus, others).body, "lsu"), "home");
 }
 
-TEST_F(SimulatorLsus, TheTokenOfAnotherKindOfList_IsABadHandle)
+TEST_F(SimulatorLsus, TheTokenOfAnotherKindOfListIsABadHandle)
 {
     const std::string list = open("openLSUList", server_handle(server_) + nil("lsudef"));
     EXPECT_EQ(fault_code(next(kImages, list)), kBadHandle);
@@ -88,7 +88,7 @@ TEST_F(SimulatorLsus, TheTokenOfAnotherKindOfList_IsABadHandle)
     EXPECT_EQ(fault_code(next(kLsus, server_)), kBadHandle);
 }
 
-TEST_F(SimulatorLsus, PropertiesByName_TellTheWholeLsu)
+TEST_F(SimulatorLsus, PropertiesByNameTellTheWholeLsu)
 {
     const HttpReply reply = ask("getLSUPropByName", lsu(server_, "home"));
     EXPECT_EQ(reply.status, 200);
@@ -107,7 +107,7 @@ TEST_F(SimulatorLsus, PropertiesByName_TellTheWholeLsu)
                                           element("usedPhys", "209379655680") + element("images", "3"))));
 }
 
-TEST_F(SimulatorLsus, AnUnknownLsu_IsToldByACodeOfItsOwn)
+TEST_F(SimulatorLsus, AnUnknownLsuIsToldByACodeOfItsOwn)
 {
     EXPECT_EQ(fault("getLSUPropByName", lsu(server_, "vault_home")), kUnknownLsu);
     EXPECT_EQ(fault("getLSUPropByName", lsu(server_, "")), kUnknownLsu);
@@ -117,7 +117,7 @@ TEST_F(SimulatorLsus, AnUnknownLsu_IsToldByACodeOfItsOwn)
     EXPECT_EQ(fault("getLSUPropByName", lsu("nope", "home")), kBadHandle);
 }
 
-TEST_F(SimulatorLsus, ReplicationPartners_AreOnTheMachineThatTheClientReached)
+TEST_F(SimulatorLsus, ReplicationPartnersAreOnTheMachineThatTheClientReached)
 {
     const HttpReply reply = partners("home", 0, 2);
     EXPECT_EQ(reply.status, 200);
@@ -128,7 +128,7 @@ TEST_F(SimulatorLsus, ReplicationPartners_AreOnTheMachineThatTheClientReached)
               element("source") + element("target", partner("vault_home") + partner("vault_far")));
 }
 
-TEST_F(SimulatorLsus, ReplicationPartners_AreAllToldWhateverNumberIsAskedFor)
+TEST_F(SimulatorLsus, ReplicationPartnersAreAllToldWhateverNumberIsAskedFor)
 {
     const std::string right = partners("home", 0, 2).body;
     EXPECT_THAT(right, HasSubstr("vault_far"));
@@ -137,7 +137,7 @@ TEST_F(SimulatorLsus, ReplicationPartners_AreAllToldWhateverNumberIsAskedFor)
     EXPECT_EQ(text_of(partners("archive", 0, 0).body, "props"), element("source") + element("target"));
 }
 
-TEST_F(SimulatorLsus, ALabel_IsKeptAndFoundByTheFilter)
+TEST_F(SimulatorLsus, ALabelIsKeptAndFoundByTheFilter)
 {
     const std::string longest(63, 'x');
     EXPECT_EQ(ask("labelLSU", lsu(server_, "archive") + element("lsuLabel", longest)).status, 200);

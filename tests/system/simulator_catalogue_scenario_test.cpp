@@ -11,7 +11,7 @@ ProcessResult run_simulator(const std::vector<std::string>& arguments)
     return run_process(SIMULATOR_PROGRAM, arguments);
 }
 
-TEST(SimulatorScenarioFile, TheBuiltInScenario_IsPrintedAndAcceptedAgain)
+TEST(SimulatorScenarioFile, TheBuiltInScenarioIsPrintedAndAcceptedAgain)
 {
     const ProcessResult printed = run_simulator({"--print-scenario"});
     EXPECT_EQ(printed.exit_code, 0);
@@ -40,7 +40,7 @@ class SimulatorWithAScenario : public Client
     }
 };
 
-TEST_F(SimulatorWithAScenario, AFile_DescribesTheStorageThatIsServed)
+TEST_F(SimulatorWithAScenario, AFileDescribesTheStorageThatIsServed)
 {
     const std::string server = open_server("Mine:host");
     EXPECT_EQ(text_of(ask("getServerProp", server_handle(server)).body, "maxconnect"), "3");
@@ -50,7 +50,7 @@ TEST_F(SimulatorWithAScenario, AFile_DescribesTheStorageThatIsServed)
     EXPECT_EQ(open_server("Network_NTAP:host"), "");
 }
 
-TEST_F(SimulatorWithAScenario, APartnerWithAColonInItsServer_IsToldAsItStands)
+TEST_F(SimulatorWithAScenario, APartnerWithAColonInItsServerIsToldAsItStands)
 {
     const HttpReply reply =
         ask("getLSUReplicationProp",
@@ -59,7 +59,7 @@ TEST_F(SimulatorWithAScenario, APartnerWithAColonInItsServer_IsToldAsItStands)
               element("item", element("server", "Else:where") + element("lsu", "two")));
 }
 
-TEST_F(SimulatorWithAScenario, ANameThatTwoImagesShare_NeedsTheDateToo)
+TEST_F(SimulatorWithAScenario, ANameThatTwoImagesShareNeedsTheDateToo)
 {
     const std::string reference = lsu(open_server("Mine:host"), "one");
     const auto wanted = [](const std::string& date) {
@@ -69,7 +69,7 @@ TEST_F(SimulatorWithAScenario, ANameThatTwoImagesShare_NeedsTheDateToo)
     EXPECT_EQ(ask("getImagePropByName", reference + wanted("b")).status, 200);
 }
 
-TEST(SimulatorScenarioFile, AFileThatIsWrong_EndsTheSimulatorWithItsNameAndTheReason)
+TEST(SimulatorScenarioFile, AFileThatIsWrongEndsTheSimulatorWithItsNameAndTheReason)
 {
     const TemporaryFolder folder;
     const std::string syntax = folder.write("syntax.json", "{\n  \"servers\": [,]\n}\n");
@@ -85,7 +85,7 @@ TEST(SimulatorScenarioFile, AFileThatIsWrong_EndsTheSimulatorWithItsNameAndTheRe
               "soapwrapper-sim: " + member + ": servers[0].prefix: a string is expected, not number\n");
 }
 
-TEST(SimulatorScenarioFile, AFileThatCannotBeRead_IsSaidToBeSo)
+TEST(SimulatorScenarioFile, AFileThatCannotBeReadIsSaidToBeSo)
 {
     const TemporaryFolder folder;
     const std::string missing = (folder / "missing.json").string();

@@ -37,7 +37,7 @@ class SimulatorSnapshots : public Client
     const std::string server_ = open_server();
 };
 
-TEST_F(SimulatorSnapshots, AListByLsu_GivesItsSnapshotsOldestFirst)
+TEST_F(SimulatorSnapshots, AListByLsuGivesItsSnapshotsOldestFirst)
 {
     EXPECT_THAT(rest(kSnapshots, open("openSnapList", lsu(server_, "home"))),
                 ElementsAre("nightly.0105", "nightly.0106", "nightly.0107", "before-cleanup", kEnd));
@@ -49,14 +49,14 @@ TEST_F(SimulatorSnapshots, AListIsClosedOnce)
     expect_a_list_is_closed_once(kSnapshots, open("openSnapList", lsu(server_, "home")));
 }
 
-TEST_F(SimulatorSnapshots, AListByVolume_IsAnsweredLikeTheOneByLsu)
+TEST_F(SimulatorSnapshots, AListByVolumeIsAnsweredLikeTheOneByLsu)
 {
     const HttpReply reply =
         ask("openSnapListByVolume", server_handle(server_) + element("volSpec", home_volume()));
     EXPECT_THAT(reply.body, StartsWith("<ns1:openSnapListResponse><ns1:snapListHandle><ns1:token>"));
 }
 
-TEST_F(SimulatorSnapshots, AListByVolume_FindsTheSnapshotsOfEachKindOfVolume)
+TEST_F(SimulatorSnapshots, AListByVolumeFindsTheSnapshotsOfEachKindOfVolume)
 {
     EXPECT_THAT(by_volume(home_volume()), ElementsAre("nightly.0105", "nightly.0106", "nightly.0107", kEnd));
     EXPECT_THAT(by_volume(element("cifs", element("exportHost", "filer1") + element("shareName", "home$") +
@@ -76,7 +76,7 @@ TEST_F(SimulatorSnapshots, AListByVolume_FindsTheSnapshotsOfEachKindOfVolume)
         ElementsAre("yearly.2025", kEnd));
 }
 
-TEST_F(SimulatorSnapshots, AVolumeThatIsUnknownOrOfNoKind_IsRefused)
+TEST_F(SimulatorSnapshots, AVolumeThatIsUnknownOrOfNoKindIsRefused)
 {
     const auto code = [&](const std::string& volume) {
         return fault("openSnapListByVolume", server_handle(server_) + element("volSpec", volume));
@@ -90,7 +90,7 @@ TEST_F(SimulatorSnapshots, AVolumeThatIsUnknownOrOfNoKind_IsRefused)
               kBadHandle);
 }
 
-TEST_F(SimulatorSnapshots, PropertiesByName_TellTheWholeSnapshot)
+TEST_F(SimulatorSnapshots, PropertiesByNameTellTheWholeSnapshot)
 {
     const HttpReply reply = properties("home", "nightly.0107");
     EXPECT_EQ(reply.status, 200);
@@ -103,7 +103,7 @@ TEST_F(SimulatorSnapshots, PropertiesByName_TellTheWholeSnapshot)
     EXPECT_EQ(reply.body, element("getSnapPropByNameResponse", element("snapInfo", info)));
 }
 
-TEST_F(SimulatorSnapshots, PropertiesByName_TellTheVolumeInItsKind)
+TEST_F(SimulatorSnapshots, PropertiesByNameTellTheVolumeInItsKind)
 {
     const auto volume = [&](const std::string& of, const std::string& name) {
         return text_of(properties(of, name).body, "snapVolSpec");
@@ -115,7 +115,7 @@ TEST_F(SimulatorSnapshots, PropertiesByName_TellTheVolumeInItsKind)
     EXPECT_EQ(text_of(volume("archive", "yearly.2025"), "volumeType"), "4");
 }
 
-TEST_F(SimulatorSnapshots, AnUnknownSnapshot_IsToldByACodeOfItsOwn)
+TEST_F(SimulatorSnapshots, AnUnknownSnapshotIsToldByACodeOfItsOwn)
 {
     EXPECT_EQ(fault_code(properties("home", "nope")), kUnknownSnapshot);
     EXPECT_EQ(fault_code(properties("database", "nightly.0105")), kUnknownSnapshot);
@@ -123,7 +123,7 @@ TEST_F(SimulatorSnapshots, AnUnknownSnapshot_IsToldByACodeOfItsOwn)
     EXPECT_EQ(fault("getSnapPropByName", lsu(server_, "home") + nil("snapDef")), kMissingElement);
 }
 
-TEST_F(SimulatorSnapshots, ADeletedSnapshot_IsGoneFromTheListThatIsOpen)
+TEST_F(SimulatorSnapshots, ADeletedSnapshotIsGoneFromTheListThatIsOpen)
 {
     const std::string list = open("openSnapList", lsu(server_, "home"));
     EXPECT_EQ(text_of(next(kSnapshots, list).body, "snapName"), "nightly.0105");
@@ -134,27 +134,27 @@ TEST_F(SimulatorSnapshots, ADeletedSnapshot_IsGoneFromTheListThatIsOpen)
     EXPECT_THAT(rest(kSnapshots, list), ElementsAre("nightly.0107", kEnd));
 }
 
-TEST_F(SimulatorSnapshots, ARollbackOfAVolumeToItsOwnSnapshot_FindsTheNewerOnesInTheWay)
+TEST_F(SimulatorSnapshots, ARollbackOfAVolumeToItsOwnSnapshotFindsTheNewerOnesInTheWay)
 {
     EXPECT_THAT(in_the_way(rollback("nightly.0105", "", home_volume())),
                 ElementsAre("nightly.0106", "nightly.0107", kEnd));
     EXPECT_THAT(in_the_way(rollback("nightly.0107", server_, home_volume())), ElementsAre(kEnd));
 }
 
-TEST_F(SimulatorSnapshots, ARollback_LeavesOutWhatTheClientIsReadyToLose)
+TEST_F(SimulatorSnapshots, ARollbackLeavesOutWhatTheClientIsReadyToLose)
 {
     EXPECT_THAT(in_the_way(rollback("nightly.0105", "", home_volume(), {"nightly.0107", "nope"})),
                 ElementsAre("nightly.0106", kEnd));
 }
 
-TEST_F(SimulatorSnapshots, ARollbackOntoAnotherVolume_FindsAllOfItsSnapshotsInTheWay)
+TEST_F(SimulatorSnapshots, ARollbackOntoAnotherVolumeFindsAllOfItsSnapshotsInTheWay)
 {
     const std::string vault = open_server("Network_VAULT:filer");
     EXPECT_THAT(in_the_way(rollback("nightly.0107", vault, nfs("vault1", "/vol/vault_home", ""))),
                 ElementsAre("vault.0105", kEnd));
 }
 
-TEST_F(SimulatorSnapshots, ARollbackThatMakesNoSense_IsRefused)
+TEST_F(SimulatorSnapshots, ARollbackThatMakesNoSenseIsRefused)
 {
     EXPECT_EQ(fault("validateRollback", rollback("nope", "", home_volume())), kUnknownSnapshot);
     EXPECT_EQ(fault("validateRollback", rollback("nightly.0105", "nope", home_volume())), kBadHandle);
@@ -180,7 +180,7 @@ class SimulatorExports : public SimulatorSnapshots
     static std::string exported(const HttpReply& reply) { return text_of(reply.body, "exportedVolume"); }
 };
 
-TEST_F(SimulatorExports, AnExportedSnapshot_IsReachedThroughTheServersHostUnderANameOfItsOwn)
+TEST_F(SimulatorExports, AnExportedSnapshotIsReachedThroughTheServersHostUnderANameOfItsOwn)
 {
     const std::string first = exported(create("nightly.0105", {"client1"}));
     EXPECT_THAT(first, StartsWith("<ns1:nfs><ns1:exportHost>filer</ns1:exportHost>"
@@ -191,7 +191,7 @@ TEST_F(SimulatorExports, AnExportedSnapshot_IsReachedThroughTheServersHostUnderA
     EXPECT_EQ(fault_code(create("nope", {"client1"})), kUnknownSnapshot);
 }
 
-TEST_F(SimulatorExports, AnExportedSnapshot_IsNotDeletedUntilItsExportIs)
+TEST_F(SimulatorExports, AnExportedSnapshotIsNotDeletedUntilItsExportIs)
 {
     const std::string volume = exported(create("nightly.0105", {"client1"}));
     const std::string request = lsu(server_, "home") + snapshot("nightly.0105");
@@ -201,7 +201,7 @@ TEST_F(SimulatorExports, AnExportedSnapshot_IsNotDeletedUntilItsExportIs)
     EXPECT_EQ(ask("deleteSnap", request).status, 200);
 }
 
-TEST_F(SimulatorExports, AnExport_EndsWithItsLastHost)
+TEST_F(SimulatorExports, AnExportEndsWithItsLastHost)
 {
     const std::string volume = exported(create("nightly.0105", {"client1"}));
     EXPECT_EQ(exported(add(volume, {"client2", "client1"})), volume);
@@ -212,7 +212,7 @@ TEST_F(SimulatorExports, AnExport_EndsWithItsLastHost)
     EXPECT_EQ(fault_code(remove(volume, {})), kUnknownExport);
 }
 
-TEST_F(SimulatorExports, AnExportForAnyHost_IsTakenAwayAsAWhole)
+TEST_F(SimulatorExports, AnExportForAnyHostIsTakenAwayAsAWhole)
 {
     const std::string volume = exported(add(home_volume(), {}));
     EXPECT_THAT(volume, HasSubstr("/export/volume."));
@@ -220,7 +220,7 @@ TEST_F(SimulatorExports, AnExportForAnyHost_IsTakenAwayAsAWhole)
     EXPECT_EQ(remove(volume, {}).status, 200);
 }
 
-TEST_F(SimulatorExports, OnlyAVolumeOfTheLsu_CanBeExported)
+TEST_F(SimulatorExports, OnlyAVolumeOfTheLsuCanBeExported)
 {
     EXPECT_EQ(fault_code(add(nfs("filer1", "/vol/nope", ""), {"client1"})), kUnknownVolume);
     EXPECT_EQ(fault("addExport",
@@ -232,7 +232,7 @@ TEST_F(SimulatorExports, OnlyAVolumeOfTheLsu_CanBeExported)
         kMissingElement);
 }
 
-TEST_F(SimulatorExports, AClaimedVolume_IsTheSessionsUntilItCloses)
+TEST_F(SimulatorExports, AClaimedVolumeIsTheSessionsUntilItCloses)
 {
     const std::string other = open_server();
     const auto claim = [](const std::string& token) {
@@ -249,7 +249,7 @@ TEST_F(SimulatorExports, AClaimedVolume_IsTheSessionsUntilItCloses)
     EXPECT_EQ(fault("claimVolume", server_handle(other) + nil("volume")), kMissingElement);
 }
 
-TEST_F(SimulatorExports, AnExportedVolume_CanBeClaimed)
+TEST_F(SimulatorExports, AnExportedVolumeCanBeClaimed)
 {
     const std::string volume = exported(create("nightly.0105", {"client1"}));
     EXPECT_EQ(ask("claimVolume", server_handle(server_) + element("volume", volume)).status, 200);

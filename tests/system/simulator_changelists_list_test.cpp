@@ -12,7 +12,7 @@ class SimulatorChangeLists : public Lister
 {
 };
 
-TEST_F(SimulatorChangeLists, Entries_StandBelowTheSnapshotThatHoldsThemAndAreEscaped)
+TEST_F(SimulatorChangeLists, EntriesStandBelowTheSnapshotThatHoldsThemAndAreEscaped)
 {
     const Batch batch = next(open_changes("weekly.1", "weekly.2"));
     EXPECT_THAT(batch.names,
@@ -26,7 +26,7 @@ TEST_F(SimulatorChangeLists, Entries_StandBelowTheSnapshotThatHoldsThemAndAreEsc
                 testing::Contains("/vol/projects/.snapshot/weekly.3/tunnel/back\\5cslash.txt"));
 }
 
-TEST_F(SimulatorChangeLists, AnEntry_TellsAllItsAttributes)
+TEST_F(SimulatorChangeLists, AnEntryTellsAllItsAttributes)
 {
     const std::string body = list(open_changes("weekly.2", "weekly.3"), {"latest"}).body;
     const std::string time = "1768780800";
@@ -38,12 +38,12 @@ TEST_F(SimulatorChangeLists, AnEntry_TellsAllItsAttributes)
                   element("inode", "72") + element("gnum", "0"));
 }
 
-TEST_F(SimulatorChangeLists, TheSameSnapshotTwice_DiffersInNothing)
+TEST_F(SimulatorChangeLists, TheSameSnapshotTwiceDiffersInNothing)
 {
     EXPECT_THAT(names(open_changes("weekly.2", "weekly.2")), IsEmpty());
 }
 
-TEST_F(SimulatorChangeLists, TheEnd_IsNoEntriesAsOftenAsItIsAskedFor)
+TEST_F(SimulatorChangeLists, TheEndIsNoEntriesAsOftenAsItIsAskedFor)
 {
     const std::string token = open_changes("weekly.1", "weekly.2");
     EXPECT_EQ(names(token).size(), 5U);
@@ -55,7 +55,7 @@ TEST_F(SimulatorChangeLists, TheEnd_IsNoEntriesAsOftenAsItIsAskedFor)
     }
 }
 
-TEST_F(SimulatorChangeLists, AListThatIsClosed_IsKnownNoMore)
+TEST_F(SimulatorChangeLists, AListThatIsClosedIsKnownNoMore)
 {
     const std::string token = open_changes("weekly.1", "weekly.2");
     EXPECT_EQ(ask("closeSnapChangeList", handle(token)).status, 200);
@@ -66,7 +66,7 @@ TEST_F(SimulatorChangeLists, AListThatIsClosed_IsKnownNoMore)
     EXPECT_EQ(fault("closeSnapChangeList", element("fileListHandle", nil("token"))), kMissingElement);
 }
 
-TEST_F(SimulatorChangeLists, ASessionThatEnds_TakesItsListsAlongAndNoOthers)
+TEST_F(SimulatorChangeLists, ASessionThatEndsTakesItsListsAlongAndNoOthers)
 {
     const std::string other = open_server();
     const std::string mine = open_changes("weekly.1", "weekly.2");
@@ -80,7 +80,7 @@ TEST_F(SimulatorChangeLists, ASessionThatEnds_TakesItsListsAlongAndNoOthers)
     EXPECT_EQ(names(theirs).size(), 5U);
 }
 
-TEST_F(SimulatorChangeLists, AnOpenThatMakesNoSense_IsRefused)
+TEST_F(SimulatorChangeLists, AnOpenThatMakesNoSenseIsRefused)
 {
     const auto refused = [this](const std::string& content) { return fault("openSnapChangeList", content); };
     EXPECT_EQ(refused(request("nope", "weekly.2")), kUnknownSnapshot);
@@ -101,7 +101,7 @@ TEST_F(SimulatorChangeLists, AnOpenThatMakesNoSense_IsRefused)
               kBadHandle);
 }
 
-TEST_F(SimulatorChangeLists, TheSourceVolume_MayBeTheLsusOrOneOfItsSnapshots)
+TEST_F(SimulatorChangeLists, TheSourceVolumeMayBeTheLsusOrOneOfItsSnapshots)
 {
     for (const std::string& volume :
          {ndmp("filer1", "/vol/projects"), ndmp("filer1", "/vol/projects/.snapshot/weekly.3"),
@@ -110,7 +110,7 @@ TEST_F(SimulatorChangeLists, TheSourceVolume_MayBeTheLsusOrOneOfItsSnapshots)
     }
 }
 
-TEST_F(SimulatorChangeLists, AFilter_LetsPassWhatLiesAtOrBelowAPathOfWholeComponents)
+TEST_F(SimulatorChangeLists, AFilterLetsPassWhatLiesAtOrBelowAPathOfWholeComponents)
 {
     const auto passed = [this](const std::vector<std::string>& filters) {
         return names(open_changes("weekly.1", "weekly.2"), filters);
@@ -134,7 +134,7 @@ TEST_F(SimulatorChangeLists, AFilter_LetsPassWhatLiesAtOrBelowAPathOfWholeCompon
     }
 }
 
-TEST_F(SimulatorChangeLists, FiltersOfManyKinds_AreTakenAsTheyAre)
+TEST_F(SimulatorChangeLists, FiltersOfManyKindsAreTakenAsTheyAre)
 {
     std::vector<std::string> many(5000, std::string(100, 'x'));
     for (std::size_t i = 0; i < many.size(); ++i) many[i] += std::to_string(i) + "/%s%n/&lt;&amp;../*?[]";
@@ -144,7 +144,7 @@ TEST_F(SimulatorChangeLists, FiltersOfManyKinds_AreTakenAsTheyAre)
     EXPECT_THAT(names(open_changes("weekly.1", "weekly.2"), {std::string(500000, '/') + "x"}), IsEmpty());
 }
 
-TEST_F(SimulatorChangeLists, ACountThatIsNotThatOfTheFilters_IsRefusedAndLosesNothing)
+TEST_F(SimulatorChangeLists, ACountThatIsNotThatOfTheFiltersIsRefusedAndLosesNothing)
 {
     const std::string token = open_changes("weekly.1", "weekly.2");
     for (const int count : {0, 2, -1, 2147483647}) {
@@ -164,7 +164,7 @@ class SimulatorWithSmallBatches : public ScenarioLister
     SimulatorWithSmallBatches() : ScenarioLister(std::string(R"({"batch": 2, "pace": 7})")) {}
 };
 
-TEST_F(SimulatorWithSmallBatches, AList_ComesInBatchesWithAPauseAheadOfEachButTheFirst)
+TEST_F(SimulatorWithSmallBatches, AListComesInBatchesWithAPauseAheadOfEachButTheFirst)
 {
     const std::string token = open_pair();
     const std::string at = "/vol/data/.snapshot/b/file";
@@ -181,7 +181,7 @@ TEST_F(SimulatorWithSmallBatches, AList_ComesInBatchesWithAPauseAheadOfEachButTh
     EXPECT_EQ(next(token).count, "0");
 }
 
-TEST_F(SimulatorWithSmallBatches, FiltersThatChange_CountForTheirCallAndFillABatch)
+TEST_F(SimulatorWithSmallBatches, FiltersThatChangeCountForTheirCallAndFillABatch)
 {
     const std::string token = open_pair();
     const std::string at = "/vol/data/.snapshot/b/file";
@@ -189,7 +189,7 @@ TEST_F(SimulatorWithSmallBatches, FiltersThatChange_CountForTheirCallAndFillABat
     EXPECT_THAT(names(token), ElementsAre(at + "3", at + "4"));
 }
 
-TEST_F(SimulatorWithSmallBatches, RequestsThatComeToNothingInBetween_LoseAndDoubleNothing)
+TEST_F(SimulatorWithSmallBatches, RequestsThatComeToNothingInBetweenLoseAndDoubleNothing)
 {
     const std::string token = open_pair();
     std::vector<std::string> all = next(token).names;
@@ -210,7 +210,7 @@ class SimulatorThatIsBusyAtFirst : public ScenarioLister
     SimulatorThatIsBusyAtFirst() : ScenarioLister(std::string(R"({"busy": 2, "retryInterval": 30})")) {}
 };
 
-TEST_F(SimulatorThatIsBusyAtFirst, EachList_IsPutOffAheadOfItsFirstBatch)
+TEST_F(SimulatorThatIsBusyAtFirst, EachListIsPutOffAheadOfItsFirstBatch)
 {
     for (int list = 0; list < 2; ++list) {
         const std::string token = open_pair();
@@ -239,7 +239,7 @@ class SimulatorOverDirectories : public ScenarioLister
     }
 };
 
-TEST_F(SimulatorOverDirectories, ATree_IsReadWhenAListIsOpenedAndNotAgain)
+TEST_F(SimulatorOverDirectories, ATreeIsReadWhenAListIsOpenedAndNotAgain)
 {
     const std::string token = open_pair();
     std::filesystem::remove_all(place("b/sub"));
@@ -247,7 +247,7 @@ TEST_F(SimulatorOverDirectories, ATree_IsReadWhenAListIsOpenedAndNotAgain)
     EXPECT_THAT(names(open_pair()), IsEmpty());
 }
 
-TEST_F(SimulatorOverDirectories, ATreeThatCannotBeRead_FailsTheOpenUntilItCan)
+TEST_F(SimulatorOverDirectories, ATreeThatCannotBeReadFailsTheOpenUntilItCan)
 {
     std::filesystem::rename(place("b"), place("gone"));
     EXPECT_EQ(fault("openSnapChangeList", pair()), kUnreadableTree);

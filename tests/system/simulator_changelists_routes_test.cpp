@@ -180,7 +180,7 @@ class RoutesOverManyFiles : public RoutesOverDirectories
     RoutesOverManyFiles() : RoutesOverDirectories(5000) {}
 };
 
-TEST_F(RoutesOverManyFiles, FiveThousandChanges_HaveTheSameHostPathsByBothRoutes)
+TEST_F(RoutesOverManyFiles, FiveThousandChangesHaveTheSameHostPathsByBothRoutes)
 {
     ASSERT_EQ(open_at_service(mount()), 0);
     ASSERT_FALSE(is_the_standins());
@@ -194,7 +194,7 @@ TEST_F(RoutesOverManyFiles, FiveThousandChanges_HaveTheSameHostPathsByBothRoutes
     EXPECT_TRUE(std::adjacent_find(from_service.begin(), from_service.end()) == from_service.end());
 }
 
-TEST_F(RoutesOverDirectories, HostPaths_AreTheNamesOnDiskByteForByte)
+TEST_F(RoutesOverDirectories, HostPathsAreTheNamesOnDiskByteForByte)
 {
     ASSERT_EQ(open_at_standin(mount()), 0);
     std::set<std::string> created;
@@ -213,7 +213,7 @@ TEST_F(RoutesOverDirectories, HostPaths_AreTheNamesOnDiskByteForByte)
     EXPECT_EQ(gone, mount() + "/d7/gone \\ \xfe");
 }
 
-TEST_F(RoutesOverDirectories, WithoutMounts_BothRoutesTellTheFilersPathsUnescaped)
+TEST_F(RoutesOverDirectories, WithoutMountsBothRoutesTellTheFilersPathsUnescaped)
 {
     const std::string in_diff = "/vol/data/.snapshot/b/";
     ASSERT_EQ(open_at_service(""), 0);
@@ -228,7 +228,7 @@ TEST_F(RoutesOverDirectories, WithoutMounts_BothRoutesTellTheFilersPathsUnescape
     EXPECT_THAT(from_service, Contains(Entry(2, in_diff + "d7/f9")));
 }
 
-TEST_F(RoutesOverDirectories, Filters_CountByBothRoutesWithEachCall)
+TEST_F(RoutesOverDirectories, FiltersCountByBothRoutesWithEachCall)
 {
     const std::string below = mount() + "/";
     for (const bool at_service : {true, false}) {
@@ -241,7 +241,7 @@ TEST_F(RoutesOverDirectories, Filters_CountByBothRoutesWithEachCall)
     }
 }
 
-TEST_F(RoutesOverDirectories, WithoutABase_TheStandInListsAllAndTheServiceIsNotAsked)
+TEST_F(RoutesOverDirectories, WithoutABaseTheStandInListsAllAndTheServiceIsNotAsked)
 {
     ASSERT_EQ(open_at_standin(mount(), false), 0);
     ASSERT_TRUE(is_the_standins());
@@ -252,7 +252,7 @@ TEST_F(RoutesOverDirectories, WithoutABase_TheStandInListsAllAndTheServiceIsNotA
     EXPECT_EQ(open("use_zapi=0", STS_VOLUME_NDMP, "filer1", "/vol/data", false), 2060017);
 }
 
-TEST_F(RoutesOverDirectories, AServiceThatIsGoneBetweenBatches_LosesAndDoublesNothing)
+TEST_F(RoutesOverDirectories, AServiceThatIsGoneBetweenBatchesLosesAndDoublesNothing)
 {
     ASSERT_EQ(open_at_service(mount()), 0);
     const std::vector<Entry> expected = take_rest();
@@ -299,7 +299,7 @@ class RoutesOfABusyService : private ScenarioFile, public Routes
     kit::Clock clock_;
 };
 
-TEST_F(RoutesOfABusyService, TheLibrary_WaitsAsLongAsTheServiceAsks)
+TEST_F(RoutesOfABusyService, TheLibraryWaitsAsLongAsTheServiceAsks)
 {
     clock_.set_time(1000);
     ASSERT_EQ(open_at_service("/mnt"), 0);
@@ -309,7 +309,7 @@ TEST_F(RoutesOfABusyService, TheLibrary_WaitsAsLongAsTheServiceAsks)
     EXPECT_THAT(clock_.sleeps(), ElementsAre(20, 3, 3));
 }
 
-TEST_F(RoutesOfABusyService, TheLibrary_StartsAgainUntilTheFilerIsReady)
+TEST_F(RoutesOfABusyService, TheLibraryStartsAgainUntilTheFilerIsReady)
 {
     ASSERT_EQ(open_at_standin("/mnt"), 0);
     EXPECT_TRUE(is_the_standins());
@@ -323,13 +323,13 @@ class RoutesOfADefault : private ScenarioFile, public Routes
     RoutesOfADefault() : ScenarioFile("{}"), Routes(static_cast<const ScenarioFile&>(*this)) {}
 };
 
-TEST_F(RoutesOfADefault, AFilerThatRefusesThePassword_FailsTheOpen)
+TEST_F(RoutesOfADefault, AFilerThatRefusesThePasswordFailsTheOpen)
 {
     EXPECT_EQ(open("use_zapi=1", STS_VOLUME_NDMP, "filer1 admin s3cret", "/vol/data"), 2069002);
     EXPECT_EQ(list_, nullptr);
 }
 
-TEST_F(RoutesOfADefault, AListThatTheStandInCannotOpen_ComesFromTheService)
+TEST_F(RoutesOfADefault, AListThatTheStandInCannotOpenComesFromTheService)
 {
     // The built-in scenario, which it reads at this login, knows the filer and not the snapshots.
     unsetenv("SOAPWRAPPER_SIM_SCENARIO");

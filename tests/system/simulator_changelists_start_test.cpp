@@ -32,7 +32,7 @@ class SimulatorListings : public Starter
     SimulatorListings() : Starter("{}") {}
 };
 
-TEST_F(SimulatorListings, StartsAndStops_AreCountedForEachVolume)
+TEST_F(SimulatorListings, StartsAndStopsAreCountedForEachVolume)
 {
     EXPECT_EQ(count(kStart, "filer1;/vol/data"), "1");
     EXPECT_EQ(count(kStart, "filer1;/vol/data/.snapshot/b"), "1");
@@ -42,14 +42,14 @@ TEST_F(SimulatorListings, StartsAndStops_AreCountedForEachVolume)
     EXPECT_EQ(count(kStop, "filer1;/vol/data/.snapshot/b"), "0");
 }
 
-TEST_F(SimulatorListings, AStopWithoutAStart_DoesNoHarm)
+TEST_F(SimulatorListings, AStopWithoutAStartDoesNoHarm)
 {
     EXPECT_EQ(count(kStop, "filer1;/vol/data"), "0");
     EXPECT_EQ(count(kStop, "nope;/vol/nope"), "0");
     EXPECT_EQ(count(kStart, "filer1;/vol/data"), "1");
 }
 
-TEST_F(SimulatorListings, AStartOfAnUnknownVolume_IsRefused)
+TEST_F(SimulatorListings, AStartOfAnUnknownVolumeIsRefused)
 {
     for (const char* args : {"filer2;/vol/data", "filer1;/vol/nope", "filer1", ";", "filer1 u p;/vol",
                              "filer1x;/vol/data", "filer;/vol/data", "filer1/vol/data"}) {
@@ -58,7 +58,7 @@ TEST_F(SimulatorListings, AStartOfAnUnknownVolume_IsRefused)
     EXPECT_EQ(fault_code(control(server_, kStart, "")), kBadValue);
 }
 
-TEST_F(SimulatorListings, WhatFollowsTheHost_MakesNoDifferenceAndIsToldToNobody)
+TEST_F(SimulatorListings, WhatFollowsTheHostMakesNoDifferenceAndIsToldToNobody)
 {
     EXPECT_EQ(count(kStart, "filer1 admin s3cret;/vol/data"), "1");
     EXPECT_EQ(count(kStart, "filer1 admin two;words ;/vol/data"), "2");
@@ -68,7 +68,7 @@ TEST_F(SimulatorListings, WhatFollowsTheHost_MakesNoDifferenceAndIsToldToNobody)
     EXPECT_THAT(refused.body, Not(HasSubstr("s3cret")));
 }
 
-TEST_F(SimulatorListings, ASessionThatEnds_EndsItsListings)
+TEST_F(SimulatorListings, ASessionThatEndsEndsItsListings)
 {
     const std::string other = open_server();
     EXPECT_EQ(control(other, kStart, "filer1;/vol/data").status, 200);
@@ -79,13 +79,13 @@ TEST_F(SimulatorListings, ASessionThatEnds_EndsItsListings)
     EXPECT_EQ(count(kStop, "filer1;/vol/data"), "0");
 }
 
-TEST_F(SimulatorListings, WithoutTheOutputBit_TheCountIsNotAnswered)
+TEST_F(SimulatorListings, WithoutTheOutputBitTheCountIsNotAnswered)
 {
     EXPECT_EQ(text_of(control(server_, kStart, "filer1;/vol/data", 1).body, "args"), "");
     EXPECT_EQ(count(kStart, "filer1;/vol/data"), "2");
 }
 
-TEST_F(SimulatorListings, ABufferThatCannotHoldTheCount_StartsNothing)
+TEST_F(SimulatorListings, ABufferThatCannotHoldTheCountStartsNothing)
 {
     EXPECT_EQ(fault("ioControl", server_handle(server_) + element("command", "10102") +
                                      element("args", "filer1;/vol/data") + element("ioflag", "3") +
@@ -100,7 +100,7 @@ class SimulatorThatStartsLate : public Starter
     SimulatorThatStartsLate() : Starter(R"({"startBusy": 2})") {}
 };
 
-TEST_F(SimulatorThatStartsLate, EachStart_IsRefusedBeforeItSucceeds)
+TEST_F(SimulatorThatStartsLate, EachStartIsRefusedBeforeItSucceeds)
 {
     const std::string volumes[] = {"filer1;/vol/data", "filer1;/vol/data/.snapshot/a"};
     for (int round = 1; round <= 2; ++round) {

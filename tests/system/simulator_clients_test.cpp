@@ -42,7 +42,7 @@ int status_of_head(const SimulatorProcess& simulator, const std::string& head)
     return send_raw(simulator.http_port(), head + "\r\n\r\n").status;
 }
 
-TEST(SimulatorClients, AHeadThatIsNoHttp_IsABadRequest)
+TEST(SimulatorClients, AHeadThatIsNoHttpIsABadRequest)
 {
     const SimulatorProcess simulator;
     EXPECT_EQ(status_of_head(simulator, "\x01\x02 what is this"), 400);
@@ -56,7 +56,7 @@ TEST(SimulatorClients, AHeadThatIsNoHttp_IsABadRequest)
     EXPECT_TRUE(answers(simulator));
 }
 
-TEST(SimulatorClients, WhatTheServiceDoesNotTake_IsRefusedByItsHttpStatus)
+TEST(SimulatorClients, WhatTheServiceDoesNotTakeIsRefusedByItsHttpStatus)
 {
     const SimulatorProcess simulator;
     EXPECT_EQ(status_of_head(simulator, "GET / HTTP/1.1\r\nHost: x"), 405);
@@ -67,7 +67,7 @@ TEST(SimulatorClients, WhatTheServiceDoesNotTake_IsRefusedByItsHttpStatus)
     EXPECT_TRUE(answers(simulator));
 }
 
-TEST(SimulatorClients, ABodyOrHeadBeyondTheBound_IsRefusedUnread)
+TEST(SimulatorClients, ABodyOrHeadBeyondTheBoundIsRefusedUnread)
 {
     const SimulatorProcess simulator;
     const std::string post = "POST / HTTP/1.1\r\nContent-Length: ";
@@ -78,7 +78,7 @@ TEST(SimulatorClients, ABodyOrHeadBeyondTheBound_IsRefusedUnread)
     EXPECT_TRUE(answers(simulator));
 }
 
-TEST(SimulatorClients, ABodyOfTheGreatestSize_IsRead)
+TEST(SimulatorClients, ABodyOfTheGreatestSizeIsRead)
 {
     const SimulatorProcess simulator;
     std::string body = kit::envelope(element("getServerPropByName", kProperties));
@@ -86,7 +86,7 @@ TEST(SimulatorClients, ABodyOfTheGreatestSize_IsRead)
     EXPECT_EQ(send_raw(simulator.http_port(), post_text(body)).status, 200);
 }
 
-TEST(SimulatorClients, ABodyThatIsNoSoap_GetsAFault)
+TEST(SimulatorClients, ABodyThatIsNoSoapGetsAFault)
 {
     const SimulatorProcess simulator;
     std::string deep;
@@ -103,7 +103,7 @@ TEST(SimulatorClients, ABodyThatIsNoSoap_GetsAFault)
     EXPECT_TRUE(answers(simulator));
 }
 
-TEST(SimulatorClients, AnUnknownElement_IsSkippedHoweverDeeplyItIsNested)
+TEST(SimulatorClients, AnUnknownElementIsSkippedHoweverDeeplyItIsNested)
 {
     const SimulatorProcess simulator;
     std::string nested;
@@ -112,7 +112,7 @@ TEST(SimulatorClients, AnUnknownElement_IsSkippedHoweverDeeplyItIsNested)
     EXPECT_EQ(ask(simulator.http_port(), "getServerPropByName", nested + kProperties).status, 200);
 }
 
-TEST(SimulatorClients, AnEntityOfTheDocument_IsNotExpanded)
+TEST(SimulatorClients, AnEntityOfTheDocumentIsNotExpanded)
 {
     const SimulatorProcess simulator;
     std::string body = kit::envelope(element("getServerPropByName", element("server", "&e;")));
@@ -123,7 +123,7 @@ TEST(SimulatorClients, AnEntityOfTheDocument_IsNotExpanded)
     EXPECT_TRUE(answers(simulator));
 }
 
-TEST(SimulatorClients, AnEnvelopeOfTheNewerSoap_IsAnsweredInKind)
+TEST(SimulatorClients, AnEnvelopeOfTheNewerSoapIsAnsweredInKind)
 {
     const SimulatorProcess simulator;
     std::string body = kit::envelope(element("getServerPropByName", element("server", "nobody")));
@@ -135,7 +135,7 @@ TEST(SimulatorClients, AnEnvelopeOfTheNewerSoap_IsAnsweredInKind)
     EXPECT_EQ(text_of(text_of(reply.body, "STSException"), "errorCode"), "2069001");
 }
 
-TEST(SimulatorClients, ARequestInSmallPieces_IsPutTogether)
+TEST(SimulatorClients, ARequestInSmallPiecesIsPutTogether)
 {
     const SimulatorProcess simulator;
     const ClientSocket client(simulator.http_port());
@@ -145,7 +145,7 @@ TEST(SimulatorClients, ARequestInSmallPieces_IsPutTogether)
     EXPECT_EQ(parse_reply(client.receive_all()).status, 200);
 }
 
-TEST(SimulatorClients, AClientThatWaitsForAWord_IsToldToGoOn)
+TEST(SimulatorClients, AClientThatWaitsForAWordIsToldToGoOn)
 {
     const SimulatorProcess simulator;
     const std::string body = kit::envelope(element("getServerPropByName", kProperties));
@@ -159,7 +159,7 @@ TEST(SimulatorClients, AClientThatWaitsForAWord_IsToldToGoOn)
     EXPECT_EQ(parse_reply(client.receive_all()).status, 200);
 }
 
-TEST(SimulatorClients, SilentAndHalfOpenClients_KeepNobodyWaiting)
+TEST(SimulatorClients, SilentAndHalfOpenClientsKeepNobodyWaiting)
 {
     SimulatorProcess simulator({"--threads", "2"});
     const std::string whole = post_text(kit::envelope(element("getServerPropByName", kProperties)));
@@ -177,7 +177,7 @@ TEST(SimulatorClients, SilentAndHalfOpenClients_KeepNobodyWaiting)
     EXPECT_EQ(simulator.stop(SIGTERM), 0) << simulator.errors();
 }
 
-TEST(SimulatorClients, MoreSilentClientsThanThereIsRoomFor_MakeRoomForOneThatAsks)
+TEST(SimulatorClients, MoreSilentClientsThanThereIsRoomForMakeRoomForOneThatAsks)
 {
     const SimulatorProcess simulator;
     std::deque<ClientSocket> clients;
@@ -187,7 +187,7 @@ TEST(SimulatorClients, MoreSilentClientsThanThereIsRoomFor_MakeRoomForOneThatAsk
     EXPECT_FALSE(clients.back().has_something_to_read());
 }
 
-TEST(SimulatorClients, ClientsThatVanish_DisturbNothing)
+TEST(SimulatorClients, ClientsThatVanishDisturbNothing)
 {
     SimulatorProcess simulator({"--delay", "openServer=3600000", "--threads", "4"});
     const std::string whole = post_text(kit::envelope(element("openServer", kProperties)));
@@ -209,7 +209,7 @@ TEST(SimulatorClients, ClientsThatVanish_DisturbNothing)
     EXPECT_EQ(simulator.stop(SIGTERM), 0) << simulator.errors();
 }
 
-TEST(SimulatorClients, PlainTextOnTheTlsPort_DisturbsNothing)
+TEST(SimulatorClients, PlainTextOnTheTlsPortDisturbsNothing)
 {
     SimulatorProcess simulator({"-v"});
     const std::string request = post_text(kit::envelope(element("getServerPropByName", kProperties)));
@@ -219,7 +219,7 @@ TEST(SimulatorClients, PlainTextOnTheTlsPort_DisturbsNothing)
     EXPECT_THAT(simulator.errors(), HasSubstr(" -: closed without a whole request"));
 }
 
-TEST(SimulatorTls, TheCertificate_IsForTheHostAndSignedByItself)
+TEST(SimulatorTls, TheCertificateIsForTheHostAndSignedByItself)
 {
     const SimulatorProcess simulator({"--advertise", "storage.example"});
     const TlsClient client(simulator.https_port());
@@ -241,7 +241,7 @@ TEST(SimulatorTls, TheCertificate_IsForTheHostAndSignedByItself)
     EXPECT_STREQ(group, "prime256v1");
 }
 
-TEST(SimulatorTls, TheCertificate_IsAnotherOneAtEachStart)
+TEST(SimulatorTls, TheCertificateIsAnotherOneAtEachStart)
 {
     const SimulatorProcess first;
     const SimulatorProcess second;
@@ -260,7 +260,7 @@ TEST(SimulatorStart, UrlsAreToldInOrderWithTheirRealPorts)
     EXPECT_NE(simulator.http_port(), simulator.https_port());
 }
 
-TEST(SimulatorStart, AnIpv6Address_IsServedAndNamedInBrackets)
+TEST(SimulatorStart, AnIpv6AddressIsServedAndNamedInBrackets)
 {
     try {
         const SimulatorProcess simulator(
@@ -275,7 +275,7 @@ TEST(SimulatorStart, AnIpv6Address_IsServedAndNamedInBrackets)
     }
 }
 
-TEST(SimulatorStart, APortInUse_IsNamedInTheError)
+TEST(SimulatorStart, APortInUseIsNamedInTheError)
 {
     const SimulatorProcess first;
     const std::string taken = "127.0.0.1:" + std::to_string(first.http_port());
@@ -286,7 +286,7 @@ TEST(SimulatorStart, APortInUse_IsNamedInTheError)
                 AllOf(StartsWith("soapwrapper-sim: can't listen on " + taken), HasSubstr("in use")));
 }
 
-TEST(SimulatorStart, AWrongCommandLine_IsExplainedAndEndsWithTwo)
+TEST(SimulatorStart, AWrongCommandLineIsExplainedAndEndsWithTwo)
 {
     const ProcessResult result = run_process(SIMULATOR_PROGRAM, {"--fault", "openServr=1"});
     EXPECT_EQ(result.exit_code, 2);
@@ -294,7 +294,7 @@ TEST(SimulatorStart, AWrongCommandLine_IsExplainedAndEndsWithTwo)
     EXPECT_THAT(result.err, HasSubstr("--fault: \"openServr=1\" doesn't begin with an operation"));
 }
 
-TEST(SimulatorStart, HelpAndVersion_GoToStandardOutput)
+TEST(SimulatorStart, HelpAndVersionGoToStandardOutput)
 {
     const ProcessResult version = run_process(SIMULATOR_PROGRAM, {"--version"});
     EXPECT_EQ(version.exit_code, 0);
@@ -308,7 +308,7 @@ TEST(SimulatorStart, HelpAndVersion_GoToStandardOutput)
     }
 }
 
-TEST(SimulatorStop, EitherSignal_EndsItWithZero)
+TEST(SimulatorStop, EitherSignalEndsItWithZero)
 {
     for (const int signal : {SIGINT, SIGTERM}) {
         SimulatorProcess simulator;
@@ -318,7 +318,7 @@ TEST(SimulatorStop, EitherSignal_EndsItWithZero)
     }
 }
 
-TEST(SimulatorStop, ASilentClient_DoesNotHoldIt)
+TEST(SimulatorStop, ASilentClientDoesNotHoldIt)
 {
     SimulatorProcess simulator;
     const ClientSocket silent(simulator.http_port());

@@ -21,7 +21,7 @@ TEST_F(SimulatorEventChannels, ReadWhatThereIsFromTheNumberThatTheyAreOpenedWith
     EXPECT_THAT(take_all(open_channel("Near:filer", "-2147483648")), testing::SizeIs(5));
 }
 
-TEST_F(SimulatorEventChannels, OpenedAheadOfTime_WaitForTheirNumber)
+TEST_F(SimulatorEventChannels, OpenedAheadOfTimeWaitForTheirNumber)
 {
     const std::string channel = open_channel("Near:filer", "4");
     EXPECT_EQ(take(channel), kEnd);
@@ -30,7 +30,7 @@ TEST_F(SimulatorEventChannels, OpenedAheadOfTime_WaitForTheirNumber)
     EXPECT_THAT(take_all(open_channel("Near:filer", "2147483647")), ElementsAre(kEnd));
 }
 
-TEST_F(SimulatorEventChannels, AtTheirEnd_GoOnWithWhatHappensNext)
+TEST_F(SimulatorEventChannels, AtTheirEndGoOnWithWhatHappensNext)
 {
     const std::string channel = channel_at_the_end();
     EXPECT_EQ(take(channel), kEnd);
@@ -99,13 +99,13 @@ TEST_F(SimulatorEventChannels, AreOpenedByNameAndCredentialLikeAServer)
     EXPECT_NE(open_channel("Near:" + std::string(511, 'x')), "");
 }
 
-TEST_F(SimulatorEventChannels, APayload_IsToldOfInlineEventsToo)
+TEST_F(SimulatorEventChannels, APayloadIsToldOfInlineEventsToo)
 {
     EXPECT_EQ(payload("1"), element("srvStat", element("action", "1") + element("name", "Near:filer")));
     EXPECT_EQ(payload("1"), text_of(take(open_channel()), "body"));
 }
 
-TEST_F(SimulatorEventChannels, AnEvent_IsKnownByItsNumberAloneWhateverElseComesBack)
+TEST_F(SimulatorEventChannels, AnEventIsKnownByItsNumberAloneWhateverElseComesBack)
 {
     const std::string odd =
         element("event", element("seqno", "1") + element("server", "Far:else") + element("flags", "2") +
@@ -116,7 +116,7 @@ TEST_F(SimulatorEventChannels, AnEvent_IsKnownByItsNumberAloneWhateverElseComesB
     EXPECT_THAT(take_all(open_channel("Far:else")), ElementsAre("1 2 3", "2 0 7", kEnd));
 }
 
-TEST_F(SimulatorEventChannels, AnEventThatIsNotThere_IsToldByACodeOfItsOwn)
+TEST_F(SimulatorEventChannels, AnEventThatIsNotThereIsToldByACodeOfItsOwn)
 {
     for (const char* seqno : {"0", "3", "-1", "-2147483648", "2147483647"}) {
         EXPECT_EQ(fault_code(ask_payload(seqno)), kUnknownEvent) << seqno;

@@ -33,7 +33,7 @@ class SimulatorEvents : public EventsClient
     const std::string channel_ = channel_at_the_end();
 };
 
-TEST_F(SimulatorEvents, AtTheStart_TellThatTheServerIsUpAndCanBeAskedForItsProperties)
+TEST_F(SimulatorEvents, AtTheStartTellThatTheServerIsUpAndCanBeAskedForItsProperties)
 {
     const std::string channel = open_channel("Near:elsewhere");
     EXPECT_EQ(
@@ -48,7 +48,7 @@ TEST_F(SimulatorEvents, AtTheStart_TellThatTheServerIsUpAndCanBeAskedForItsPrope
     EXPECT_EQ(payload("2"), element("srvInfo", element("fields", "511") + element("srvInfo", asked)));
 }
 
-TEST_F(SimulatorEvents, ADeletedSnapshot_IsAnActivityThatWaitsToBeAskedFor)
+TEST_F(SimulatorEvents, ADeletedSnapshotIsAnActivityThatWaitsToBeAskedFor)
 {
     const std::string told = properties(near_, "home", "old");
     EXPECT_EQ(ask("deleteSnap", lsu(near_, "home") + snapshot("old")).status, 200);
@@ -65,7 +65,7 @@ TEST_F(SimulatorEvents, ADeletedSnapshot_IsAnActivityThatWaitsToBeAskedFor)
                                                 nil("hostSpec") + message(text)));
 }
 
-TEST_F(SimulatorEvents, ACreatedSnapshot_IsTheWorkOfAnOperationThatEndsAfterIt)
+TEST_F(SimulatorEvents, ACreatedSnapshotIsTheWorkOfAnOperationThatEndsAfterIt)
 {
     EXPECT_EQ(failure(start("asyncCreateSnapByName", create("made"))), 0);
     EXPECT_THAT(take(channel_), HasSubstr(number("type", kActv)));
@@ -76,7 +76,7 @@ TEST_F(SimulatorEvents, ACreatedSnapshot_IsTheWorkOfAnOperationThatEndsAfterIt)
     EXPECT_EQ(take(channel_), kEnd);
 }
 
-TEST_F(SimulatorEvents, AnOperationOfTheClientsName_TellsItWithWhatItCameTo)
+TEST_F(SimulatorEvents, AnOperationOfTheClientsNameTellsItWithWhatItCameTo)
 {
     EXPECT_EQ(ask("namedAsyncPostProcessSnapByName", post_process("old") + opname("mine")).status, 200);
     ask("namedAsyncCancel", by_name("mine"));
@@ -100,7 +100,7 @@ TEST_F(SimulatorEvents, AnOperationOfTheClientsName_TellsItWithWhatItCameTo)
                                    op(id, text_of(failed, "bytesTransferred"), kUnknownSnapshot)));
 }
 
-TEST_F(SimulatorEvents, ARollback_TellsTheSnapshotsThatItTookAwayAndWhereItWentBack)
+TEST_F(SimulatorEvents, ARollbackTellsTheSnapshotsThatItTookAwayAndWhereItWentBack)
 {
     EXPECT_EQ(failure(start("asyncRollbackSnap", rollback("old", {"new"}))), 0);
     EXPECT_THAT(take_all(channel_), ElementsAre("3 0 6", "4 2 4", "5 2 1", kEnd));
@@ -108,7 +108,7 @@ TEST_F(SimulatorEvents, ARollback_TellsTheSnapshotsThatItTookAwayAndWhereItWentB
     EXPECT_EQ(payload("4"), element("lsuStat", element("action", "3") + element("name", "home")));
 }
 
-TEST_F(SimulatorEvents, ADeletedImage_IsToldAsItWas)
+TEST_F(SimulatorEvents, ADeletedImageIsToldAsItWas)
 {
     const std::string image = element("version", "0") + element("basename", "weekly") + nil("date") +
                               nil("fulldate") + nil("policy") + element("saveas", "0") +
@@ -124,7 +124,7 @@ TEST_F(SimulatorEvents, ADeletedImage_IsToldAsItWas)
                            element("imgInfo", element("fields", "255") + element("imgInfo", told))));
 }
 
-TEST_F(SimulatorEvents, ACopiedImage_IsAReplicationThatWaitsToBeAskedFor)
+TEST_F(SimulatorEvents, ACopiedImageIsAReplicationThatWaitsToBeAskedFor)
 {
     const auto image = [](const std::string& role, const std::string& name) {
         return element(role, element("version", "10") + element("basename", name) + element("date", "1") +
@@ -150,7 +150,7 @@ TEST_F(SimulatorEvents, ACopiedImage_IsAReplicationThatWaitsToBeAskedFor)
                                     image("origName", "weekly")));
 }
 
-TEST_F(SimulatorEvents, ALabel_IsToldWithTheLsuAsItIsThen)
+TEST_F(SimulatorEvents, ALabelIsToldWithTheLsuAsItIsThen)
 {
     label("now");
     const std::string then = text_of(ask("getLSUPropByName", lsu(near_, "side")).body, "info");
@@ -164,7 +164,7 @@ TEST_F(SimulatorEvents, ALabel_IsToldWithTheLsuAsItIsThen)
     EXPECT_THAT(take_all(channel_), ElementsAre("5 2 2", "6 2 4", kEnd));
 }
 
-TEST_F(SimulatorEvents, AnExport_IsAnActivityAtItsBeginningAndAtItsEnd)
+TEST_F(SimulatorEvents, AnExportIsAnActivityAtItsBeginningAndAtItsEnd)
 {
     const auto told_hosts = [](const std::vector<std::string>& names) {
         std::string items;
@@ -200,7 +200,7 @@ TEST_F(SimulatorEvents, AnExport_IsAnActivityAtItsBeginningAndAtItsEnd)
     EXPECT_THAT(of_a_volume, HasSubstr(nil("hostSpec")));
 }
 
-TEST_F(SimulatorEvents, AnExportToMoreHostsThanAHostCanName_IsToldWithTheFirstOnes)
+TEST_F(SimulatorEvents, AnExportToMoreHostsThanAHostCanNameIsToldWithTheFirstOnes)
 {
     std::vector<std::string> names(16, std::string(256, 'y'));
     names.front() = std::string(255, 'x');
@@ -213,14 +213,14 @@ TEST_F(SimulatorEvents, AnExportToMoreHostsThanAHostCanName_IsToldWithTheFirstOn
     EXPECT_THAT(told, Not(HasSubstr(std::string(256, 'y'))));
 }
 
-TEST_F(SimulatorEvents, WhatWasRefused_IsNoEvent)
+TEST_F(SimulatorEvents, WhatWasRefusedIsNoEvent)
 {
     EXPECT_EQ(fault("deleteSnap", lsu(near_, "home") + snapshot("nope")), kUnknownSnapshot);
     EXPECT_EQ(fault("labelLSU", lsu(near_, "home") + element("lsuLabel", std::string(64, 'x'))), kBadValue);
     EXPECT_EQ(take(channel_), kEnd);
 }
 
-TEST_F(SimulatorEvents, OfAnotherServer_AreNotSeen)
+TEST_F(SimulatorEvents, OfAnotherServerAreNotSeen)
 {
     label("near");
     const std::string far = channel_at_the_end("Far:else");
@@ -248,7 +248,7 @@ class SimulatorEventsInANarrowPlace : public EventsClient
     const std::string channel_ = channel_at_the_end();
 };
 
-TEST_F(SimulatorEventsInANarrowPlace, TheLastFreeSession_IsToldWhenItIsTakenAndWhenItIsBack)
+TEST_F(SimulatorEventsInANarrowPlace, TheLastFreeSessionIsToldWhenItIsTakenAndWhenItIsBack)
 {
     const std::string second = open_server("Near:filer");
     EXPECT_EQ(open_server("Near:filer"), "");
@@ -263,7 +263,7 @@ TEST_F(SimulatorEventsInANarrowPlace, TheLastFreeSession_IsToldWhenItIsTakenAndW
     EXPECT_EQ(take(channel_), kEnd);
 }
 
-TEST_F(SimulatorEventsInANarrowPlace, AnLsuThatFillsUp_IsToldOnce)
+TEST_F(SimulatorEventsInANarrowPlace, AnLsuThatFillsUpIsToldOnce)
 {
     EXPECT_EQ(failure(start("asyncCreateSnapByName", create("first"))), 0);
     EXPECT_EQ(failure(start("asyncCreateSnapByName", create("second"))), 0);
@@ -271,7 +271,7 @@ TEST_F(SimulatorEventsInANarrowPlace, AnLsuThatFillsUp_IsToldOnce)
     EXPECT_EQ(payload("4"), element("lsuStat", element("action", "2") + element("name", "home")));
 }
 
-TEST_F(SimulatorEventsInANarrowPlace, ASnapshotOfAnApplication_IsToldWithIt)
+TEST_F(SimulatorEventsInANarrowPlace, ASnapshotOfAnApplicationIsToldWithIt)
 {
     EXPECT_EQ(ask("deleteSnap", lsu(near_, "home") + snapshot("new")).status, 200);
     EXPECT_THAT(payload("3"),

@@ -94,7 +94,7 @@ class EventsThroughTheLibrary : public testing::Test
     std::unique_ptr<sts_ev_activity_v11_t> activity_ = std::make_unique<sts_ev_activity_v11_t>();
 };
 
-TEST_F(EventsThroughTheLibrary, AnActivity_IsAnnouncedFetchedAndDeleted)
+TEST_F(EventsThroughTheLibrary, AnActivityIsAnnouncedFetchedAndDeleted)
 {
     EXPECT_EQ(next(), kEnd);
     delete_snapshot("nightly.0105");
@@ -125,7 +125,7 @@ TEST_F(EventsThroughTheLibrary, AnActivity_IsAnnouncedFetchedAndDeleted)
     EXPECT_EQ(fetch(STS_DETACHED_ACTIVITY_PAYLOAD), 2069020);
 }
 
-TEST_F(EventsThroughTheLibrary, AnExport_ComesWithItsPayloadAndIsDeletedWithoutIt)
+TEST_F(EventsThroughTheLibrary, AnExportComesWithItsPayloadAndIsDeletedWithoutIt)
 {
     auto hosts = std::make_unique<sts_host_spec_v11_t>();
     std::strcpy(hosts->hostname[0], "h1");
@@ -140,7 +140,7 @@ TEST_F(EventsThroughTheLibrary, AnExport_ComesWithItsPayloadAndIsDeletedWithoutI
     EXPECT_EQ(remove(), 2069020);
 }
 
-TEST_F(EventsThroughTheLibrary, ADeletedImage_ComesWithItsRecord)
+TEST_F(EventsThroughTheLibrary, ADeletedImageComesWithItsRecord)
 {
     auto image = std::make_unique<sts_image_def_v10_t>();
     std::strcpy(image->basename, "home_1767571200_C1_F1");
@@ -157,7 +157,7 @@ TEST_F(EventsThroughTheLibrary, ADeletedImage_ComesWithItsRecord)
     EXPECT_EQ(next(), kEnd);
 }
 
-TEST_F(EventsThroughTheLibrary, ALabel_ComesWithTheLsuAndItsStatus)
+TEST_F(EventsThroughTheLibrary, ALabelComesWithTheLsuAndItsStatus)
 {
     ask_for("labelLSU",
             element("lsu", server_handle() + element("lsuName", "home")) + element("lsuLabel", "renamed"));
@@ -177,7 +177,7 @@ TEST_F(EventsThroughTheLibrary, ALabel_ComesWithTheLsuAndItsStatus)
     EXPECT_EQ(remove(), 0);
 }
 
-TEST_F(EventsThroughTheLibrary, AnOperation_ComesWithItsNameAndItsResult)
+TEST_F(EventsThroughTheLibrary, AnOperationComesWithItsNameAndItsResult)
 {
     sts_opname_t name = {};
     std::strcpy(name.name, "mine");
@@ -198,7 +198,7 @@ class EventsOfABusyServer : public EventsThroughTheLibrary
     EventsOfABusyServer() : EventsThroughTheLibrary({"--fault", "closeServer=2060005,1"}) {}
 };
 
-TEST_F(EventsOfABusyServer, AChannelWhoseLoginStays_IsClosedAgain)
+TEST_F(EventsOfABusyServer, AChannelWhoseLoginStaysIsClosedAgain)
 {
     EXPECT_EQ(close(), 2060005);
     session_.clear();

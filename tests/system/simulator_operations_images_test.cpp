@@ -38,7 +38,7 @@ class SimulatorImageCopies : public OperationsClient
     }
 };
 
-TEST_F(SimulatorImageCopies, ACopy_AppearsAtItsEndAndIsOpenUntilItIsEnded)
+TEST_F(SimulatorImageCopies, ACopyAppearsAtItsEndAndIsOpenUntilItIsEnded)
 {
     const std::string id = start("asyncCopyImage", with_set(copy()));
     EXPECT_EQ(text_of(ask("asyncWait", by_id(id)).body, "result"),
@@ -62,7 +62,7 @@ TEST_F(SimulatorImageCopies, ACopy_AppearsAtItsEndAndIsOpenUntilItIsEnded)
     EXPECT_THAT(images(), ElementsAre("weekly-copy"));
 }
 
-TEST_F(SimulatorImageCopies, ANamedCopy_IsItsTargetsServers)
+TEST_F(SimulatorImageCopies, ANamedCopyIsItsTargetsServers)
 {
     const std::string request = copy() + opname("mine") + element("imageset") + number("eventflag", 0);
     EXPECT_EQ(ask("namedAsyncCopyImage", request).status, 200);
@@ -75,7 +75,7 @@ TEST_F(SimulatorImageCopies, ANamedCopy_IsItsTargetsServers)
     EXPECT_EQ(ask("namedAsyncEndCopyImage", opened + opname("mine")).status, 200);
 }
 
-TEST_F(SimulatorImageCopies, ACopyThatCannotBe_IsRefusedOrFails)
+TEST_F(SimulatorImageCopies, ACopyThatCannotBeIsRefusedOrFails)
 {
     const std::string first = start("asyncCopyImage", with_set(copy()));
     const std::string second = start("asyncCopyImage", with_set(copy()));
@@ -92,7 +92,7 @@ TEST_F(SimulatorImageCopies, ACopyThatCannotBe_IsRefusedOrFails)
     EXPECT_THAT(images(), ElementsAre("weekly-copy"));
 }
 
-TEST_F(SimulatorImageCopies, ACopyWhoseSessionIsClosed_IsMadeWithoutBeingOpen)
+TEST_F(SimulatorImageCopies, ACopyWhoseSessionIsClosedIsMadeWithoutBeingOpen)
 {
     const std::string id = start("asyncCopyImage", with_set(copy()));
     ask("closeServer", server_handle(far_));

@@ -139,7 +139,7 @@ class OperationsThroughTheLibrary : public testing::Test
     SimulatorProcess simulator_;
 };
 
-TEST_F(OperationsThroughTheLibrary, ABlockingWait_SleepsAsItIsToldAndFindsTheCreatedSnapshot)
+TEST_F(OperationsThroughTheLibrary, ABlockingWaitSleepsAsItIsToldAndFindsTheCreatedSnapshot)
 {
     const Async async = create("fresh");
     EXPECT_EQ(wait(async, true), 0);
@@ -154,7 +154,7 @@ TEST_F(OperationsThroughTheLibrary, ABlockingWait_SleepsAsItIsToldAndFindsTheCre
     EXPECT_THAT(snapshots(near_, "home"), ElementsAre("old", "new", "fresh"));
 }
 
-TEST_F(OperationsThroughTheLibrary, AWaitThatDoesNotBlock_TellsThatTheOperationIsBusy)
+TEST_F(OperationsThroughTheLibrary, AWaitThatDoesNotBlockTellsThatTheOperationIsBusy)
 {
     const Async async = create("fresh");
     EXPECT_EQ(wait(async, false), 0);
@@ -170,7 +170,7 @@ TEST_F(OperationsThroughTheLibrary, AWaitThatDoesNotBlock_TellsThatTheOperationI
     EXPECT_THAT(clock_.sleeps(), ElementsAre(7U));
 }
 
-TEST_F(OperationsThroughTheLibrary, ACancelledOperation_HasNoEffect)
+TEST_F(OperationsThroughTheLibrary, ACancelledOperationHasNoEffect)
 {
     const Async async = create("fresh");
     const auto cancel = kit::Host::instance().main_slot<decltype(stspi_async_cancel)>(41);
@@ -180,7 +180,7 @@ TEST_F(OperationsThroughTheLibrary, ACancelledOperation_HasNoEffect)
     EXPECT_THAT(snapshots(near_, "home"), ElementsAre("old", "new"));
 }
 
-TEST_F(OperationsThroughTheLibrary, ANamedCopy_IsFollowedByItsNameToAnotherServer)
+TEST_F(OperationsThroughTheLibrary, ANamedCopyIsFollowedByItsNameToAnotherServer)
 {
     const stsp_lsu_v7_t home = lsu(near_, "home");
     const sts_snap_def_v11_t source = definition("old");
@@ -203,7 +203,7 @@ TEST_F(OperationsThroughTheLibrary, ANamedCopy_IsFollowedByItsNameToAnotherServe
     EXPECT_THAT(snapshots(far_, "spare"), ElementsAre("old"));
 }
 
-TEST_F(OperationsThroughTheLibrary, ADifference_ComesAsRows)
+TEST_F(OperationsThroughTheLibrary, ADifferenceComesAsRows)
 {
     stsp_async_t* async = nullptr;
     const sts_snap_def_v11_t of = definition("old");
@@ -220,7 +220,7 @@ TEST_F(OperationsThroughTheLibrary, ADifference_ComesAsRows)
     EXPECT_EQ(rows[1].objectState, 2);
 }
 
-TEST_F(OperationsThroughTheLibrary, ARollback_IsRefusedUntilNewerSnapshotsAreGivenUp)
+TEST_F(OperationsThroughTheLibrary, ARollbackIsRefusedUntilNewerSnapshotsAreGivenUp)
 {
     const stsp_lsu_v7_t home = lsu(near_, "home");
     const sts_snap_def_v11_t source = definition("old");

@@ -20,7 +20,7 @@ class SimulatorOperationNames : public OperationsClient
     }
 };
 
-TEST_F(SimulatorOperationNames, ANamedOperation_IsFollowedByItsName)
+TEST_F(SimulatorOperationNames, ANamedOperationIsFollowedByItsName)
 {
     EXPECT_EQ(start_named("mine").body, element("namedAsyncCreateSnapByNameResponse"));
     EXPECT_EQ(status("mine"), kBusy);
@@ -33,7 +33,7 @@ TEST_F(SimulatorOperationNames, ANamedOperation_IsFollowedByItsName)
     EXPECT_EQ(text_of(ended, "retryInterval"), "0");
 }
 
-TEST_F(SimulatorOperationNames, EveryKind_CanBeNamed)
+TEST_F(SimulatorOperationNames, EveryKindCanBeNamed)
 {
     const std::vector<std::pair<const char*, std::string>> starts = {
         {"namedAsyncCreateSnapByName", create("a")},
@@ -57,7 +57,7 @@ TEST_F(SimulatorOperationNames, EveryKind_CanBeNamed)
     for (const auto& each : starts) EXPECT_EQ(status(each.first), 0) << each.first;
 }
 
-TEST_F(SimulatorOperationNames, ANameInUse_IsRefusedUntilItsOperationHasEnded)
+TEST_F(SimulatorOperationNames, ANameInUseIsRefusedUntilItsOperationHasEnded)
 {
     start_named("mine");
     EXPECT_EQ(fault_code(start_named("mine", "other")), kInUse);
@@ -69,7 +69,7 @@ TEST_F(SimulatorOperationNames, ANameInUse_IsRefusedUntilItsOperationHasEnded)
     EXPECT_THAT(snapshots(near_, "home"), ElementsAre("old", "new", "fresh", "other"));
 }
 
-TEST_F(SimulatorOperationNames, AName_IsOneServersAlone)
+TEST_F(SimulatorOperationNames, ANameIsOneServersAlone)
 {
     start_named("mine");
     EXPECT_EQ(fault("namedAsyncStatus", server_handle(far_) + opname("mine")), kUnknownOperation);
@@ -80,14 +80,14 @@ TEST_F(SimulatorOperationNames, AName_IsOneServersAlone)
     EXPECT_EQ(ask("namedAsyncStatus", server_handle(other_session) + opname("mine")).status, 200);
 }
 
-TEST_F(SimulatorOperationNames, ANameThatIsEmptyOrTooLong_IsRefused)
+TEST_F(SimulatorOperationNames, ANameThatIsEmptyOrTooLongIsRefused)
 {
     EXPECT_EQ(fault_code(start_named("")), kBadValue);
     EXPECT_EQ(fault_code(start_named(std::string(256, 'n'))), kBadValue);
     EXPECT_EQ(start_named(std::string(255, 'n')).status, 200);
 }
 
-TEST_F(SimulatorOperationNames, AFailedOperation_TellsItsCodeAsAFault)
+TEST_F(SimulatorOperationNames, AFailedOperationTellsItsCodeAsAFault)
 {
     start_named("first");
     start_named("second");
@@ -97,7 +97,7 @@ TEST_F(SimulatorOperationNames, AFailedOperation_TellsItsCodeAsAFault)
     EXPECT_EQ(error_of(ask("namedAsyncWaitSnap", by_name("second"))), kInUse);
 }
 
-TEST_F(SimulatorOperationNames, ACancelledOperation_HasNoEffectAndAStatusOfItsOwn)
+TEST_F(SimulatorOperationNames, ACancelledOperationHasNoEffectAndAStatusOfItsOwn)
 {
     start_named("mine");
     EXPECT_EQ(ask("namedAsyncCancel", by_name("mine")).body, element("namedAsyncCancelResponse"));
@@ -110,7 +110,7 @@ TEST_F(SimulatorOperationNames, ACancelledOperation_HasNoEffectAndAStatusOfItsOw
     EXPECT_EQ(start_named("mine").status, 200) << "the name is free again";
 }
 
-TEST_F(SimulatorOperationNames, ACancelByItsId_StopsAnOperationThatRunsAndNoOther)
+TEST_F(SimulatorOperationNames, ACancelByItsIdStopsAnOperationThatRunsAndNoOther)
 {
     const std::string id = start("asyncCreateSnapByName", create("fresh"));
     EXPECT_EQ(ask("asyncCancel", by_id(id)).body, element("asyncCancelResponse"));
@@ -124,7 +124,7 @@ TEST_F(SimulatorOperationNames, ACancelByItsId_StopsAnOperationThatRunsAndNoOthe
     EXPECT_THAT(snapshots(near_, "home"), ElementsAre("old", "new", "fresh"));
 }
 
-TEST_F(SimulatorOperationNames, AnIdOrNameThatNobodyKnows_IsToldByACodeOfItsOwn)
+TEST_F(SimulatorOperationNames, AnIdOrNameThatNobodyKnowsIsToldByACodeOfItsOwn)
 {
     const std::string unknown = by_id("0123456789abcdef0123456789abcdef");
     for (const char* operation : {"asyncWait", "asyncWaitSnap", "asyncCancel"}) {
@@ -138,7 +138,7 @@ TEST_F(SimulatorOperationNames, AnIdOrNameThatNobodyKnows_IsToldByACodeOfItsOwn)
     EXPECT_EQ(fault("asyncWaitSnap", by_id("mine")), kUnknownOperation) << "a name is no id";
 }
 
-TEST_F(SimulatorOperationNames, AWaitById_NeedsASessionsDefinitionAndAnId)
+TEST_F(SimulatorOperationNames, AWaitByIdNeedsASessionsDefinitionAndAnId)
 {
     const std::string id = start("asyncCreateSnapByName", create("fresh"));
     for (const char* operation : {"asyncWait", "asyncWaitSnap", "asyncCancel"}) {
@@ -149,7 +149,7 @@ TEST_F(SimulatorOperationNames, AWaitById_NeedsASessionsDefinitionAndAnId)
     EXPECT_EQ(error_of(wait(id)), 0);
 }
 
-TEST_F(SimulatorOperationNames, ThePlainWaits_AnswerForSnapshotsToo)
+TEST_F(SimulatorOperationNames, ThePlainWaitsAnswerForSnapshotsToo)
 {
     const std::string id = start("asyncCreateSnapByName", create("fresh"));
     EXPECT_EQ(text_of(ask("asyncWait", by_id(id)).body, "result"),
@@ -164,7 +164,7 @@ TEST_F(SimulatorOperationNames, ThePlainWaits_AnswerForSnapshotsToo)
                   number("delayInSeconds", 0));
 }
 
-TEST_F(SimulatorOperationNames, AnOperation_OutlivesTheSessionThatStartedIt)
+TEST_F(SimulatorOperationNames, AnOperationOutlivesTheSessionThatStartedIt)
 {
     const std::string id = start("asyncCreateSnapByName", create("fresh"));
     ask("closeServer", server_handle(near_));

@@ -22,7 +22,7 @@ class SimulatorTopologies : public OperationsClient
     }
 };
 
-TEST_F(SimulatorTopologies, AValidation_GivesBackTheTextOrMakesOneOfTheTargets)
+TEST_F(SimulatorTopologies, AValidationGivesBackTheTextOrMakesOneOfTheTargets)
 {
     const std::string given = validated("mine", {{"", "side"}});
     EXPECT_THAT(given, HasSubstr(number("resultSnapType", 1) +
@@ -32,14 +32,14 @@ TEST_F(SimulatorTopologies, AValidation_GivesBackTheTextOrMakesOneOfTheTargets)
     EXPECT_EQ(text_of(validated("", {}), "targetTopology"), "");
 }
 
-TEST_F(SimulatorTopologies, ATextOrATargetThatCannotBe_IsRefused)
+TEST_F(SimulatorTopologies, ATextOrATargetThatCannotBeIsRefused)
 {
     EXPECT_EQ(fault("asyncValidateSnapByName", topology(std::string(4096, 't'), {})), kBadValue);
     EXPECT_EQ(fault("asyncValidateSnapByName", topology("", {{"", "nope"}})), kUnknownLsu);
     EXPECT_EQ(fault("asyncValidateSnapByName", topology("", {{std::string(512, 's'), "side"}})), kBadValue);
 }
 
-TEST_F(SimulatorTopologies, AProvision_MakesThePartnersOnBothSidesAtItsEnd)
+TEST_F(SimulatorTopologies, AProvisionMakesThePartnersOnBothSidesAtItsEnd)
 {
     const std::string request = topology("", {{"Far:there", "vault"}}) + kSet;
     const std::string id = start("asyncProvisionTopology", request);
@@ -61,7 +61,7 @@ class SimulatorDifferences : public OperationsClient
 {
 };
 
-TEST_F(SimulatorDifferences, ADifference_TellsWhatIsCreatedDeletedAndChangedSinceTheSnapshot)
+TEST_F(SimulatorDifferences, ADifferenceTellsWhatIsCreatedDeletedAndChangedSinceTheSnapshot)
 {
     const std::string result = end(start("asyncGetSnapDiff", diff("old")));
     EXPECT_EQ(text_of(result, "numDiffs"), "3");
@@ -69,7 +69,7 @@ TEST_F(SimulatorDifferences, ADifference_TellsWhatIsCreatedDeletedAndChangedSinc
     EXPECT_THAT(rows(result), ElementsAre("a 1 1", "b 1 2", "d 2 0"));
 }
 
-TEST_F(SimulatorDifferences, ADifferenceToNamedVolumes_LooksAtEachOfTheirLsusOnce)
+TEST_F(SimulatorDifferences, ADifferenceToNamedVolumesLooksAtEachOfTheirLsusOnce)
 {
     EXPECT_THAT(rows(end(start("asyncGetSnapDiff", diff("old", {home_volume(), home_volume()})))),
                 ElementsAre("a 1 1", "b 1 2", "d 2 0"));
@@ -77,7 +77,7 @@ TEST_F(SimulatorDifferences, ADifferenceToNamedVolumes_LooksAtEachOfTheirLsusOnc
                 ElementsAre("a 1 1", "b 1 1", "c 1 1"));
 }
 
-TEST_F(SimulatorDifferences, ADifferenceOfNothing_HasNoRows)
+TEST_F(SimulatorDifferences, ADifferenceOfNothingHasNoRows)
 {
     end(start("asyncCreateSnapByName", create("fresh")));
     const std::string result = end(start("asyncGetSnapDiff", diff("fresh")));
@@ -85,7 +85,7 @@ TEST_F(SimulatorDifferences, ADifferenceOfNothing_HasNoRows)
     EXPECT_THAT(rows(result), IsEmpty());
 }
 
-TEST_F(SimulatorDifferences, AnUnknownSnapshotVolumeOrServer_IsRefused)
+TEST_F(SimulatorDifferences, AnUnknownSnapshotVolumeOrServerIsRefused)
 {
     EXPECT_EQ(fault("asyncGetSnapDiff", diff("nope")), kUnknownSnapshot);
     EXPECT_EQ(fault("asyncGetSnapDiff", diff("old", {vault()})), kUnknownVolume);
@@ -106,7 +106,7 @@ class SimulatorWithItsOwnScenario : public OperationsClient
     }
 };
 
-TEST_F(SimulatorWithItsOwnScenario, HomesSnapshots_ShowHowItsFilesCameToBe)
+TEST_F(SimulatorWithItsOwnScenario, HomesSnapshotsShowHowItsFilesCameToBe)
 {
     const std::string server = open_server();
     const auto difference = [&](const std::string& name) {
@@ -150,7 +150,7 @@ class SimulatorWithATree : public OperationsClient
     }
 };
 
-TEST_F(SimulatorWithATree, ASnapshot_ShowsTheDirectoryAsItWasAtTheStartOfTheOperation)
+TEST_F(SimulatorWithATree, ASnapshotShowsTheDirectoryAsItWasAtTheStartOfTheOperation)
 {
     write("early");
     const std::string id = start("asyncCreateSnapByName", create("fresh"));
@@ -160,7 +160,7 @@ TEST_F(SimulatorWithATree, ASnapshot_ShowsTheDirectoryAsItWasAtTheStartOfTheOper
     EXPECT_THAT(rows(end(start("asyncGetSnapDiff", diff("fresh")))), ElementsAre("late\\01 1 0"));
 }
 
-TEST_F(SimulatorWithATree, ADirectoryThatIsGone_RefusesTheStart)
+TEST_F(SimulatorWithATree, ADirectoryThatIsGoneRefusesTheStart)
 {
     std::filesystem::remove_all(*folder_ / "tree");
     EXPECT_EQ(fault("asyncCreateSnapByName", create("fresh")), kUnreadableTree);

@@ -22,7 +22,7 @@ std::string made(const std::string& arm, const std::string& name, const std::str
                             element("targetSnapLsu", element("server", server) + element("lsu", of)));
 }
 
-TEST_F(SimulatorOperations, ACreation_MovesItsBytesInTimeAndTellsWhatItMadeAtItsEnd)
+TEST_F(SimulatorOperations, ACreationMovesItsBytesInTimeAndTellsWhatItMadeAtItsEnd)
 {
     const std::string id = start("asyncCreateSnapByName", create("fresh"));
     EXPECT_EQ(id.size(), 32U);
@@ -34,7 +34,7 @@ TEST_F(SimulatorOperations, ACreation_MovesItsBytesInTimeAndTellsWhatItMadeAtIts
     EXPECT_EQ(result(), ended);
 }
 
-TEST_F(SimulatorOperations, ACreatedSnapshot_AppearsAtTheEndAndNotBefore)
+TEST_F(SimulatorOperations, ACreatedSnapshotAppearsAtTheEndAndNotBefore)
 {
     const std::string list = open("openSnapList", lsu(near_, "home"));
     start("asyncCreateSnapByName", create("fresh"));
@@ -52,7 +52,7 @@ TEST_F(SimulatorOperations, ACreatedSnapshot_AppearsAtTheEndAndNotBefore)
     EXPECT_EQ(used(), "1000");
 }
 
-TEST_F(SimulatorOperations, ACreationWithTargets_LiesAtThemAndTellsTheFirst)
+TEST_F(SimulatorOperations, ACreationWithTargetsLiesAtThemAndTellsTheFirst)
 {
     const std::string result =
         end(start("asyncCreateSnapByName", create("fresh", {{"Far:there", "vault"}, {"", "side"}})));
@@ -62,7 +62,7 @@ TEST_F(SimulatorOperations, ACreationWithTargets_LiesAtThemAndTellsTheFirst)
     EXPECT_THAT(text_of(properties(far_, "vault", "fresh"), "exportHost"), "vault1");
 }
 
-TEST_F(SimulatorOperations, ACopy_AppearsOnTheServerThatItsTargetNames)
+TEST_F(SimulatorOperations, ACopyAppearsOnTheServerThatItsTargetNames)
 {
     const std::string id =
         start("asyncCopySnapByName", copy("old", {{"Far:there", "spare"}, {"Far:there", "vault"}}));
@@ -78,7 +78,7 @@ TEST_F(SimulatorOperations, ACopy_AppearsOnTheServerThatItsTargetNames)
     EXPECT_THAT(snapshots(far_, "vault"), ElementsAre("kept", "old"));
 }
 
-TEST_F(SimulatorOperations, ACopy_HoldsWhatItsSourceHeld)
+TEST_F(SimulatorOperations, ACopyHoldsWhatItsSourceHeld)
 {
     end(start("asyncCopySnapByName", copy("old", {{"", "side"}})));
     ask("deleteSnap", lsu(near_, "home") + snapshot("old"));
@@ -86,7 +86,7 @@ TEST_F(SimulatorOperations, ACopy_HoldsWhatItsSourceHeld)
                 ElementsAre("a 1 1", "b 1 2", "d 2 0"));
 }
 
-TEST_F(SimulatorOperations, AnImport_MakesASnapshotKnownWithoutMovingAByte)
+TEST_F(SimulatorOperations, AnImportMakesASnapshotKnownWithoutMovingAByte)
 {
     const std::string id = start("asyncImportSnapByName", import("found"));
     EXPECT_EQ(end(id), state(0, 0, 0, 8, made("importSnap", "found", "Near:filer", "home")));
@@ -94,14 +94,14 @@ TEST_F(SimulatorOperations, AnImport_MakesASnapshotKnownWithoutMovingAByte)
     EXPECT_EQ(text_of(properties(near_, "home", "found"), "snapSaveas"), "3");
 }
 
-TEST_F(SimulatorOperations, APreparation_ChangesNothingAndHasNoResult)
+TEST_F(SimulatorOperations, APreparationChangesNothingAndHasNoResult)
 {
     EXPECT_EQ(end(start("asyncPrepareSnapByName", create("fresh"))), state(0, 0, 0, 4));
     EXPECT_THAT(snapshots(near_, "home"), ElementsAre("old", "new"));
     EXPECT_EQ(fault("asyncPrepareSnapByName", create("old")), kInUse);
 }
 
-TEST_F(SimulatorOperations, APostProcessing_ChangesTheSnapshotsStatusAtItsEnd)
+TEST_F(SimulatorOperations, APostProcessingChangesTheSnapshotsStatusAtItsEnd)
 {
     const std::string id = start("asyncPostProcessSnapByName", post_process("old"));
     EXPECT_EQ(text_of(properties(near_, "home", "old"), "snapStatus"), "0");
@@ -110,7 +110,7 @@ TEST_F(SimulatorOperations, APostProcessing_ChangesTheSnapshotsStatusAtItsEnd)
     EXPECT_EQ(text_of(wait(id).body, "result"), state(0, 0, 0, 5));
 }
 
-TEST_F(SimulatorOperations, AStartThatMakesNoSense_IsRefusedAtOnce)
+TEST_F(SimulatorOperations, AStartThatMakesNoSenseIsRefusedAtOnce)
 {
     const auto code = [&](const std::string& content) { return fault("asyncCreateSnapByName", content); };
     EXPECT_EQ(code(create("old")), kInUse);
@@ -136,7 +136,7 @@ TEST_F(SimulatorOperations, AStartThatMakesNoSense_IsRefusedAtOnce)
     EXPECT_EQ(fault("asyncImportSnapByName", import("new")), kInUse);
 }
 
-TEST_F(SimulatorOperations, ANameThatIsTakenMeanwhile_MakesTheOperationFailAtItsEnd)
+TEST_F(SimulatorOperations, ANameThatIsTakenMeanwhileMakesTheOperationFailAtItsEnd)
 {
     const std::string first = start("asyncCreateSnapByName", create("fresh"));
     const std::string second = start("asyncCreateSnapByName", create("fresh", {{"", "side"}, {"", "home"}}));
@@ -147,7 +147,7 @@ TEST_F(SimulatorOperations, ANameThatIsTakenMeanwhile_MakesTheOperationFailAtIts
     EXPECT_THAT(snapshots(near_, "side"), IsEmpty()) << "at all targets or at none";
 }
 
-TEST_F(SimulatorOperations, ASnapshotThatIsDeletedMeanwhile_MakesTheOperationFailAtItsEnd)
+TEST_F(SimulatorOperations, ASnapshotThatIsDeletedMeanwhileMakesTheOperationFailAtItsEnd)
 {
     const std::string copying = start("asyncCopySnapByName", copy("new", {{"", "side"}}));
     ask("deleteSnap", lsu(near_, "home") + snapshot("new"));
@@ -166,7 +166,7 @@ class SimulatorRollbacks : public OperationsClient
 {
 };
 
-TEST_F(SimulatorRollbacks, ARollback_TakesNewerSnapshotsAwayAndBringsTheOldContentBack)
+TEST_F(SimulatorRollbacks, ARollbackTakesNewerSnapshotsAwayAndBringsTheOldContentBack)
 {
     EXPECT_EQ(fault("asyncRollbackSnap", rollback("old")), kSnapshotsInTheWay);
     const std::string id = start("asyncRollbackSnap", rollback("old", {"new", "nope"}));
@@ -179,7 +179,7 @@ TEST_F(SimulatorRollbacks, ARollback_TakesNewerSnapshotsAwayAndBringsTheOldConte
     EXPECT_EQ(used(), "990");
 }
 
-TEST_F(SimulatorRollbacks, ARollbackOfAnotherServersVolume_OverwritesIt)
+TEST_F(SimulatorRollbacks, ARollbackOfAnotherServersVolumeOverwritesIt)
 {
     EXPECT_EQ(fault("asyncRollbackSnap", rollback("new", {}, far_, vault())), kSnapshotsInTheWay);
     EXPECT_EQ(fault("asyncRollbackSnap", rollback("new", {}, far_)), kUnknownVolume);
@@ -189,7 +189,7 @@ TEST_F(SimulatorRollbacks, ARollbackOfAnotherServersVolume_OverwritesIt)
     EXPECT_THAT(rows(end(start("asyncGetSnapDiff", diff("old", {vault()}, far_)))), IsEmpty());
 }
 
-TEST_F(SimulatorRollbacks, ASnapshotMadeMeanwhile_IsInTheWay)
+TEST_F(SimulatorRollbacks, ASnapshotMadeMeanwhileIsInTheWay)
 {
     start("asyncCreateSnapByName", create("fresh"));
     const std::string id = start("asyncRollbackSnap", rollback("old", {"new"}));
@@ -198,7 +198,7 @@ TEST_F(SimulatorRollbacks, ASnapshotMadeMeanwhile_IsInTheWay)
     EXPECT_THAT(rows(end(start("asyncGetSnapDiff", diff("old")))), Not(IsEmpty()));
 }
 
-TEST_F(SimulatorRollbacks, AnExportedSnapshot_IsNotTakenAway)
+TEST_F(SimulatorRollbacks, AnExportedSnapshotIsNotTakenAway)
 {
     const std::string id = start("asyncRollbackSnap", rollback("old", {"new"}));
     ask("createExport", lsu(near_, "home") + element("snapName", "new") + hosts({"client1"}));
@@ -213,7 +213,7 @@ class SimulatorWithQuickOperations : public OperationsClient
     SimulatorWithQuickOperations() : OperationsClient(scenario(R"("create": 0, "copy": 1)")) {}
 };
 
-TEST_F(SimulatorWithQuickOperations, AnOperationOfNoTime_HasEndedAtTheNextRequest)
+TEST_F(SimulatorWithQuickOperations, AnOperationOfNoTimeHasEndedAtTheNextRequest)
 {
     const std::string id = start("asyncCreateSnapByName", create("fresh"));
     EXPECT_EQ(text_of(wait(id).body, "result"),

@@ -89,7 +89,7 @@ std::string rows_of(const SimulatorProcess& simulator)
     return text_of(reply.body, "requiredInterface");
 }
 
-TEST_F(SimulatorSessions, PropertiesByName_DescribeTheServerWithItsOwnUrls)
+TEST_F(SimulatorSessions, PropertiesByNameDescribeTheServerWithItsOwnUrls)
 {
     const std::string http = "http://127.0.0.1:" + std::to_string(simulator_.http_port());
     const std::string https = "https://127.0.0.1:" + std::to_string(simulator_.https_port());
@@ -110,7 +110,7 @@ TEST_F(SimulatorSessions, PropertiesByName_DescribeTheServerWithItsOwnUrls)
     EXPECT_EQ(reply.body, element("getServerPropByNameResponse", element("info", info)));
 }
 
-TEST_F(SimulatorSessions, PropertiesByName_NameUrlsThatAnswer)
+TEST_F(SimulatorSessions, PropertiesByNameNameUrlsThatAnswer)
 {
     const std::string rows = rows_of(simulator_);
     const std::string row = "11;1;2;https;https://127.0.0.1:";
@@ -120,12 +120,12 @@ TEST_F(SimulatorSessions, PropertiesByName_NameUrlsThatAnswer)
     EXPECT_EQ(ask(port, "getServerPropByName", by_name(kServer), true).status, 200);
 }
 
-TEST_F(SimulatorSessions, PropertiesByName_NeedNoSessionDefinition)
+TEST_F(SimulatorSessions, PropertiesByNameNeedNoSessionDefinition)
 {
     EXPECT_EQ(ask_http("getServerPropByName", nil("sd") + element("server", kServer)).status, 200);
 }
 
-TEST_F(SimulatorSessions, UnknownServers_AreRefusedByNameAndAtTheOpen)
+TEST_F(SimulatorSessions, UnknownServersAreRefusedByNameAndAtTheOpen)
 {
     for (const char* name : {"Network_NONE:host", "Network_NTAP", "Network_NTAP:", ":host", "",
                              "network_ntap:host", "Network_NTAPX:host"}) {
@@ -134,7 +134,7 @@ TEST_F(SimulatorSessions, UnknownServers_AreRefusedByNameAndAtTheOpen)
     }
 }
 
-TEST_F(SimulatorSessions, UnknownServer_IsNamedInTheFaultWithoutWhatItMightSmuggleIn)
+TEST_F(SimulatorSessions, UnknownServerIsNamedInTheFaultWithoutWhatItMightSmuggleIn)
 {
     const HttpReply reply = ask_http("getServerPropByName", by_name("x&#9;&lt;" + std::string(5000, 'y')));
     EXPECT_EQ(fault_code(reply), kUnknownServer);
@@ -142,7 +142,7 @@ TEST_F(SimulatorSessions, UnknownServer_IsNamedInTheFaultWithoutWhatItMightSmugg
     EXPECT_LT(reply.body.size(), 1000U);
 }
 
-TEST_F(SimulatorSessions, OpenServer_IssuesATokenOfItsOwnEachTime)
+TEST_F(SimulatorSessions, OpenServerIssuesATokenOfItsOwnEachTime)
 {
     const std::string first = open_server();
     const std::string second = open_server();
@@ -152,14 +152,14 @@ TEST_F(SimulatorSessions, OpenServer_IssuesATokenOfItsOwnEachTime)
     EXPECT_EQ(sessions(first), "2");
 }
 
-TEST_F(SimulatorSessions, OpenServer_AnswersTheSameOverHttps)
+TEST_F(SimulatorSessions, OpenServerAnswersTheSameOverHttps)
 {
     const HttpReply reply = ask(simulator_.https_port(), "openServer", open_request(kServer), true);
     EXPECT_EQ(reply.status, 200);
     EXPECT_EQ(sessions(text_of(reply.body, "token")), "1");
 }
 
-TEST_F(SimulatorSessions, ServerProperties_GiveBackTheNameThatWasOpened)
+TEST_F(SimulatorSessions, ServerPropertiesGiveBackTheNameThatWasOpened)
 {
     const std::string token = open_server("Network_VAULT:somewhere");
     const HttpReply reply = ask_http("getServerProp", handle(token));
@@ -169,7 +169,7 @@ TEST_F(SimulatorSessions, ServerProperties_GiveBackTheNameThatWasOpened)
     EXPECT_EQ(text_of(reply.body, "ndmpHost"), "somewhere");
 }
 
-TEST_F(SimulatorSessions, OpenServer_RefusesAnyOtherCredential)
+TEST_F(SimulatorSessions, OpenServerRefusesAnyOtherCredential)
 {
     const std::string wrong = element("cert", "c2ltdWxhdG9z");
     EXPECT_EQ(fault_code(ask_http("openServer", open_request(kServer, credential(9, 1, wrong)))),
@@ -186,13 +186,13 @@ TEST_F(SimulatorSessions, OpenServer_RefusesAnyOtherCredential)
     EXPECT_EQ(sessions(open_server()), "1");
 }
 
-TEST_F(SimulatorSessions, OpenServer_WithoutACredentialIsMissingAnElement)
+TEST_F(SimulatorSessions, OpenServerWithoutACredentialIsMissingAnElement)
 {
     EXPECT_EQ(fault_code(ask_http("openServer", open_request(kServer, nil("cred")))), kMissingElement);
     EXPECT_EQ(fault_code(ask_http("openServer", open_request(kServer, ""))), kMissingElement);
 }
 
-TEST_F(SimulatorSessions, CloseServer_EndsTheSessionOnce)
+TEST_F(SimulatorSessions, CloseServerEndsTheSessionOnce)
 {
     const std::string token = open_server();
     const HttpReply reply = ask_http("closeServer", handle(token));
@@ -204,7 +204,7 @@ TEST_F(SimulatorSessions, CloseServer_EndsTheSessionOnce)
     EXPECT_EQ(sessions(open_server()), "1");
 }
 
-TEST_F(SimulatorSessions, ATokenThatWasNeverIssued_IsABadHandle)
+TEST_F(SimulatorSessions, ATokenThatWasNeverIssuedIsABadHandle)
 {
     for (const std::string& token : {std::string(), std::string("guess"), std::string(32, '0')}) {
         EXPECT_EQ(fault_code(ask_http("getServerProp", handle(token))), kBadHandle);
@@ -213,7 +213,7 @@ TEST_F(SimulatorSessions, ATokenThatWasNeverIssued_IsABadHandle)
     }
 }
 
-TEST_F(SimulatorSessions, AHandleThatIsNilOrHasNoToken_IsMissingAnElement)
+TEST_F(SimulatorSessions, AHandleThatIsNilOrHasNoTokenIsMissingAnElement)
 {
     for (const char* operation : {"getServerProp", "closeServer", "openTargetServer"}) {
         EXPECT_EQ(fault_code(ask_http(operation, "")), kMissingElement);
@@ -222,7 +222,7 @@ TEST_F(SimulatorSessions, AHandleThatIsNilOrHasNoToken_IsMissingAnElement)
     }
 }
 
-TEST_F(SimulatorSessions, ATargetServer_OutlivesTheSessionThatItWasOpenedThrough)
+TEST_F(SimulatorSessions, ATargetServerOutlivesTheSessionThatItWasOpenedThrough)
 {
     const std::string source = open_server();
     const HttpReply reply = ask_http("openTargetServer", target_request(source, "Network_VAULT:elsewhere"));
@@ -235,7 +235,7 @@ TEST_F(SimulatorSessions, ATargetServer_OutlivesTheSessionThatItWasOpenedThrough
     EXPECT_EQ(fault_code(ask_http("getServerProp", handle(target))), kBadHandle);
 }
 
-TEST_F(SimulatorSessions, ATargetServer_IsOpenedByNameAndCredentialLikeAnyOther)
+TEST_F(SimulatorSessions, ATargetServerIsOpenedByNameAndCredentialLikeAnyOther)
 {
     const std::string source = open_server();
     EXPECT_EQ(fault_code(ask_http("openTargetServer", target_request(source, "Network_NONE:x"))),
@@ -246,13 +246,13 @@ TEST_F(SimulatorSessions, ATargetServer_IsOpenedByNameAndCredentialLikeAnyOther)
               kMissingElement);
 }
 
-TEST_F(SimulatorSessions, AnOperationThatIsNotServed_IsSaidToBeSo)
+TEST_F(SimulatorSessions, AnOperationThatIsNotServedIsSaidToBeSo)
 {
     EXPECT_EQ(fault_code(ask_http("copyExtent", "")), kNotSupported);
     EXPECT_EQ(fault_code(ask_http("includeInImage", "")), kNotSupported);
 }
 
-TEST_F(SimulatorSessions, ManyClientsAtOnce_EachGetTheirOwnSession)
+TEST_F(SimulatorSessions, ManyClientsAtOnceEachGetTheirOwnSession)
 {
     constexpr int kClients = 8;
     constexpr int kRounds = 5;
@@ -279,7 +279,7 @@ TEST_F(SimulatorSessions, ManyClientsAtOnce_EachGetTheirOwnSession)
     EXPECT_EQ(simulator_.stop(SIGTERM), 0) << simulator_.errors();
 }
 
-TEST(SimulatorOptions, Credential_SetsTheTextThatOpensAServer)
+TEST(SimulatorOptions, CredentialSetsTheTextThatOpensAServer)
 {
     const SimulatorProcess simulator({"--credential", "simulatos"});
     EXPECT_EQ(fault_code(ask(simulator.http_port(), "openServer", open_request(kServer))),
@@ -288,7 +288,7 @@ TEST(SimulatorOptions, Credential_SetsTheTextThatOpensAServer)
     EXPECT_EQ(ask(simulator.http_port(), "openServer", open_request(kServer, other)).status, 200);
 }
 
-TEST(SimulatorOptions, Advertise_SetsTheHostOfTheInterfaces)
+TEST(SimulatorOptions, AdvertiseSetsTheHostOfTheInterfaces)
 {
     const SimulatorProcess simulator({"--advertise", "storage.example"});
     const std::string rows = rows_of(simulator);
@@ -297,7 +297,7 @@ TEST(SimulatorOptions, Advertise_SetsTheHostOfTheInterfaces)
     EXPECT_THAT(rows, Not(HasSubstr("127.0.0.1")));
 }
 
-TEST(SimulatorOptions, NoHttps_LeavesOnlyPlainInterfaces)
+TEST(SimulatorOptions, NoHttpsLeavesOnlyPlainInterfaces)
 {
     const SimulatorProcess simulator(SimulatorProcess::Exactly{{"--no-https", "--http", "127.0.0.1:0"}});
     EXPECT_EQ(simulator.urls().size(), 1U);
@@ -307,7 +307,7 @@ TEST(SimulatorOptions, NoHttps_LeavesOnlyPlainInterfaces)
                                       element("item", "11;2;0;http;" + url));
 }
 
-TEST(SimulatorOptions, NoHttp_LeavesOnlyHttps)
+TEST(SimulatorOptions, NoHttpLeavesOnlyHttps)
 {
     const SimulatorProcess simulator(SimulatorProcess::Exactly{{"--no-http", "--https", "127.0.0.1:0"}});
     EXPECT_EQ(simulator.urls().size(), 1U);
@@ -315,7 +315,7 @@ TEST(SimulatorOptions, NoHttp_LeavesOnlyHttps)
     EXPECT_THAT(reply.body, AllOf(HasSubstr("11;1;2;https;https://"), Not(HasSubstr("http://"))));
 }
 
-TEST(SimulatorOptions, Fault_FailsTheOperationAsOftenAsToldAndThenNoMore)
+TEST(SimulatorOptions, FaultFailsTheOperationAsOftenAsToldAndThenNoMore)
 {
     const SimulatorProcess simulator({"--fault", "getServerPropByName=2060005,2", "--fault",
                                       "getServerPropByName=-7,1", "--fault", "closeServer=0"});
@@ -330,14 +330,14 @@ TEST(SimulatorOptions, Fault_FailsTheOperationAsOftenAsToldAndThenNoMore)
         EXPECT_EQ(fault_code(ask(simulator.http_port(), "closeServer", handle("x"))), 0);
 }
 
-TEST(SimulatorOptions, Fault_WorksForOperationsThatAreNotServed)
+TEST(SimulatorOptions, FaultWorksForOperationsThatAreNotServed)
 {
     const SimulatorProcess simulator({"--fault", "copyExtent=2060013,1"});
     EXPECT_EQ(fault_code(ask(simulator.http_port(), "copyExtent", "")), 2060013);
     EXPECT_EQ(fault_code(ask(simulator.http_port(), "copyExtent", "")), kNotSupported);
 }
 
-TEST(SimulatorOptions, Delay_HoldsOnlyItsOperationAndEndsWithAStop)
+TEST(SimulatorOptions, DelayHoldsOnlyItsOperationAndEndsWithAStop)
 {
     SimulatorProcess simulator({"--delay", "openServer=3600000", "--threads", "2"});
     const ClientSocket delayed(simulator.http_port());
@@ -351,7 +351,7 @@ TEST(SimulatorOptions, Delay_HoldsOnlyItsOperationAndEndsWithAStop)
     EXPECT_EQ(simulator.wait(), 0) << simulator.errors();
 }
 
-TEST(SimulatorOptions, Verbose_LogsRequestsAndNoSecrets)
+TEST(SimulatorOptions, VerboseLogsRequestsAndNoSecrets)
 {
     SimulatorProcess simulator({"-v"});
     const std::string opened = ask(simulator.http_port(), "openServer", open_request(kServer)).body;
@@ -374,7 +374,7 @@ TEST(SimulatorOptions, Verbose_LogsRequestsAndNoSecrets)
                            Not(HasSubstr(kSimulatorInBase64)), Not(HasSubstr("simulator"))));
 }
 
-TEST(SimulatorOptions, WithoutVerbose_NothingIsLogged)
+TEST(SimulatorOptions, WithoutVerboseNothingIsLogged)
 {
     SimulatorProcess simulator;
     ask(simulator.http_port(), "getServerPropByName", by_name(kServer));

@@ -51,7 +51,7 @@ class ZapiStandIn : public testing::Test
     sts_handle_s* server_ = nullptr;
 };
 
-TEST(ZapiStandInStart, AnotherVersionAndNullArguments_AreRefused)
+TEST(ZapiStandInStart, AnotherVersionAndNullArgumentsAreRefused)
 {
     const auto init = Library::instance().symbol<Init>("stsm_init");
     const Slot* table = nullptr;
@@ -63,14 +63,14 @@ TEST(ZapiStandInStart, AnotherVersionAndNullArguments_AreRefused)
     EXPECT_NE(table, nullptr);
 }
 
-TEST(ZapiStandInStart, EveryOtherPosition_AnswersThatItIsNotSupported)
+TEST(ZapiStandInStart, EveryOtherPositionAnswersThatItIsNotSupported)
 {
     for (const std::size_t position : {0U, 23U, 26U, 78U, 80U, 108U, 112U, 127U}) {
         EXPECT_EQ(Library::instance().slot<int()>(position)(), kNotSupported) << position;
     }
 }
 
-TEST_F(ZapiStandIn, APairOfTheBuiltInScenario_IsListedAsTheServiceWould)
+TEST_F(ZapiStandIn, APairOfTheBuiltInScenarioIsListedAsTheServiceWould)
 {
     log_in();
     sts_handle_s* list = nullptr;
@@ -86,7 +86,7 @@ TEST_F(ZapiStandIn, APairOfTheBuiltInScenario_IsListedAsTheServiceWould)
     EXPECT_EQ(close_list(list), 0);
 }
 
-TEST_F(ZapiStandIn, AnEntry_HasAllItsAttributes)
+TEST_F(ZapiStandIn, AnEntryHasAllItsAttributes)
 {
     log_in();
     sts_handle_s* list = nullptr;
@@ -110,7 +110,7 @@ TEST_F(ZapiStandIn, AnEntry_HasAllItsAttributes)
     EXPECT_EQ(close_list(list), 0);
 }
 
-TEST_F(ZapiStandIn, WithoutABase_EverythingIsCreated)
+TEST_F(ZapiStandIn, WithoutABaseEverythingIsCreated)
 {
     log_in();
     sts_handle_s* list = nullptr;
@@ -121,7 +121,7 @@ TEST_F(ZapiStandIn, WithoutABase_EverythingIsCreated)
     EXPECT_EQ(close_list(list), 0);
 }
 
-TEST_F(ZapiStandIn, Filters_AreThoseOfTheCall)
+TEST_F(ZapiStandIn, FiltersAreThoseOfTheCall)
 {
     log_in();
     sts_handle_s* list = nullptr;
@@ -133,7 +133,7 @@ TEST_F(ZapiStandIn, Filters_AreThoseOfTheCall)
     EXPECT_EQ(close_list(list), 0);
 }
 
-TEST_F(ZapiStandIn, AFilterWithoutAnEnd_IsReadToTheEndOfItsRow)
+TEST_F(ZapiStandIn, AFilterWithoutAnEndIsReadToTheEndOfItsRow)
 {
     log_in();
     sts_handle_s* list = nullptr;
@@ -146,7 +146,7 @@ TEST_F(ZapiStandIn, AFilterWithoutAnEnd_IsReadToTheEndOfItsRow)
     EXPECT_EQ(close_list(list), 0);
 }
 
-TEST_F(ZapiStandIn, AWrongLogin_IsRefusedAndToldWithoutThePassword)
+TEST_F(ZapiStandIn, AWrongLoginIsRefusedAndToldWithoutThePassword)
 {
     ASSERT_EQ(open_session(log_.get(), &session_), 0);
     sts_handle_s* server = session_;
@@ -164,7 +164,7 @@ TEST_F(ZapiStandIn, AWrongLogin_IsRefusedAndToldWithoutThePassword)
                                                     "password")));
 }
 
-TEST_F(ZapiStandIn, TheEnvironment_SetsThePassword)
+TEST_F(ZapiStandIn, TheEnvironmentSetsThePassword)
 {
     const Variable password("SOAPWRAPPER_SIM_ZAPI_PASSWORD", "s3cret with blanks");
     ASSERT_EQ(open_session(log_.get(), &session_), 0);
@@ -172,7 +172,7 @@ TEST_F(ZapiStandIn, TheEnvironment_SetsThePassword)
     EXPECT_EQ(open_server(session_, "ZAPI:filer1", {"anybody", "s3cret with blanks"}, &server_), 0);
 }
 
-TEST_F(ZapiStandIn, SnapshotsThatTheFilerDoesNotHave_AreRefused)
+TEST_F(ZapiStandIn, SnapshotsThatTheFilerDoesNotHaveAreRefused)
 {
     log_in();
     sts_handle_s* list = nullptr;
@@ -183,7 +183,7 @@ TEST_F(ZapiStandIn, SnapshotsThatTheFilerDoesNotHave_AreRefused)
     EXPECT_EQ(list, nullptr);
 }
 
-TEST_F(ZapiStandIn, HandlesThatAreWrongOrClosed_AreFoundOut)
+TEST_F(ZapiStandIn, HandlesThatAreWrongOrClosedAreFoundOut)
 {
     log_in();
     sts_handle_s* list = nullptr;
@@ -208,7 +208,7 @@ TEST_F(ZapiStandIn, HandlesThatAreWrongOrClosed_AreFoundOut)
               kNullArgument);
 }
 
-TEST_F(ZapiStandIn, AServerOrASessionThatIsClosed_TakesWhatIsUnderItAlong)
+TEST_F(ZapiStandIn, AServerOrASessionThatIsClosedTakesWhatIsUnderItAlong)
 {
     log_in();
     sts_handle_s* first = nullptr;
@@ -227,7 +227,7 @@ TEST_F(ZapiStandIn, AServerOrASessionThatIsClosed_TakesWhatIsUnderItAlong)
     session_ = server_ = nullptr;
 }
 
-TEST_F(ZapiStandIn, ASessionWithoutALogOrAnId_IsServedToo)
+TEST_F(ZapiStandIn, ASessionWithoutALogOrAnIdIsServedToo)
 {
     sts_session_def_v7_t silent{};
     ASSERT_EQ(open_session(&silent, &session_), 0);
@@ -239,7 +239,7 @@ TEST_F(ZapiStandIn, ASessionWithoutALogOrAnId_IsServedToo)
     EXPECT_THAT(log_.lines(), IsEmpty());
 }
 
-TEST_F(ZapiStandIn, AScenarioThatCannotBeRead_FailsTheSessionAndIsTold)
+TEST_F(ZapiStandIn, AScenarioThatCannotBeReadFailsTheSessionAndIsTold)
 {
     const Variable scenario("SOAPWRAPPER_SIM_SCENARIO", "/nowhere/at/all.json");
     EXPECT_EQ(open_session(log_.get(), &session_), kFailed);
@@ -249,7 +249,7 @@ TEST_F(ZapiStandIn, AScenarioThatCannotBeRead_FailsTheSessionAndIsTold)
     EXPECT_THAT(log_.lines()[0].text, HasSubstr("/nowhere/at/all.json: can't be read"));
 }
 
-TEST_F(ZapiStandIn, ADirectoryThatIsGone_FailsTheListAndIsTold)
+TEST_F(ZapiStandIn, ADirectoryThatIsGoneFailsTheListAndIsTold)
 {
     const ScenarioFile file("{}", R"("tree": "a")", R"("tree": "b")");
     std::filesystem::create_directory(file / "a");
@@ -264,7 +264,7 @@ TEST_F(ZapiStandIn, ADirectoryThatIsGone_FailsTheListAndIsTold)
     EXPECT_EQ(close_list(list), 0);
 }
 
-TEST_F(ZapiStandIn, ANameThatIsTooLong_IsCutAndEnds)
+TEST_F(ZapiStandIn, ANameThatIsTooLongIsCutAndEnds)
 {
     const std::string name(5000, 'n');
     const ScenarioFile file("{}", R"("files": [])", R"("files": [{"path": ")" + name + "\"}]");

@@ -28,7 +28,7 @@ std::vector<std::string> list_once(sts_session_def_v7_t* definition)
     return entries;
 }
 
-TEST(ZapiStandInThreads, ListsOfTenThreads_AreEachWhole)
+TEST(ZapiStandInThreads, ListsOfTenThreadsAreEachWhole)
 {
     kit::RecordedSession log;
     const std::vector<std::string> expected = list_once(log.get());
@@ -47,7 +47,7 @@ TEST(ZapiStandInThreads, ListsOfTenThreads_AreEachWhole)
     EXPECT_EQ(Library::instance().symbol<Terminate>("stsm_terminate")(), 0);
 }
 
-TEST(ZapiStandInThreads, AListThatTenThreadsShare_GivesEachEntryOnce)
+TEST(ZapiStandInThreads, AListThatTenThreadsShareGivesEachEntryOnce)
 {
     kit::RecordedSession log;
     const std::size_t expected = list_once(log.get()).size();
