@@ -54,7 +54,8 @@ class ScriptedService
     using Choice = std::function<std::string(const Request&)>;
 
     // Without a choice, a connection is closed unanswered that no scripted answer is left for.
-    explicit ScriptedService(Choice choice = nullptr);
+    ScriptedService() : ScriptedService(nullptr) {}
+    explicit ScriptedService(Choice choice);
     ~ScriptedService();
     ScriptedService(const ScriptedService&) = delete;
     ScriptedService& operator=(const ScriptedService&) = delete;
