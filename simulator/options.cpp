@@ -1,9 +1,9 @@
 #include "simulator/options.h"
 
 #include "simulator/address.h"
-#include "simulator/interference.h"
-#include "simulator/operation_list.h"
-#include "simulator/scenario.h"
+#include "simulator/scenario/scenario.h"
+#include "simulator/service/interference.h"
+#include "simulator/service/operation_list.h"
 
 #include <CLI/CLI.hpp>
 

@@ -3,7 +3,7 @@
 #define SOAPWRAPPER_SIMULATOR_OPTIONS_H
 
 #include "simulator/address.h"
-#include "simulator/interference.h"
+#include "simulator/service/interference.h"
 
 #include <optional>
 #include <string>

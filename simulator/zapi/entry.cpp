@@ -2,8 +2,8 @@
 #include "plugin/host/host_records.h"
 #include "plugin/host/second_plugin.h"
 #include "plugin/host/status.h"
-#include "simulator/fault.h"
-#include "simulator/fault_codes.h"
+#include "simulator/scenario/fault.h"
+#include "simulator/scenario/fault_codes.h"
 #include "simulator/zapi/stand_in.h"
 
 #include <array>

@@ -3,8 +3,8 @@
 #ifndef SOAPWRAPPER_SIMULATOR_ZAPI_HANDLE_TABLE_H
 #define SOAPWRAPPER_SIMULATOR_ZAPI_HANDLE_TABLE_H
 
-#include "simulator/fault.h"
-#include "simulator/fault_codes.h"
+#include "simulator/scenario/fault.h"
+#include "simulator/scenario/fault_codes.h"
 
 #include <cstdint>
 #include <map>

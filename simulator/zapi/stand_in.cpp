@@ -1,12 +1,12 @@
 #include "simulator/zapi/stand_in.h"
 
 #include "plugin/host/host_records.h"
-#include "simulator/change_list.h"
-#include "simulator/content.h"
-#include "simulator/fault_codes.h"
-#include "simulator/records.h"
-#include "simulator/scenario.h"
-#include "simulator/text.h"
+#include "simulator/scenario/change_list.h"
+#include "simulator/scenario/content.h"
+#include "simulator/scenario/fault_codes.h"
+#include "simulator/scenario/records.h"
+#include "simulator/scenario/scenario.h"
+#include "simulator/scenario/text.h"
 #include "simulator/zapi/handle_table.h"
 
 #include <atomic>

@@ -4,8 +4,8 @@
 #define SOAPWRAPPER_SIMULATOR_ZAPI_STAND_IN_H
 
 #include "plugin/host/host_records.h"
-#include "simulator/change_list.h"
-#include "simulator/scenario.h"
+#include "simulator/scenario/change_list.h"
+#include "simulator/scenario/scenario.h"
 #include "simulator/zapi/handle_table.h"
 
 #include <memory>

@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_TESTS_PARTS_FAULT_OF_H
 #define SOAPWRAPPER_TESTS_PARTS_FAULT_OF_H
 
-#include "simulator/fault.h"
+#include "simulator/scenario/fault.h"
 
 // The code of the fault that a call ends with; 0 if it ends without one.
 template <class Function>

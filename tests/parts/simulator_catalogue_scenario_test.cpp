@@ -1,6 +1,6 @@
-#include "simulator/fault_codes.h"
-#include "simulator/scenario.h"
-#include "simulator/storage.h"
+#include "simulator/scenario/fault_codes.h"
+#include "simulator/scenario/scenario.h"
+#include "simulator/storage/storage.h"
 #include "tests/parts/fault_of.h"
 
 #include <gmock/gmock.h>

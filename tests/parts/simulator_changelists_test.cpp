@@ -1,6 +1,6 @@
-#include "simulator/change_list.h"
-#include "simulator/fault.h"
-#include "simulator/scenario.h"
+#include "simulator/scenario/change_list.h"
+#include "simulator/scenario/fault.h"
+#include "simulator/scenario/scenario.h"
 
 #include <gmock/gmock.h>
 

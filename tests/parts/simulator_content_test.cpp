@@ -1,7 +1,7 @@
-#include "simulator/content.h"
-#include "simulator/fault.h"
-#include "simulator/fault_codes.h"
-#include "simulator/scenario.h"
+#include "simulator/scenario/content.h"
+#include "simulator/scenario/fault.h"
+#include "simulator/scenario/fault_codes.h"
+#include "simulator/scenario/scenario.h"
 
 #include <gmock/gmock.h>
 

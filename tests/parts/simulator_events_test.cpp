@@ -1,7 +1,7 @@
 // The simulator's log of events, called as functions.
-#include "simulator/event_log.h"
-#include "simulator/fault_codes.h"
-#include "simulator/storage.h"
+#include "simulator/scenario/fault_codes.h"
+#include "simulator/storage/event_log.h"
+#include "simulator/storage/storage.h"
 #include "tests/parts/fault_of.h"
 
 #include <gmock/gmock.h>

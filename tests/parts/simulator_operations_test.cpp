@@ -1,8 +1,8 @@
-#include "simulator/fault_codes.h"
-#include "simulator/model.h"
-#include "simulator/operations.h"
-#include "simulator/scenario.h"
-#include "simulator/snapshot_operations.h"
+#include "simulator/scenario/fault_codes.h"
+#include "simulator/scenario/scenario.h"
+#include "simulator/storage/model.h"
+#include "simulator/storage/operations.h"
+#include "simulator/storage/snapshot_operations.h"
 #include "tests/parts/fault_of.h"
 
 #include <gmock/gmock.h>

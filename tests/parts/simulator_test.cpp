@@ -1,8 +1,10 @@
-#include "simulator/fault_codes.h"
-#include "simulator/interference.h"
-#include "simulator/model.h"
+
 #include "simulator/options.h"
+#include "simulator/scenario/fault.h"
+#include "simulator/scenario/fault_codes.h"
 #include "simulator/server.h"
+#include "simulator/service/interference.h"
+#include "simulator/storage/model.h"
 #include "tests/parts/fault_of.h"
 
 #include <gmock/gmock.h>

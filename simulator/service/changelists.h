@@ -1,0 +1,17 @@
+// Listing what differs between two snapshots.
+#ifndef SOAPWRAPPER_SIMULATOR_SERVICE_CHANGELISTS_H
+#define SOAPWRAPPER_SIMULATOR_SERVICE_CHANGELISTS_H
+
+#include "simulator/service/call.h"
+
+namespace soapwrapper::simulator
+{
+
+void handle(Call& call, const _ns1__openSnapChangeList& request, _ns1__openSnapChangeListResponse& response);
+void handle(Call& call, const _ns1__listFile& request, _ns1__listFileResponse& response);
+void handle(Call& call, const _ns1__closeSnapChangeList& request,
+            _ns1__closeSnapChangeListResponse& response);
+
+} // namespace soapwrapper::simulator
+
+#endif

@@ -1,0 +1,83 @@
+// The service's operations, each with its response: X(operation, response).
+#ifndef SOAPWRAPPER_SIMULATOR_SERVICE_OPERATION_LIST_H
+#define SOAPWRAPPER_SIMULATOR_SERVICE_OPERATION_LIST_H
+
+// clang-format off
+#define SOAPWRAPPER_SIMULATED_OPERATIONS(X) \
+    X(addExport, addExportResponse) \
+    X(asyncCancel, asyncCancelResponse) \
+    X(asyncCopyImage, asyncCopyImageResponse) \
+    X(asyncCopySnapByName, asyncCopySnapByNameResponse) \
+    X(asyncCreateSnapByName, asyncCreateSnapByNameResponse) \
+    X(asyncEndCopyImage, asyncEndCopyImageResponse) \
+    X(asyncGetSnapDiff, asyncGetSnapDiffResponse) \
+    X(asyncPostProcessSnapByName, asyncPostProcessSnapByNameResponse) \
+    X(asyncPrepareSnapByName, asyncPrepareSnapByNameResponse) \
+    X(asyncRollbackSnap, asyncRollbackSnapResponse) \
+    X(asyncValidateSnapByName, asyncValidateSnapByNameResponse) \
+    X(asyncProvisionTopology, asyncProvisionTopologyResponse) \
+    X(asyncImportSnapByName, asyncImportSnapByNameResponse) \
+    X(asyncWait, asyncWaitResponse) \
+    X(asyncWaitSnap, asyncWaitSnapResponse) \
+    X(beginCopyImage, beginCopyImageResponse) \
+    X(claimVolume, claimVolumeResponse) \
+    X(closeEventChannel, closeEventChannelResponse) \
+    X(closeImage, closeImageResponse) \
+    X(closeImageList, closeImageListResponse) \
+    X(closeLSUList, closeLSUListResponse) \
+    X(closeServer, closeServerResponse) \
+    X(closeSnapChangeList, closeSnapChangeListResponse) \
+    X(closeSnapList, closeSnapListResponse) \
+    X(copyExtent, copyExtentResponse) \
+    X(createExport, createExportResponse) \
+    X(createImage, createImageResponse) \
+    X(deleteEvent, deleteEventResponse) \
+    X(deleteExport, deleteExportResponse) \
+    X(deleteImage, deleteImageResponse) \
+    X(deleteSnap, deleteSnapResponse) \
+    X(getEvent, getEventResponse) \
+    X(getEventPayload, getEventPayloadResponse) \
+    X(getImageProp, getImagePropResponse) \
+    X(getImagePropByName, getImagePropByNameResponse) \
+    X(getLSUPropByName, getLSUPropByNameResponse) \
+    X(getLSUReplicationProp, getLSUReplicationPropResponse) \
+    X(getServerProp, getServerPropResponse) \
+    X(getServerPropByName, getServerPropByNameResponse) \
+    X(getSnapPropByName, getSnapPropByNameResponse) \
+    X(includeInImage, includeInImageResponse) \
+    X(labelLSU, labelLSUResponse) \
+    X(listFile, listFileResponse) \
+    X(listImage, listImageResponse) \
+    X(listLSU, listLSUResponse) \
+    X(listSnap, listSnapResponse) \
+    X(namedAsyncCancel, namedAsyncCancelResponse) \
+    X(namedAsyncCopyImage, namedAsyncCopyImageResponse) \
+    X(namedAsyncCopySnapByName, namedAsyncCopySnapByNameResponse) \
+    X(namedAsyncCreateSnapByName, namedAsyncCreateSnapByNameResponse) \
+    X(namedAsyncEndCopyImage, namedAsyncEndCopyImageResponse) \
+    X(namedAsyncGetSnapDiff, namedAsyncGetSnapDiffResponse) \
+    X(namedAsyncPostProcessSnapByName, namedAsyncPostProcessSnapByNameResponse) \
+    X(namedAsyncPrepareSnapByName, namedAsyncPrepareSnapByNameResponse) \
+    X(namedAsyncRollbackSnap, namedAsyncRollbackSnapResponse) \
+    X(namedAsyncStatus, namedAsyncStatusResponse) \
+    X(namedAsyncValidateSnapByName, namedAsyncValidateSnapByNameResponse) \
+    X(namedAsyncProvisionTopology, namedAsyncProvisionTopologyResponse) \
+    X(namedAsyncImportSnapByName, namedAsyncImportSnapByNameResponse) \
+    X(namedAsyncWait, namedAsyncWaitResponse) \
+    X(namedAsyncWaitSnap, namedAsyncWaitSnapResponse) \
+    X(openEventChannel, openEventChannelResponse) \
+    X(openImage, openImageResponse) \
+    X(openImageList, openImageListResponse) \
+    X(openLSUList, openLSUListResponse) \
+    X(openServer, openServerResponse) \
+    X(openSnapChangeList, openSnapChangeListResponse) \
+    X(openSnapList, openSnapListResponse) \
+    X(openSnapListByVolume, openSnapListResponse) \
+    X(openTargetServer, openTargetServerResponse) \
+    X(readImageMeta, readImageMetaResponse) \
+    X(validateRollback, validateRollbackResponse) \
+    X(ioControl, ioControlResponse) \
+    X(writeImageMeta, writeImageMetaResponse)
+// clang-format on
+
+#endif

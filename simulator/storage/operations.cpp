@@ -1,0 +1,166 @@
+#include "simulator/storage/operations.h"
+
+#include "plugin/host/status.h"
+#include "simulator/scenario/fault.h"
+#include "simulator/scenario/fault_codes.h"
+#include "simulator/scenario/simulated_time.h"
+#include "simulator/scenario/text.h"
+#include "simulator/storage/announcements.h"
+#include "simulator/storage/storage.h"
+#include "simulator/storage/token_table.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <map>
+#include <new>
+#include <string>
+#include <utility>
+
+namespace soapwrapper::simulator
+{
+
+std::int64_t Operation::bytes_moved(Instant now) const
+{
+    if (now >= end) return bytes;
+    const std::int64_t whole = (end - begin).count();
+    const std::int64_t past = (now - begin).count();
+    // In two steps: the product of the two would be too large a number.
+    return bytes / whole * past + bytes % whole * past / whole;
+}
+
+Operations::Key Operations::key_of_token(const std::string& token)
+{
+    return {std::numeric_limits<std::size_t>::max(), token};
+}
+
+const Operation& Operations::at(const std::map<Key, Operation>& operations, const Key& key)
+{
+    const auto found = operations.find(key);
+    // The token isn't told: it opens what it names.
+    if (found == operations.end()) throw Fault(kUnknownOperation, "there is no such operation, or no more");
+    return found->second;
+}
+
+const Operation& Operations::by_token(const std::string& token) const
+{
+    return at(operations_, key_of_token(token));
+}
+
+const Operation& Operations::by_name(std::size_t server, const std::string& name) const
+{
+    return at(operations_, {server, name});
+}
+
+std::string Operations::start(Operation operation, Instant now)
+{
+    std::string token = new_token();
+    add(key_of_token(token), std::move(operation), now);
+    return token;
+}
+
+void Operations::start_named(const std::string& name, Operation operation, Instant now)
+{
+    if (name.empty() || name.size() > kLongestName) {
+        throw Fault(kBadValue, "an operation's name has 1 to " + std::to_string(kLongestName) + " bytes");
+    }
+    const Key key(operation.server, name);
+    const auto found = operations_.find(key);
+    if (found != operations_.end() && found->second.is_running()) {
+        throw Fault(kInUse, "an operation called \"" + printable(name) + "\" is running");
+    }
+    add(key, std::move(operation), now);
+}
+
+void Operations::add(Key key, Operation operation, Instant now)
+{
+    if (running_.size() >= kMostRunning) throw Fault(kTooManyOpen, "too many operations are running");
+    forget(key);
+    operation.name = key.second;
+    operation.begin = now;
+    operation.end =
+        now + std::chrono::seconds(settings_.seconds.of[static_cast<std::size_t>(operation.kind)]);
+    operation.error = kBusy;
+    running_.emplace(Due(operation.end, ++started_), key);
+    operations_.emplace(std::move(key), std::move(operation));
+}
+
+void Operations::end_due(Storage& storage)
+{
+    const Instant now = storage.now();
+    while (!running_.empty() && running_.begin()->first.first <= now) {
+        const Key key = std::move(running_.begin()->second);
+        running_.erase(running_.begin());
+        end(storage, key);
+    }
+}
+
+void Operations::end(Storage& storage, const Key& key)
+{
+    int error = 0;
+    OperationResult result;
+    try {
+        result = operations_.at(key).effect(storage);
+    } catch (const Fault& fault) {
+        error = fault.code();
+    } catch (const std::bad_alloc&) {
+        error = STS_ENOMEM;
+    }
+    finish(storage, key, error, std::move(result));
+}
+
+void Operations::cancel_by_token(Storage& storage, const std::string& token)
+{
+    cancel(storage, key_of_token(token));
+}
+
+void Operations::cancel_by_name(Storage& storage, std::size_t server, const std::string& name)
+{
+    cancel(storage, {server, name});
+}
+
+void Operations::cancel(Storage& storage, const Key& key)
+{
+    at(operations_, key);
+    const auto due = std::find_if(running_.begin(), running_.end(),
+                                  [&](const auto& entry) { return entry.second == key; });
+    if (due == running_.end()) return;
+    running_.erase(due);
+    finish(storage, key, kCancelled, {});
+}
+
+// Where every operation ends, well or not.
+void Operations::finish(Storage& storage, const Key& key, int error, OperationResult result)
+{
+    Operation& operation = operations_.at(key);
+    operation.bytes = operation.bytes_moved(storage.now());
+    operation.end = storage.now();
+    operation.error = error;
+    operation.effect = nullptr;
+    operation.result = std::move(result);
+    differences_ += operation.result.differences.size();
+    ended_.push_back(key);
+    announce_operation(storage.server(operation.server), operation.name, operation.bytes, operation.error);
+    forget_oldest();
+}
+
+void Operations::forget(const Key& key)
+{
+    const auto found = operations_.find(key);
+    if (found == operations_.end()) return;
+    differences_ -= found->second.result.differences.size();
+    ended_.erase(std::find(ended_.begin(), ended_.end(), key));
+    operations_.erase(found);
+}
+
+// The one that ended last is kept, however much it found.
+void Operations::forget_oldest()
+{
+    while (ended_.size() > kMostEnded || (ended_.size() > 1 && differences_ > kMostDifferences)) {
+        forget(Key(ended_.front()));
+    }
+}
+
+} // namespace soapwrapper::simulator

@@ -1,0 +1,116 @@
+// The long operations: those that run, and what the last ones came to. Nothing happens by itself: whoever
+// uses the storage has those ended first whose end has come.
+#ifndef SOAPWRAPPER_SIMULATOR_STORAGE_OPERATIONS_H
+#define SOAPWRAPPER_SIMULATOR_STORAGE_OPERATIONS_H
+
+#include "simulator/scenario/operation_settings.h"
+#include "simulator/scenario/simulated_time.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace soapwrapper::simulator
+{
+
+class Storage;
+
+// An object that isn't now as a snapshot has it.
+struct DifferingObject {
+    std::string name;
+    int type = 0;
+    int state = 0;
+};
+
+// What an operation that ended well came to; each kind fills in what it has.
+struct OperationResult {
+    std::string topology;
+    std::string snapshot_name;
+    std::string server_name; // where that snapshot lies
+    std::string lsu_name;
+    std::vector<DifferingObject> differences;
+    std::string image; // the handle's token of an image that was copied; empty if it isn't open
+};
+
+struct Operation {
+    // Takes place at the end, with nobody else at the storage. What it throws as a Fault is what the
+    // operation came to.
+    using Effect = std::function<OperationResult(Storage&)>;
+
+    OperationKind kind = OperationKind::kCreate;
+    std::size_t server = 0;
+    std::int64_t bytes = 0; // to be moved
+    Effect effect;          // none any more, once it has ended
+
+    // Filled in by Operations.
+    std::string name; // the client's, or the token
+    Instant begin{0};
+    Instant end{0};
+    int error = 0; // busy, while it runs
+    OperationResult result;
+
+    bool is_running() const { return effect != nullptr; }
+    std::int64_t bytes_moved(Instant now) const;
+};
+
+// Not guarded: the model holds a lock.
+class Operations
+{
+  public:
+    // A host that never asks for its results has the oldest forgotten.
+    static constexpr std::size_t kMostEnded = 1000;
+    static constexpr std::size_t kMostDifferences = 1000000; // of all of them together
+    static constexpr std::size_t kMostRunning = 1000;
+    // A host's record has no room for more.
+    static constexpr std::size_t kLongestName = 255;
+
+    explicit Operations(const OperationSettings& settings) : settings_(settings) {}
+
+    // Returns the token by which the operation goes.
+    std::string start(Operation operation, Instant now);
+    // Under a name of the client's, which is the server's alone until the operation has ended.
+    void start_named(const std::string& name, Operation operation, Instant now);
+
+    // Those that run and those that ended, or the fault that there is none.
+    const Operation& by_token(const std::string& token) const;
+    const Operation& by_name(std::size_t server, const std::string& name) const;
+
+    // Without its effect, and only if it still runs.
+    void cancel_by_token(Storage& storage, const std::string& token);
+    void cancel_by_name(Storage& storage, std::size_t server, const std::string& name);
+
+    // Of those whose end has come, the earliest first.
+    void end_due(Storage& storage);
+
+    int retry_interval() const { return settings_.retry_interval; }
+
+  private:
+    // A name is one server's; a token is everywhere the same.
+    using Key = std::pair<std::size_t, std::string>;
+    using Due = std::pair<Instant, std::uint64_t>;
+
+    static Key key_of_token(const std::string& token);
+    static const Operation& at(const std::map<Key, Operation>& operations, const Key& key);
+    void add(Key key, Operation operation, Instant now);
+    void cancel(Storage& storage, const Key& key);
+    void end(Storage& storage, const Key& key);
+    void finish(Storage& storage, const Key& key, int error, OperationResult result);
+    void forget(const Key& key);
+    void forget_oldest();
+
+    OperationSettings settings_;
+    std::map<Key, Operation> operations_;
+    std::map<Due, Key> running_;
+    std::deque<Key> ended_; // the oldest first
+    std::size_t differences_ = 0;
+    std::uint64_t started_ = 0;
+};
+
+} // namespace soapwrapper::simulator
+
+#endif

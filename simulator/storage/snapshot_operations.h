@@ -1,0 +1,24 @@
+// The long operations that make snapshots and change them. Each function returns one that is ready to be
+// started, or throws the fault that tells why there is none.
+#ifndef SOAPWRAPPER_SIMULATOR_STORAGE_SNAPSHOT_OPERATIONS_H
+#define SOAPWRAPPER_SIMULATOR_STORAGE_SNAPSHOT_OPERATIONS_H
+
+#include "simulator/storage/model.h"
+#include "simulator/storage/operations.h"
+#include "simulator/storage/start_requests.h"
+
+namespace soapwrapper::simulator
+{
+
+// The status of a snapshot once it is post-processed.
+constexpr int kPostProcessed = 1;
+
+Operation create_operation(Model& model, const VolumeStart& start);
+Operation prepare_operation(Model& model, const VolumeStart& start);
+Operation import_operation(Model& model, const VolumeStart& start);
+Operation copy_operation(Model& model, const SnapshotStart& start);
+Operation post_process_operation(Model& model, const SnapshotStart& start);
+
+} // namespace soapwrapper::simulator
+
+#endif
