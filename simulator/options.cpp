@@ -1,7 +1,7 @@
 #include "simulator/options.h"
 
 #include "simulator/address.h"
-#include "simulator/scenario/scenario.h"
+#include "simulator/scenario/default_scenario.h"
 #include "simulator/service/interference.h"
 #include "simulator/service/operation_list.h"
 

@@ -1,6 +1,5 @@
 #include "simulator/scenario/content.h"
 
-#include "simulator/descriptor.h"
 #include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/text.h"
@@ -9,6 +8,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdint>
@@ -76,13 +76,17 @@ FileRecord record_of(const struct stat& found)
 }
 
 // A directory of the tree, without following a link that somebody put in its place.
-Directory open_below(int root, const std::string& path)
+Directory open_below(DIR* root, const std::string& path)
 {
     const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW;
-    Descriptor descriptor(openat(root, path.empty() ? "." : path.c_str(), flags));
-    if (!descriptor.valid()) return nullptr;
-    Directory directory(fdopendir(descriptor.get()));
-    if (directory) descriptor.release();
+    const int descriptor = openat(dirfd(root), path.empty() ? "." : path.c_str(), flags);
+    if (descriptor < 0) return nullptr;
+    Directory directory(fdopendir(descriptor));
+    if (!directory) {
+        const int error = errno;
+        close(descriptor);
+        errno = error;
+    }
     return directory;
 }
 
@@ -108,8 +112,8 @@ void read_directory(DIR* directory, const std::string& path, FileTree& files,
 
 FileTree read_tree(const std::string& root_path)
 {
-    const Descriptor root(open(root_path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!root.valid()) refuse_directory(root_path);
+    const Directory root(opendir(root_path.c_str()));
+    if (!root) refuse_directory(root_path);
     FileTree files;
     std::vector<std::string> pending = {""};
     while (!pending.empty()) {

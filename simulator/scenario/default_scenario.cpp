@@ -1,4 +1,7 @@
+#include "simulator/scenario/default_scenario.h"
+
 #include "simulator/scenario/scenario.h"
+#include "simulator/scenario/scenario_reader.h"
 
 #include <string_view>
 
@@ -296,6 +299,11 @@ std::string_view default_scenario_text()
 }
 )json";
     return {kText, sizeof kText - 1};
+}
+
+Scenario default_scenario()
+{
+    return parse_scenario(default_scenario_text());
 }
 
 } // namespace soapwrapper::simulator

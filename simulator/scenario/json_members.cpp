@@ -1,6 +1,6 @@
 #include "simulator/scenario/json_members.h"
 
-#include "simulator/scenario/scenario.h"
+#include "simulator/scenario/scenario_error.h"
 #include "simulator/scenario/text.h"
 
 #include <algorithm>

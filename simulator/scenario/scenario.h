@@ -6,9 +6,7 @@
 #include "simulator/scenario/records.h"
 #include "simulator/scenario/simulated_time.h"
 
-#include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace soapwrapper::simulator
@@ -47,23 +45,6 @@ struct Scenario {
     OperationSettings operations;
     std::vector<ServerScenario> servers;
 };
-
-// Says where a scenario is wrong and what is expected there.
-class ScenarioError : public std::runtime_error
-{
-  public:
-    using std::runtime_error::runtime_error;
-};
-
-// Reads a scenario from JSON. Throws a ScenarioError.
-Scenario parse_scenario(std::string_view json);
-
-// The same from a file, which the error then names.
-Scenario load_scenario(const std::string& path);
-
-// The storage that is simulated unless told otherwise, as JSON and read.
-std::string_view default_scenario_text();
-Scenario default_scenario();
 
 } // namespace soapwrapper::simulator
 

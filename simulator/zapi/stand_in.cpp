@@ -3,9 +3,11 @@
 #include "plugin/host/host_records.h"
 #include "simulator/scenario/change_list.h"
 #include "simulator/scenario/content.h"
+#include "simulator/scenario/default_scenario.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/records.h"
 #include "simulator/scenario/scenario.h"
+#include "simulator/scenario/scenario_reader.h"
 #include "simulator/scenario/text.h"
 #include "simulator/zapi/handle_table.h"
 

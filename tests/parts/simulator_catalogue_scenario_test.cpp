@@ -1,5 +1,9 @@
+#include "simulator/scenario/default_scenario.h"
+#include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/scenario.h"
+#include "simulator/scenario/scenario_error.h"
+#include "simulator/scenario/scenario_reader.h"
 #include "simulator/storage/storage.h"
 #include "tests/parts/fault_of.h"
 

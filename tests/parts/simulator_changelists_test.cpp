@@ -1,6 +1,8 @@
 #include "simulator/scenario/change_list.h"
 #include "simulator/scenario/fault.h"
 #include "simulator/scenario/scenario.h"
+#include "simulator/scenario/scenario_error.h"
+#include "simulator/scenario/scenario_reader.h"
 
 #include <gmock/gmock.h>
 

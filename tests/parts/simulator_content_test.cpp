@@ -2,6 +2,8 @@
 #include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/scenario.h"
+#include "simulator/scenario/scenario_error.h"
+#include "simulator/scenario/scenario_reader.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,5 @@
 // The simulator's log of events, called as functions.
+#include "simulator/scenario/default_scenario.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/storage/event_log.h"
 #include "simulator/storage/storage.h"

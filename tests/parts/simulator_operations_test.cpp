@@ -1,5 +1,7 @@
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/scenario.h"
+#include "simulator/scenario/scenario_error.h"
+#include "simulator/scenario/scenario_reader.h"
 #include "simulator/storage/model.h"
 #include "simulator/storage/operations.h"
 #include "simulator/storage/snapshot_operations.h"

@@ -1,6 +1,6 @@
 // What volumes and snapshots hold, in a scenario's words.
-#ifndef SOAPWRAPPER_SIMULATOR_SCENARIO_SCENARIO_CONTENT_H
-#define SOAPWRAPPER_SIMULATOR_SCENARIO_SCENARIO_CONTENT_H
+#ifndef SOAPWRAPPER_SIMULATOR_SCENARIO_CONTENT_READER_H
+#define SOAPWRAPPER_SIMULATOR_SCENARIO_CONTENT_READER_H
 
 #include "simulator/scenario/content.h"
 #include "simulator/scenario/json_members.h"

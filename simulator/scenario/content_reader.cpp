@@ -1,4 +1,4 @@
-#include "simulator/scenario/scenario_content.h"
+#include "simulator/scenario/content_reader.h"
 
 #include "simulator/scenario/content.h"
 #include "simulator/scenario/json_members.h"

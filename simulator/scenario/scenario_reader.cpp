@@ -1,11 +1,12 @@
-#include "simulator/scenario/scenario.h"
+#include "simulator/scenario/scenario_reader.h"
 
 #include "simulator/scenario/content.h"
+#include "simulator/scenario/content_reader.h"
 #include "simulator/scenario/json_members.h"
 #include "simulator/scenario/records.h"
-#include "simulator/scenario/scenario_changelists.h" // IWYU pragma: keep, its read_json() is found by what it reads
-#include "simulator/scenario/scenario_content.h"
-#include "simulator/scenario/scenario_operations.h"
+#include "simulator/scenario/scenario.h"
+#include "simulator/scenario/scenario_error.h"
+#include "simulator/scenario/settings_reader.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -214,7 +215,7 @@ Scenario parse_scenario(std::string_view json)
     JsonMembers members(document, "");
     read_operations(members, scenario);
     members.required("servers", scenario.servers);
-    members.optional("changeLists", scenario.change_lists);
+    read_change_lists(members, scenario);
     members.finish();
     if (scenario.servers.empty()) refuse_json("servers", "it holds no server");
     require_names_of_their_own(scenario.servers, "servers", "prefix",
@@ -253,11 +254,6 @@ Scenario load_scenario(const std::string& path)
     } catch (const ScenarioError& error) {
         throw ScenarioError(path + ": " + error.what());
     }
-}
-
-Scenario default_scenario()
-{
-    return parse_scenario(default_scenario_text());
 }
 
 } // namespace soapwrapper::simulator

@@ -1,4 +1,4 @@
-#include "simulator/scenario/scenario_operations.h"
+#include "simulator/scenario/settings_reader.h"
 
 #include "simulator/scenario/json_members.h"
 #include "simulator/scenario/operation_settings.h"
@@ -12,7 +12,10 @@ namespace soapwrapper::simulator
 {
 
 // A day: longer ones are a slip of the pen.
-constexpr int kMostSeconds = 24 * 60 * 60;
+static constexpr int kMostSeconds = 24 * 60 * 60;
+
+// An entry with the longest of paths takes some 5 KB of the answer.
+static constexpr int kLargestBatch = 100000;
 
 // Not in an unnamed namespace: the templates find them by the namespace of their last argument.
 static void read_json(const Json& value, const std::string& path, SecondsByKind& seconds)
@@ -36,6 +39,30 @@ static void read_json(const Json& value, const std::string& path, OperationSetti
     members.finish();
 }
 
+static void require_no_less_than_0(int number, const std::string& path)
+{
+    if (number < 0) refuse_json(path, "0 or more is expected");
+}
+
+static void read_json(const Json& value, const std::string& path, ChangeListSettings& settings)
+{
+    JsonMembers members(value, path);
+    members.optional("batch", settings.batch);
+    members.optional("busy", settings.busy);
+    members.optional("retryInterval", settings.retry_interval);
+    members.optional("pace", settings.pace);
+    members.optional("startBusy", settings.start_busy);
+    members.finish();
+    if (settings.batch < 1 || settings.batch > kLargestBatch) {
+        refuse_json(members.path_of("batch"),
+                    "a number from 1 to " + std::to_string(kLargestBatch) + " is expected");
+    }
+    require_no_less_than_0(settings.busy, members.path_of("busy"));
+    require_no_less_than_0(settings.retry_interval, members.path_of("retryInterval"));
+    require_no_less_than_0(settings.pace, members.path_of("pace"));
+    require_no_less_than_0(settings.start_busy, members.path_of("startBusy"));
+}
+
 void read_operations(JsonMembers& members, Scenario& scenario)
 {
     std::string time = "clock";
@@ -44,6 +71,11 @@ void read_operations(JsonMembers& members, Scenario& scenario)
         refuse_json(members.path_of("time"), "clock or requests is expected");
     scenario.time = time == "requests" ? TimeKind::kRequests : TimeKind::kClock;
     members.optional("operations", scenario.operations);
+}
+
+void read_change_lists(JsonMembers& members, Scenario& scenario)
+{
+    members.optional("changeLists", scenario.change_lists);
 }
 
 } // namespace soapwrapper::simulator
