@@ -2,12 +2,15 @@
 
 #include "simulator/scenario/change_list.h"
 #include "simulator/scenario/content.h"
+#include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/records.h"
 #include "simulator/scenario/scenario.h"
 #include "simulator/service/call.h"
 #include "simulator/service/wire.h"
+#include "simulator/storage/change_list_delivery.h"
 #include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -20,46 +23,6 @@
 
 namespace soapwrapper::simulator
 {
-
-// A list on its way to a client. Any thread may call.
-class ChangeListing
-{
-  public:
-    ChangeListing(ChangeList list, const ChangeListSettings& settings)
-        : list_(std::move(list)), settings_(settings), busy_left_(settings.busy)
-    {
-    }
-
-    struct Batch {
-        std::vector<ListedChange> entries; // none: the end, unless busy
-        bool busy = false;
-        int retry_interval = 0;
-    };
-    Batch next(const PathFilters& filters)
-    {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        Batch batch;
-        if (busy_left_ > 0) {
-            --busy_left_;
-            batch.busy = true;
-            batch.retry_interval = settings_.retry_interval;
-            return batch;
-        }
-        while (batch.entries.size() < static_cast<std::size_t>(settings_.batch)) {
-            std::optional<ListedChange> entry = list_.next(filters);
-            if (!entry) break;
-            batch.entries.push_back(std::move(*entry));
-        }
-        if (!list_.at_end()) batch.retry_interval = settings_.pace;
-        return batch;
-    }
-
-  private:
-    std::mutex mutex_;
-    ChangeList list_;
-    const ChangeListSettings settings_;
-    int busy_left_;
-};
 
 namespace
 {
@@ -137,9 +100,9 @@ void handle(Call& call, const _ns1__openSnapChangeList& request, _ns1__openSnapC
 
     const Model::Use storage = call.model().use();
     storage->session(pair.session); // it may have ended in the meantime
-    auto listing = std::make_shared<ChangeListing>(std::move(list), storage->change_list_settings);
+    auto delivery = std::make_shared<ChangeListDelivery>(std::move(list), storage->change_list_settings);
     response.fileListHandle = wire_handle(call, soap_new_ns1__FileListHandle,
-                                          storage->change_lists.open({pair.session, std::move(listing)}));
+                                          storage->change_lists.open({pair.session, std::move(delivery)}));
 }
 
 // The filters count for this call alone: what they keep back is gone. Whatever is wrong with a request is
@@ -147,8 +110,8 @@ void handle(Call& call, const _ns1__openSnapChangeList& request, _ns1__openSnapC
 void handle(Call& call, const _ns1__listFile& request, _ns1__listFileResponse& response)
 {
     const std::string& token = token_of(request.fileListHandle, kHandle);
-    const std::shared_ptr<ChangeListing> listing = call.model().use()->change_lists.at(token).listing;
-    const ChangeListing::Batch batch = listing->next(filters_of(request));
+    const std::shared_ptr<ChangeListDelivery> delivery = call.model().use()->change_lists.at(token).delivery;
+    const ChangeListDelivery::Batch batch = delivery->next(filters_of(request));
     response.fileAttrList = call.make(soap_new_ns1__ArrayOfFileAttr);
     for (const ListedChange& entry : batch.entries) {
         response.fileAttrList->item.push_back(wire_entry(call, entry));

@@ -1,5 +1,6 @@
 #include "simulator/service/exports.h"
 
+#include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/records.h"
 #include "simulator/service/call.h"
@@ -7,6 +8,7 @@
 #include "simulator/storage/announcements.h"
 #include "simulator/storage/model.h"
 #include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <algorithm>
 #include <iterator>
@@ -60,7 +62,7 @@ const Export& add_export(Storage& storage, const Place& place, const Volume& sou
     const Volume volume = exported_volume(source, host_of(place.server_name), name);
     const Export& made =
         place.server.exports.emplace_back(Export{place.lsu_index, snapshot, volume, std::move(hosts)});
-    announce_export(storage, place.server, made);
+    announce_export(place.server, made, storage.date());
     return made;
 }
 
@@ -123,7 +125,7 @@ void handle(Call& call, const _ns1__deleteExport& request, _ns1__deleteExportRes
                                          [&](const std::string& host) { return holds(hosts, host); }),
                           exported->hosts.end());
     if (!hosts.empty() && !exported->hosts.empty()) return;
-    announce_export_ended(*storage, place.server, *exported);
+    announce_export_ended(place.server, *exported, storage->date());
     exports.erase(exports.begin() + (exported - exports.data()));
 }
 

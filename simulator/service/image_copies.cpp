@@ -1,5 +1,6 @@
 #include "simulator/service/image_copies.h"
 
+#include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/operation_settings.h"
 #include "simulator/scenario/records.h"
@@ -10,9 +11,10 @@
 #include "simulator/service/wire.h"
 #include "simulator/storage/announcements.h"
 #include "simulator/storage/holdings.h"
-#include "simulator/storage/operations.h"
+#include "simulator/storage/long_operations.h"
 #include "simulator/storage/start_requests.h"
 #include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -106,10 +108,10 @@ OperationResult make_copy(Storage& storage, const ImageCopy& copy)
 }
 
 template <class Request>
-Operation copy_operation_of(Call& call, const Request& request)
+LongOperation copy_operation_of(Call& call, const Request& request)
 {
     const ImageCopy copy = copy_asked_by(*call.model().use(), request);
-    Operation operation;
+    LongOperation operation;
     operation.kind = OperationKind::kCopyImage;
     operation.server = copy.target.server;
     operation.bytes = copy.copy.size;
@@ -118,7 +120,7 @@ Operation copy_operation_of(Call& call, const Request& request)
 }
 
 // Takes back the handle that the wait gave.
-void end_copy(Storage& storage, const Operation& operation, const std::string& image)
+void end_copy(Storage& storage, const LongOperation& operation, const std::string& image)
 {
     if (operation.result.image.empty() || operation.result.image != image) {
         throw Fault(kBadHandle, "the image handle isn't the operation's");
@@ -142,7 +144,7 @@ void handle(Call& call, const _ns1__asyncEndCopyImage& request, _ns1__asyncEndCo
 {
     const Model::Use storage = call.model().use();
     const std::string& image = token_of(request.imageHandle, "imageHandle");
-    end_copy(*storage, storage->operations.by_token(token_of(request.opid, "opid")), image);
+    end_copy(*storage, storage.operations().by_token(token_of(request.opid, "opid")), image);
 }
 
 void handle(Call& call, const _ns1__namedAsyncEndCopyImage& request, _ns1__namedAsyncEndCopyImageResponse&)
@@ -150,7 +152,7 @@ void handle(Call& call, const _ns1__namedAsyncEndCopyImage& request, _ns1__named
     const Model::Use storage = call.model().use();
     const std::string& image = token_of(request.imageHandle, "imageHandle");
     const std::size_t server = storage->images.at(image).server;
-    end_copy(*storage, storage->operations.by_name(server, request.opname), image);
+    end_copy(*storage, storage.operations().by_name(server, request.opname), image);
 }
 
 } // namespace soapwrapper::simulator

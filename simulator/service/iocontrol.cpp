@@ -1,11 +1,12 @@
 #include "simulator/service/iocontrol.h"
 
+#include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/records.h"
 #include "simulator/scenario/text.h"
 #include "simulator/service/call.h"
 #include "simulator/storage/model.h"
-#include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <cstddef>
 #include <optional>

@@ -1,5 +1,6 @@
 #include "simulator/service/lsus.h"
 
+#include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/records.h"
 #include "simulator/service/call.h"
@@ -7,6 +8,7 @@
 #include "simulator/storage/announcements.h"
 #include "simulator/storage/model.h"
 #include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <cstddef>
 #include <string>

@@ -1,10 +1,11 @@
 #include "simulator/service/operation_starts.h"
 
 #include "simulator/service/call.h"
+#include "simulator/service/start_wire.h"
 #include "simulator/service/wire.h"
 #include "simulator/storage/difference.h"
+#include "simulator/storage/long_operations.h"
 #include "simulator/storage/model.h"
-#include "simulator/storage/operations.h"
 #include "simulator/storage/rollback.h"
 #include "simulator/storage/snapshot_operations.h"
 #include "simulator/storage/start_requests.h"
@@ -62,7 +63,7 @@ SnapshotStart copy_start(const Request& request)
 }
 
 template <class Request>
-Operation rollback_operation_of(Model& model, const Request& request)
+LongOperation rollback_operation_of(Model& model, const Request& request)
 {
     // In two steps: the first one's use of the storage ends with it.
     const Rollback rollback = rollback_of(*model.use(), request);
@@ -85,17 +86,17 @@ DifferenceStart difference_start(const Request& request)
 
 } // namespace
 
-ns1__OperationID* start_operation(Call& call, Operation operation)
+ns1__OperationID* start_operation(Call& call, LongOperation operation)
 {
     const Model::Use storage = call.model().use();
     return wire_handle(call, soap_new_ns1__OperationID,
-                       storage->operations.start(std::move(operation), storage->now()));
+                       storage.operations().start(std::move(operation), storage->now()));
 }
 
-void start_operation(Call& call, const std::string& name, Operation operation)
+void start_operation(Call& call, const std::string& name, LongOperation operation)
 {
     const Model::Use storage = call.model().use();
-    storage->operations.start_named(name, std::move(operation), storage->now());
+    storage.operations().start_named(name, std::move(operation), storage->now());
 }
 
 void handle(Call& call, const _ns1__asyncCreateSnapByName& request,

@@ -3,7 +3,7 @@
 #define SOAPWRAPPER_SIMULATOR_SERVICE_OPERATION_STARTS_H
 
 #include "simulator/service/call.h"
-#include "simulator/storage/operations.h"
+#include "simulator/storage/long_operations.h"
 
 #include <string>
 
@@ -11,9 +11,9 @@ namespace soapwrapper::simulator
 {
 
 // Returns the id by which the operation goes.
-ns1__OperationID* start_operation(Call& call, Operation operation);
+ns1__OperationID* start_operation(Call& call, LongOperation operation);
 // Under the client's name.
-void start_operation(Call& call, const std::string& name, Operation operation);
+void start_operation(Call& call, const std::string& name, LongOperation operation);
 
 // By an id of the service's.
 void handle(Call& call, const _ns1__asyncCreateSnapByName& request,

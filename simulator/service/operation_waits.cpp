@@ -1,11 +1,11 @@
 #include "simulator/service/operation_waits.h"
 
+#include "simulator/scenario/fault.h"
 #include "simulator/scenario/operation_settings.h"
 #include "simulator/service/call.h"
 #include "simulator/service/wire.h"
+#include "simulator/storage/long_operations.h"
 #include "simulator/storage/model.h"
-#include "simulator/storage/operations.h"
-#include "simulator/storage/storage.h"
 
 #include <cstddef>
 
@@ -60,7 +60,7 @@ ns1__AIOResultGetSnapDiff* wire_differences(const Call& call, const OperationRes
 }
 
 // The arm of the result. The kinds that aren't told here have none.
-void fill_in_result(const Call& call, const Operation& operation, ns1__AIOResultSnap& wire)
+void fill_in_result(const Call& call, const LongOperation& operation, ns1__AIOResultSnap& wire)
 {
     const OperationResult& result = operation.result;
     auto& arm = wire.union_AIOResultSnap;
@@ -97,15 +97,16 @@ void fill_in_result(const Call& call, const Operation& operation, ns1__AIOResult
     }
 }
 
-int delay_of(const Storage& storage, const Operation& operation)
+int delay_of(const Model::Use& storage, const LongOperation& operation)
 {
-    return operation.is_running() ? storage.operations.retry_interval() : 0;
+    return operation.is_running() ? storage.operations().retry_interval() : 0;
 }
 
-ns1__AIOResultSnap* wire_snapshot_state(const Call& call, const Storage& storage, const Operation& operation)
+ns1__AIOResultSnap* wire_snapshot_state(const Call& call, const Model::Use& storage,
+                                        const LongOperation& operation)
 {
     ns1__AIOResultSnap* wire = call.make(soap_new_ns1__AIOResultSnap);
-    wire->totalBytesTransferred = operation.bytes_moved(storage.now());
+    wire->totalBytesTransferred = operation.bytes_moved(storage->now());
     wire->error = operation.error;
     wire->retryInterval = delay_of(storage, operation);
     // Without a result the number has to be one that clients know to have none.
@@ -116,12 +117,12 @@ ns1__AIOResultSnap* wire_snapshot_state(const Call& call, const Storage& storage
     return wire;
 }
 
-ns1__AIOResult* wire_state(const Call& call, const Storage& storage, const Operation& operation)
+ns1__AIOResult* wire_state(const Call& call, const Model::Use& storage, const LongOperation& operation)
 {
     ns1__AIOResult* wire = call.make(soap_new_ns1__AIOResult);
     const std::string& image = operation.result.image;
     if (!image.empty()) wire->image = wire_handle(call, soap_new_ns1__ImageHandle, image);
-    wire->bytesTransferred = operation.bytes_moved(storage.now());
+    wire->bytesTransferred = operation.bytes_moved(storage->now());
     wire->error = operation.error;
     wire->delayInSeconds = delay_of(storage, operation);
     return wire;
@@ -136,16 +137,16 @@ const std::string& id_of(const Request& request)
 }
 
 template <class Request>
-const Operation& by_id(const Storage& storage, const Request& request)
+const LongOperation& by_id(const Model::Use& storage, const Request& request)
 {
-    return storage.operations.by_token(id_of(request));
+    return storage.operations().by_token(id_of(request));
 }
 
 template <class Request>
-const Operation& by_name(const Storage& storage, const Request& request)
+const LongOperation& by_name(const Model::Use& storage, const Request& request)
 {
-    const std::size_t server = storage.session(token_of(request.serverHandle)).server;
-    return storage.operations.by_name(server, request.opname);
+    const std::size_t server = storage->session(token_of(request.serverHandle)).server;
+    return storage.operations().by_name(server, request.opname);
 }
 
 } // namespace
@@ -153,38 +154,38 @@ const Operation& by_name(const Storage& storage, const Request& request)
 void handle(Call& call, const _ns1__asyncWait& request, _ns1__asyncWaitResponse& response)
 {
     const Model::Use storage = call.model().use();
-    response.result = wire_state(call, *storage, by_id(*storage, request));
+    response.result = wire_state(call, storage, by_id(storage, request));
 }
 
 void handle(Call& call, const _ns1__asyncWaitSnap& request, _ns1__asyncWaitSnapResponse& response)
 {
     const Model::Use storage = call.model().use();
-    response.result = wire_snapshot_state(call, *storage, by_id(*storage, request));
+    response.result = wire_snapshot_state(call, storage, by_id(storage, request));
 }
 
 void handle(Call& call, const _ns1__asyncCancel& request, _ns1__asyncCancelResponse&)
 {
     const Model::Use storage = call.model().use();
-    storage->operations.cancel_by_token(*storage, id_of(request));
+    storage.operations().cancel_by_token(*storage, id_of(request));
 }
 
 void handle(Call& call, const _ns1__namedAsyncWait& request, _ns1__namedAsyncWaitResponse& response)
 {
     const Model::Use storage = call.model().use();
-    response.result = wire_state(call, *storage, by_name(*storage, request));
+    response.result = wire_state(call, storage, by_name(storage, request));
 }
 
 void handle(Call& call, const _ns1__namedAsyncWaitSnap& request, _ns1__namedAsyncWaitSnapResponse& response)
 {
     const Model::Use storage = call.model().use();
-    response.result = wire_snapshot_state(call, *storage, by_name(*storage, request));
+    response.result = wire_snapshot_state(call, storage, by_name(storage, request));
 }
 
 // The fault is the answer, unless all went well.
 void handle(Call& call, const _ns1__namedAsyncStatus& request, _ns1__namedAsyncStatusResponse&)
 {
     const Model::Use storage = call.model().use();
-    const Operation& operation = by_name(*storage, request);
+    const LongOperation& operation = by_name(storage, request);
     if (operation.error == 0) return;
     throw Fault(operation.error,
                 operation.is_running() ? "the operation is running" : "the operation has failed");
@@ -194,7 +195,7 @@ void handle(Call& call, const _ns1__namedAsyncCancel& request, _ns1__namedAsyncC
 {
     const Model::Use storage = call.model().use();
     const std::size_t server = storage->session(token_of(request.serverHandle)).server;
-    storage->operations.cancel_by_name(*storage, server, request.opname);
+    storage.operations().cancel_by_name(*storage, server, request.opname);
 }
 
 } // namespace soapwrapper::simulator

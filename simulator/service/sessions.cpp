@@ -1,5 +1,6 @@
 #include "simulator/service/sessions.h"
 
+#include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/service/call.h"
 #include "simulator/service/wire.h"

@@ -1,13 +1,16 @@
 #include "simulator/service/snapshots.h"
 
+#include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/records.h"
 #include "simulator/service/call.h"
+#include "simulator/service/start_wire.h"
 #include "simulator/service/wire.h"
 #include "simulator/storage/holdings.h"
 #include "simulator/storage/model.h"
 #include "simulator/storage/rollback.h"
 #include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <cstddef>
 #include <utility>

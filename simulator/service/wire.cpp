@@ -1,12 +1,11 @@
 #include "simulator/service/wire.h"
 
+#include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/records.h"
 #include "simulator/service/call.h"
 #include "simulator/storage/storage.h"
 
-#include <algorithm>
-#include <climits>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -23,17 +22,6 @@ int choice_of(VolumeKind kind)
 }
 
 } // namespace
-
-xsd__base64Binary* Call::bytes(const std::string& value) const
-{
-    xsd__base64Binary* binary = make(soap_new_xsd__base64Binary);
-    if (value.empty() || value.size() > INT_MAX) return binary;
-    binary->__ptr = static_cast<unsigned char*>(soap_malloc(&arena_, value.size()));
-    if (!binary->__ptr) throw std::bad_alloc();
-    std::copy(value.begin(), value.end(), binary->__ptr);
-    binary->__size = static_cast<int>(value.size());
-    return binary;
-}
 
 Place place_of(Storage& storage, const ns1__LSU* lsu)
 {

@@ -2,6 +2,7 @@
 #ifndef SOAPWRAPPER_SIMULATOR_SERVICE_WIRE_H
 #define SOAPWRAPPER_SIMULATOR_SERVICE_WIRE_H
 
+#include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/records.h"
 #include "simulator/service/call.h"

@@ -3,10 +3,11 @@
 #include "simulator/scenario/records.h"
 #include "simulator/scenario/text.h"
 #include "simulator/storage/event_records.h"
-#include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace soapwrapper::simulator
@@ -27,12 +28,12 @@ bool is_full(const Lsu& lsu, std::int64_t used)
     return used >= lsu.properties.capacity;
 }
 
-Activity about_snapshot(const Storage& storage, ActivityAction action, const Lsu& lsu,
-                        const Snapshot& snapshot, const char* what)
+Activity about_snapshot(std::int64_t date, ActivityAction action, const Lsu& lsu, const Snapshot& snapshot,
+                        const char* what)
 {
     Activity activity;
     activity.action = action;
-    activity.time = storage.date();
+    activity.time = date;
     activity.event_set = "snapshots";
     activity.lsu = lsu.properties.name;
     activity.snapshot = snapshot;
@@ -52,14 +53,14 @@ std::vector<std::string> told_hosts(const std::vector<std::string>& hosts)
     return told;
 }
 
-Activity about_export(const Storage& storage, ActivityAction action, const StorageServer& server,
+Activity about_export(std::int64_t date, ActivityAction action, const StorageServer& server,
                       const Export& exported, const char* what)
 {
     const Lsu& lsu = server.lsus[exported.lsu];
     const auto snapshot = lsu.snapshots.find(exported.snapshot);
     Activity activity;
     activity.action = action;
-    activity.time = storage.date();
+    activity.time = date;
     activity.event_set = "exports";
     activity.lsu = lsu.properties.name;
     std::string subject = "a volume";
@@ -122,27 +123,27 @@ void announce_image_copied(StorageServer& server, const Lsu& lsu, const Image& i
                                                origin_lsu.properties.name, origin});
 }
 
-void announce_snapshot_created(const Storage& storage, StorageServer& server, const Lsu& lsu,
-                               const Snapshot& snapshot)
+void announce_snapshot_created(StorageServer& server, const Lsu& lsu, const Snapshot& snapshot,
+                               std::int64_t date)
 {
-    server.events.add_detached(about_snapshot(storage, ActivityAction::kCreated, lsu, snapshot, "created"));
+    server.events.add_detached(about_snapshot(date, ActivityAction::kCreated, lsu, snapshot, "created"));
 }
 
-void announce_snapshot_deleted(const Storage& storage, StorageServer& server, const Lsu& lsu,
-                               const Snapshot& snapshot)
+void announce_snapshot_deleted(StorageServer& server, const Lsu& lsu, const Snapshot& snapshot,
+                               std::int64_t date)
 {
-    server.events.add_detached(about_snapshot(storage, ActivityAction::kDeleted, lsu, snapshot, "deleted"));
+    server.events.add_detached(about_snapshot(date, ActivityAction::kDeleted, lsu, snapshot, "deleted"));
 }
 
-void announce_export(const Storage& storage, StorageServer& server, const Export& exported)
+void announce_export(StorageServer& server, const Export& exported, std::int64_t date)
 {
-    server.events.add_inline(about_export(storage, ActivityAction::kExported, server, exported, "exported"));
+    server.events.add_inline(about_export(date, ActivityAction::kExported, server, exported, "exported"));
 }
 
-void announce_export_ended(const Storage& storage, StorageServer& server, const Export& exported)
+void announce_export_ended(StorageServer& server, const Export& exported, std::int64_t date)
 {
     server.events.add_inline(
-        about_export(storage, ActivityAction::kExportEnded, server, exported, "no longer exported"));
+        about_export(date, ActivityAction::kExportEnded, server, exported, "no longer exported"));
 }
 
 void announce_operation(StorageServer& server, const std::string& name, std::int64_t bytes_transferred,

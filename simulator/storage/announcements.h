@@ -1,10 +1,10 @@
-// What becomes an event when something happens to the storage. All with the model's lock held, by whoever
-// changed the storage, once it is changed.
+// What becomes an event when something happens to a server, told by whoever changed it, once it is changed.
+// Not guarded.
 #ifndef SOAPWRAPPER_SIMULATOR_STORAGE_ANNOUNCEMENTS_H
 #define SOAPWRAPPER_SIMULATOR_STORAGE_ANNOUNCEMENTS_H
 
 #include "simulator/scenario/records.h"
-#include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <cstdint>
 #include <string>
@@ -29,13 +29,13 @@ void announce_image_deleted(StorageServer& server, const Lsu& lsu, const Image& 
 void announce_image_copied(StorageServer& server, const Lsu& lsu, const Image& image,
                            const StorageServer& origin_server, const Lsu& origin_lsu, const Image& origin);
 
-void announce_snapshot_created(const Storage& storage, StorageServer& server, const Lsu& lsu,
-                               const Snapshot& snapshot);
-void announce_snapshot_deleted(const Storage& storage, StorageServer& server, const Lsu& lsu,
-                               const Snapshot& snapshot);
+void announce_snapshot_created(StorageServer& server, const Lsu& lsu, const Snapshot& snapshot,
+                               std::int64_t date);
+void announce_snapshot_deleted(StorageServer& server, const Lsu& lsu, const Snapshot& snapshot,
+                               std::int64_t date);
 
-void announce_export(const Storage& storage, StorageServer& server, const Export& exported);
-void announce_export_ended(const Storage& storage, StorageServer& server, const Export& exported);
+void announce_export(StorageServer& server, const Export& exported, std::int64_t date);
+void announce_export_ended(StorageServer& server, const Export& exported, std::int64_t date);
 
 // `error` is 0 if all went well.
 void announce_operation(StorageServer& server, const std::string& name, std::int64_t bytes_transferred,

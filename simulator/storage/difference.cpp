@@ -8,10 +8,11 @@
 #include "simulator/scenario/records.h"
 #include "simulator/scenario/text.h"
 #include "simulator/storage/holdings.h"
+#include "simulator/storage/long_operations.h"
 #include "simulator/storage/model.h"
-#include "simulator/storage/operations.h"
 #include "simulator/storage/start_requests.h"
 #include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -91,12 +92,12 @@ std::vector<DifferingObject> differences_of(const Comparison& comparison)
 
 } // namespace
 
-Operation difference_operation(Model& model, const DifferenceStart& start)
+LongOperation difference_operation(Model& model, const DifferenceStart& start)
 {
     const Comparison comparison = comparison_of(*model.use(), start);
     OperationResult result;
     result.differences = differences_of(comparison);
-    Operation operation;
+    LongOperation operation;
     operation.kind = OperationKind::kDiff;
     operation.server = comparison.position.server;
     operation.effect = [position = comparison.position, name = comparison.name,

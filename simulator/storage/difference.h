@@ -2,15 +2,15 @@
 #ifndef SOAPWRAPPER_SIMULATOR_STORAGE_DIFFERENCE_H
 #define SOAPWRAPPER_SIMULATOR_STORAGE_DIFFERENCE_H
 
+#include "simulator/storage/long_operations.h"
 #include "simulator/storage/model.h"
-#include "simulator/storage/operations.h"
 #include "simulator/storage/start_requests.h"
 
 namespace soapwrapper::simulator
 {
 
 // Ready to be started, or the fault that tells why not.
-Operation difference_operation(Model& model, const DifferenceStart& start);
+LongOperation difference_operation(Model& model, const DifferenceStart& start);
 
 } // namespace soapwrapper::simulator
 

@@ -6,6 +6,7 @@
 #include "simulator/scenario/text.h"
 #include "simulator/storage/announcements.h"
 #include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -79,7 +80,7 @@ void add_snapshot(Storage& storage, LsuPosition position, Snapshot snapshot)
     lsu.occupy(snapshot.size);
     const Snapshot& added = lsu.snapshots.emplace(storage.next_serial(), std::move(snapshot)).first->second;
     StorageServer& server = storage.server(position.server);
-    announce_snapshot_created(storage, server, lsu, added);
+    announce_snapshot_created(server, lsu, added, storage.date());
     announce_growth(server, lsu, before);
 }
 
@@ -90,7 +91,7 @@ void delete_snapshot(Storage& storage, LsuPosition position, Serial serial)
     const Snapshot snapshot = std::move(found->second);
     lsu.snapshots.erase(found);
     lsu.release(snapshot.size);
-    announce_snapshot_deleted(storage, storage.server(position.server), lsu, snapshot);
+    announce_snapshot_deleted(storage.server(position.server), lsu, snapshot, storage.date());
 }
 
 Serial add_image(Storage& storage, LsuPosition position, Image image)

@@ -4,6 +4,7 @@
 
 #include "simulator/scenario/records.h"
 #include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <cstddef>
 #include <string>

@@ -4,6 +4,7 @@
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/scenario.h"
 #include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <openssl/crypto.h>
 
@@ -18,7 +19,8 @@ namespace soapwrapper::simulator
 {
 
 Model::Model(const Scenario& scenario, std::vector<std::string> interfaces, std::string credential)
-    : interfaces_(std::move(interfaces)), credential_(std::move(credential)), storage_(scenario)
+    : interfaces_(std::move(interfaces)), credential_(std::move(credential)), storage_(scenario),
+      operations_(scenario.operations)
 {
 }
 

@@ -4,7 +4,9 @@
 #define SOAPWRAPPER_SIMULATOR_STORAGE_MODEL_H
 
 #include "simulator/scenario/scenario.h"
+#include "simulator/storage/long_operations.h"
 #include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -65,18 +67,21 @@ class Model
       public:
         Storage& operator*() const { return storage_; }
         Storage* operator->() const { return &storage_; }
+        OperationRegistry& operations() const { return operations_; }
 
       private:
         friend class Model;
-        Use(std::mutex& mutex, Storage& storage) : lock_(mutex), storage_(storage)
+        explicit Use(Model& model)
+            : lock_(model.mutex_), storage_(model.storage_), operations_(model.operations_)
         {
-            storage_.operations.end_due(storage_);
+            operations_.end_due(storage_);
         }
 
         std::unique_lock<std::mutex> lock_;
         Storage& storage_;
+        OperationRegistry& operations_;
     };
-    Use use() { return {mutex_, storage_}; }
+    Use use() { return Use(*this); }
 
   private:
     // All with the lock held.
@@ -88,6 +93,7 @@ class Model
     const std::string credential_;
     mutable std::mutex mutex_;
     Storage storage_;
+    OperationRegistry operations_;
 };
 
 } // namespace soapwrapper::simulator

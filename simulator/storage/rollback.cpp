@@ -1,14 +1,16 @@
 #include "simulator/storage/rollback.h"
 
 #include "simulator/scenario/content.h"
+#include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/operation_settings.h"
 #include "simulator/scenario/records.h"
 #include "simulator/storage/announcements.h"
 #include "simulator/storage/holdings.h"
+#include "simulator/storage/long_operations.h"
 #include "simulator/storage/model.h"
-#include "simulator/storage/operations.h"
 #include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -74,9 +76,9 @@ std::vector<Cursor::Entry> snapshots_in_the_way(Storage& storage, const Rollback
     return in_the_way;
 }
 
-Operation rollback_operation(Model& model, const Rollback& rollback)
+LongOperation rollback_operation(Model& model, const Rollback& rollback)
 {
-    Operation operation;
+    LongOperation operation;
     operation.kind = OperationKind::kRollback;
     operation.server = rollback.source.server;
     Content content;

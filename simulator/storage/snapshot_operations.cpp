@@ -6,10 +6,11 @@
 #include "simulator/scenario/operation_settings.h"
 #include "simulator/scenario/records.h"
 #include "simulator/storage/holdings.h"
+#include "simulator/storage/long_operations.h"
 #include "simulator/storage/model.h"
-#include "simulator/storage/operations.h"
 #include "simulator/storage/start_requests.h"
 #include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <string>
 #include <utility>
@@ -76,9 +77,9 @@ Making captured_making(Model& model, const VolumeStart& start)
     return making;
 }
 
-Operation operation_that_makes(OperationKind kind, const Making& making)
+LongOperation operation_that_makes(OperationKind kind, const Making& making)
 {
-    Operation operation;
+    LongOperation operation;
     operation.kind = kind;
     operation.server = making.source.server;
     operation.effect = [making](Storage& storage) {
@@ -89,24 +90,24 @@ Operation operation_that_makes(OperationKind kind, const Making& making)
 
 } // namespace
 
-Operation create_operation(Model& model, const VolumeStart& start)
+LongOperation create_operation(Model& model, const VolumeStart& start)
 {
     const Making making = captured_making(model, start);
-    Operation operation = operation_that_makes(OperationKind::kCreate, making);
+    LongOperation operation = operation_that_makes(OperationKind::kCreate, making);
     operation.bytes = making.snapshot.size;
     return operation;
 }
 
 // The storage has the snapshot already: it only becomes known.
-Operation import_operation(Model& model, const VolumeStart& start)
+LongOperation import_operation(Model& model, const VolumeStart& start)
 {
     return operation_that_makes(OperationKind::kImport, captured_making(model, start));
 }
 
-Operation prepare_operation(Model& model, const VolumeStart& start)
+LongOperation prepare_operation(Model& model, const VolumeStart& start)
 {
     const Making making = making_of(*model.use(), start);
-    Operation operation;
+    LongOperation operation;
     operation.kind = OperationKind::kPrepare;
     operation.server = making.source.server;
     operation.effect = [making](Storage& storage) {
@@ -116,9 +117,9 @@ Operation prepare_operation(Model& model, const VolumeStart& start)
     return operation;
 }
 
-Operation copy_operation(Model& model, const SnapshotStart& start)
+LongOperation copy_operation(Model& model, const SnapshotStart& start)
 {
-    Operation operation;
+    LongOperation operation;
     operation.kind = OperationKind::kCopy;
     LsuPosition source;
     std::vector<Target> targets;
@@ -142,13 +143,13 @@ Operation copy_operation(Model& model, const SnapshotStart& start)
     return operation;
 }
 
-Operation post_process_operation(Model& model, const SnapshotStart& start)
+LongOperation post_process_operation(Model& model, const SnapshotStart& start)
 {
     const Model::Use storage = model.use();
     const Place place = storage->place(start.session, start.lsu);
     const std::string name = find_snapshot(place.lsu, start.snapshot)->second.name;
     const LsuPosition position{place.server_index, place.lsu_index};
-    Operation operation;
+    LongOperation operation;
     operation.kind = OperationKind::kPostProcess;
     operation.server = position.server;
     operation.effect = [position, name](Storage& storage_then) {

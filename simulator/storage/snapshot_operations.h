@@ -3,8 +3,8 @@
 #ifndef SOAPWRAPPER_SIMULATOR_STORAGE_SNAPSHOT_OPERATIONS_H
 #define SOAPWRAPPER_SIMULATOR_STORAGE_SNAPSHOT_OPERATIONS_H
 
+#include "simulator/storage/long_operations.h"
 #include "simulator/storage/model.h"
-#include "simulator/storage/operations.h"
 #include "simulator/storage/start_requests.h"
 
 namespace soapwrapper::simulator
@@ -13,11 +13,11 @@ namespace soapwrapper::simulator
 // The status of a snapshot once it is post-processed.
 constexpr int kPostProcessed = 1;
 
-Operation create_operation(Model& model, const VolumeStart& start);
-Operation prepare_operation(Model& model, const VolumeStart& start);
-Operation import_operation(Model& model, const VolumeStart& start);
-Operation copy_operation(Model& model, const SnapshotStart& start);
-Operation post_process_operation(Model& model, const SnapshotStart& start);
+LongOperation create_operation(Model& model, const VolumeStart& start);
+LongOperation prepare_operation(Model& model, const VolumeStart& start);
+LongOperation import_operation(Model& model, const VolumeStart& start);
+LongOperation copy_operation(Model& model, const SnapshotStart& start);
+LongOperation post_process_operation(Model& model, const SnapshotStart& start);
 
 } // namespace soapwrapper::simulator
 

@@ -1,4 +1,4 @@
-// What the requests ask for that start operations, in plain records.
+// What is told when a long operation is started, in plain records.
 #ifndef SOAPWRAPPER_SIMULATOR_STORAGE_START_REQUESTS_H
 #define SOAPWRAPPER_SIMULATOR_STORAGE_START_REQUESTS_H
 
@@ -9,8 +9,6 @@
 #include <cstddef>
 #include <string>
 #include <vector>
-
-#include "soapwrapperH.h"
 
 namespace soapwrapper::simulator
 {
@@ -52,8 +50,6 @@ struct Target {
     std::string lsu_name;
 };
 
-Snapshot definition_of(const ns1__SnapDefinition* wire, const char* element);
-std::vector<NamedLsu> targets_of(const ns1__ArrayOfLSUSpecification* wire, int told);
 // A text that the storage keeps, or the fault that it is too long.
 const std::string& bounded(const std::string& text, std::size_t longest, const char* element);
 

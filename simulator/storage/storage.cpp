@@ -8,12 +8,11 @@
 #include "simulator/storage/announcements.h"
 #include "simulator/storage/event_log.h"
 #include "simulator/storage/event_records.h"
+#include "simulator/storage/storage_server.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
-#include <map>
 #include <utility>
 #include <vector>
 
@@ -21,9 +20,6 @@ namespace soapwrapper::simulator
 {
 namespace
 {
-
-// A client that forgets to close its lists is told before the memory is gone.
-constexpr std::size_t kMaxOpen = 10000;
 
 // A host's record has no room for more. Names are kept for as long as what they open.
 constexpr std::size_t kLongestHost = 511;
@@ -47,40 +43,7 @@ auto* find_by_serial(Objects& objects, Serial serial)
 
 } // namespace
 
-void Lsu::occupy(std::int64_t size)
-{
-    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
-    for (std::int64_t* used : {&properties.used, &properties.used_phys}) {
-        if (size > 0) *used = *used > kMost - size ? kMost : *used + size;
-    }
-}
-
-void Lsu::release(std::int64_t size)
-{
-    for (std::int64_t* used : {&properties.used, &properties.used_phys}) {
-        if (size > 0 && *used > 0) *used -= std::min(size, *used);
-    }
-}
-
-template <class Value>
-void OpenTable<Value>::require_room(std::size_t used)
-{
-    if (used >= kMaxOpen) throw Fault(kTooManyOpen, "too many are open");
-}
-
-template <class Value>
-void OpenTable<Value>::refuse(const char* what)
-{
-    throw Fault(kBadHandle, std::string("the ") + what + " handle was never issued or is closed");
-}
-
-template class OpenTable<Cursor>;
-template class OpenTable<OpenImage>;
-template class OpenTable<OpenChangeList>;
-template class OpenTable<EventChannel>;
-
-Storage::Storage(const Scenario& scenario)
-    : operations(scenario.operations), change_list_settings(scenario.change_lists), time_(scenario.time)
+Storage::Storage(const Scenario& scenario) : change_list_settings(scenario.change_lists), time_(scenario.time)
 {
     for (const ServerScenario& described : scenario.servers) {
         StorageServer& server = servers_.emplace_back();
@@ -198,42 +161,6 @@ const Event& Storage::next_event(const std::string& token)
     if (!event) throw Fault(kEndOfList, "the channel has no event at present");
     channel.next = std::int64_t{event->seqno} + 1;
     return *event;
-}
-
-std::map<Serial, Snapshot>::iterator find_snapshot(Lsu& lsu, const std::string& name)
-{
-    const auto found = std::find_if(lsu.snapshots.begin(), lsu.snapshots.end(),
-                                    [&](const auto& entry) { return entry.second.name == name; });
-    if (found == lsu.snapshots.end()) {
-        throw Fault(kUnknownSnapshot, "the LSU has no snapshot called \"" + printable(name) + "\"");
-    }
-    return found;
-}
-
-bool knows_volume(const Lsu& lsu, const Volume& volume)
-{
-    return std::any_of(lsu.properties.volumes.begin(), lsu.properties.volumes.end(),
-                       [&](const Volume& held) { return means(volume, held); }) ||
-           std::any_of(lsu.snapshots.begin(), lsu.snapshots.end(),
-                       [&](const auto& entry) { return means(volume, entry.second.volume); });
-}
-
-bool knows_volume(const StorageServer& server, const Volume& volume)
-{
-    return std::any_of(server.lsus.begin(), server.lsus.end(),
-                       [&](const Lsu& lsu) { return knows_volume(lsu, volume); });
-}
-
-Export* find_export(StorageServer& server, const Volume& volume)
-{
-    const auto found = std::find_if(server.exports.begin(), server.exports.end(),
-                                    [&](const Export& each) { return means(volume, each.volume); });
-    return found == server.exports.end() ? nullptr : &*found;
-}
-
-std::string host_of(const std::string& server_name)
-{
-    return server_name.substr(server_name.find(':') + 1);
 }
 
 } // namespace soapwrapper::simulator

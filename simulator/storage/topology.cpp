@@ -3,10 +3,11 @@
 #include "simulator/scenario/operation_settings.h"
 #include "simulator/scenario/records.h"
 #include "simulator/storage/holdings.h"
+#include "simulator/storage/long_operations.h"
 #include "simulator/storage/model.h"
-#include "simulator/storage/operations.h"
 #include "simulator/storage/start_requests.h"
 #include "simulator/storage/storage.h"
+#include "simulator/storage/storage_server.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -59,9 +60,9 @@ void add_partner(std::vector<ReplicationPartner>& partners, const Storage& stora
     if (std::none_of(partners.begin(), partners.end(), is_it)) partners.push_back({prefix, partner.lsu_name});
 }
 
-Operation operation_of(OperationKind kind, const Topology& topology)
+LongOperation operation_of(OperationKind kind, const Topology& topology)
 {
-    Operation operation;
+    LongOperation operation;
     operation.kind = kind;
     operation.server = topology.source.position.server;
     return operation;
@@ -76,19 +77,19 @@ OperationResult result_of(const Topology& topology)
 
 } // namespace
 
-Operation validate_operation(Model& model, const VolumeStart& start)
+LongOperation validate_operation(Model& model, const VolumeStart& start)
 {
     const Topology topology = topology_of(*model.use(), start);
-    Operation operation = operation_of(OperationKind::kValidate, topology);
+    LongOperation operation = operation_of(OperationKind::kValidate, topology);
     operation.effect = [topology](Storage&) { return result_of(topology); };
     return operation;
 }
 
 // The source replicates to its targets from then on.
-Operation provision_operation(Model& model, const VolumeStart& start)
+LongOperation provision_operation(Model& model, const VolumeStart& start)
 {
     const Topology topology = topology_of(*model.use(), start);
-    Operation operation = operation_of(OperationKind::kProvision, topology);
+    LongOperation operation = operation_of(OperationKind::kProvision, topology);
     operation.effect = [topology](Storage& storage) {
         Lsu& source = lsu_at(storage, topology.source.position);
         for (const Target& target : topology.targets) {

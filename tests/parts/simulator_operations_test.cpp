@@ -2,8 +2,8 @@
 #include "simulator/scenario/scenario.h"
 #include "simulator/scenario/scenario_error.h"
 #include "simulator/scenario/scenario_reader.h"
+#include "simulator/storage/long_operations.h"
 #include "simulator/storage/model.h"
-#include "simulator/storage/operations.h"
 #include "simulator/storage/snapshot_operations.h"
 #include "tests/parts/fault_of.h"
 
@@ -13,9 +13,6 @@
 #include <limits>
 #include <set>
 #include <thread>
-
-// Of the SOAP runtime nothing is used but what the records of the messages need; that wants its table.
-#include "PSVWSSoapBinding.nsmap"
 
 namespace
 {
@@ -37,26 +34,28 @@ Scenario scenario(const std::string& operations = "{}", const std::string& time 
 class Engine : public testing::Test
 {
   protected:
-    explicit Engine(const Scenario& from = scenario()) : storage_(from) {}
+    explicit Engine(const Scenario& from = scenario()) : storage_(from), operations_(from.operations) {}
 
-    Operation operation(OperationKind kind, const Operation::Effect& effect, std::int64_t bytes = 0) const
+    LongOperation operation(OperationKind kind, const LongOperation::Effect& effect,
+                            std::int64_t bytes = 0) const
     {
-        Operation made;
+        LongOperation made;
         made.kind = kind;
         made.bytes = bytes;
         made.effect = effect;
         return made;
     }
-    std::string start(const Operation& made) { return storage_.operations.start(made, storage_.now()); }
+    std::string start(const LongOperation& made) { return operations_.start(made, storage_.now()); }
     void pass(int seconds)
     {
         for (int i = 0; i < seconds; ++i) storage_.request_arrived();
-        storage_.operations.end_due(storage_);
+        operations_.end_due(storage_);
     }
 
     static OperationResult nothing(Storage&) { return {}; }
 
     Storage storage_;
+    OperationRegistry operations_;
 };
 
 class UnevenEngine : public Engine
@@ -90,8 +89,8 @@ TEST_F(UnevenEngine, EffectsTakePlaceInTheOrderOfTheEndsAndOfTheStartsWhereThese
 TEST_F(UnevenEngine, TheLargestNumberOfBytesGrowsEvenly)
 {
     constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
-    const Operation& running =
-        storage_.operations.by_token(start(operation(OperationKind::kCreate, nothing, kMost)));
+    const LongOperation& running =
+        operations_.by_token(start(operation(OperationKind::kCreate, nothing, kMost)));
     EXPECT_EQ(running.bytes_moved(storage_.now()), 0);
     pass(1);
     EXPECT_EQ(running.bytes_moved(storage_.now()), kMost / 5);
@@ -107,23 +106,23 @@ TEST_F(Engine, AnEffectThatFindsNoMemoryMakesTheOperationFail)
     const std::string id =
         start(operation(OperationKind::kCreate, [](Storage&) -> OperationResult { throw std::bad_alloc(); }));
     pass(2);
-    EXPECT_EQ(storage_.operations.by_token(id).error, STS_ENOMEM);
+    EXPECT_EQ(operations_.by_token(id).error, STS_ENOMEM);
 }
 
 TEST_F(Engine, OfTheOperationsThatEndedOnlyTheLastThousandAreKept)
 {
     const std::string running = start(operation(OperationKind::kCreate, nothing));
     std::vector<std::string> ids;
-    for (std::size_t i = 0; i < Operations::kMostEnded + 1; ++i) {
+    for (std::size_t i = 0; i < OperationRegistry::kMostEnded + 1; ++i) {
         ids.push_back(start(operation(OperationKind::kCopy, nothing)));
-        storage_.operations.cancel_by_token(storage_, ids.back());
+        operations_.cancel_by_token(storage_, ids.back());
     }
-    EXPECT_EQ(fault_of([&] { storage_.operations.by_token(ids[0]); }), kUnknownOperation);
-    EXPECT_EQ(storage_.operations.by_token(ids[1]).error, kCancelled);
-    EXPECT_EQ(storage_.operations.by_token(running).error, kBusy);
+    EXPECT_EQ(fault_of([&] { operations_.by_token(ids[0]); }), kUnknownOperation);
+    EXPECT_EQ(operations_.by_token(ids[1]).error, kCancelled);
+    EXPECT_EQ(operations_.by_token(running).error, kBusy);
     pass(2);
-    EXPECT_EQ(fault_of([&] { storage_.operations.by_token(ids[1]); }), kUnknownOperation);
-    EXPECT_EQ(storage_.operations.by_token(running).error, 0);
+    EXPECT_EQ(fault_of([&] { operations_.by_token(ids[1]); }), kUnknownOperation);
+    EXPECT_EQ(operations_.by_token(running).error, 0);
 }
 
 TEST_F(Engine, OfLargeDifferencesTheOldestAreForgottenAndTheLastIsKept)
@@ -136,42 +135,42 @@ TEST_F(Engine, OfLargeDifferencesTheOldestAreForgottenAndTheLastIsKept)
         };
     };
     const std::string first =
-        start(operation(OperationKind::kDiff, finding(Operations::kMostDifferences - 1)));
+        start(operation(OperationKind::kDiff, finding(OperationRegistry::kMostDifferences - 1)));
     const std::string second = start(operation(OperationKind::kDiff, finding(1)));
     pass(2);
-    EXPECT_EQ(storage_.operations.by_token(first).error, 0);
+    EXPECT_EQ(operations_.by_token(first).error, 0);
     const std::string third = start(operation(OperationKind::kDiff, finding(1)));
     pass(2);
-    EXPECT_EQ(fault_of([&] { storage_.operations.by_token(first); }), kUnknownOperation);
-    EXPECT_EQ(storage_.operations.by_token(second).error, 0);
+    EXPECT_EQ(fault_of([&] { operations_.by_token(first); }), kUnknownOperation);
+    EXPECT_EQ(operations_.by_token(second).error, 0);
     const std::string huge =
-        start(operation(OperationKind::kDiff, finding(Operations::kMostDifferences + 1)));
+        start(operation(OperationKind::kDiff, finding(OperationRegistry::kMostDifferences + 1)));
     pass(2);
-    EXPECT_EQ(fault_of([&] { storage_.operations.by_token(third); }), kUnknownOperation);
-    EXPECT_EQ(storage_.operations.by_token(huge).result.differences.size(), Operations::kMostDifferences + 1);
+    EXPECT_EQ(fault_of([&] { operations_.by_token(third); }), kUnknownOperation);
+    EXPECT_EQ(operations_.by_token(huge).result.differences.size(), OperationRegistry::kMostDifferences + 1);
 }
 
 TEST_F(Engine, ANameThatIsUsedAgainTakesNoMoreRoomThanOne)
 {
     const std::string kept = start(operation(OperationKind::kCreate, nothing));
     pass(2);
-    for (std::size_t i = 0; i < Operations::kMostEnded + 1; ++i) {
-        storage_.operations.start_named("mine", operation(OperationKind::kCreate, nothing), storage_.now());
-        storage_.operations.cancel_by_name(storage_, 0, "mine");
+    for (std::size_t i = 0; i < OperationRegistry::kMostEnded + 1; ++i) {
+        operations_.start_named("mine", operation(OperationKind::kCreate, nothing), storage_.now());
+        operations_.cancel_by_name(storage_, 0, "mine");
     }
-    EXPECT_EQ(storage_.operations.by_token(kept).error, 0);
-    EXPECT_EQ(storage_.operations.by_name(0, "mine").error, kCancelled);
+    EXPECT_EQ(operations_.by_token(kept).error, 0);
+    EXPECT_EQ(operations_.by_name(0, "mine").error, kCancelled);
 }
 
 TEST_F(Engine, MoreOperationsThanThereIsRoomForAreRefused)
 {
     std::string last;
-    for (std::size_t i = 0; i < Operations::kMostRunning; ++i) {
+    for (std::size_t i = 0; i < OperationRegistry::kMostRunning; ++i) {
         last = start(operation(OperationKind::kCreate, nothing));
     }
     const auto one_more = [&] { start(operation(OperationKind::kCreate, nothing)); };
     EXPECT_EQ(fault_of(one_more), kTooManyOpen);
-    storage_.operations.cancel_by_token(storage_, last);
+    operations_.cancel_by_token(storage_, last);
     EXPECT_EQ(fault_of(one_more), 0);
 }
 
@@ -220,15 +219,15 @@ TEST(OperationsOfSeveralClients, AllEndOnceAndWithTheirEffect)
                 start.session = session;
                 start.volume = {VolumeKind::kDevice, {"/dev/a", "", ""}};
                 start.definition.name = std::to_string(t) + "." + std::to_string(i);
-                const Operation made = create_operation(model, start);
+                const LongOperation made = create_operation(model, start);
                 const std::string id = [&] {
                     const Model::Use storage = model.use();
-                    return storage->operations.start(made, storage->now());
+                    return storage.operations().start(made, storage->now());
                 }();
                 int error = kBusy;
                 while (error == kBusy) {
                     model.request_arrived();
-                    error = model.use()->operations.by_token(id).error;
+                    error = model.use().operations().by_token(id).error;
                 }
                 if (error == 0) ++ended;
             }

@@ -1,10 +1,11 @@
 // The long operations: those that run, and what the last ones came to. Nothing happens by itself: whoever
 // uses the storage has those ended first whose end has come.
-#ifndef SOAPWRAPPER_SIMULATOR_STORAGE_OPERATIONS_H
-#define SOAPWRAPPER_SIMULATOR_STORAGE_OPERATIONS_H
+#ifndef SOAPWRAPPER_SIMULATOR_STORAGE_LONG_OPERATIONS_H
+#define SOAPWRAPPER_SIMULATOR_STORAGE_LONG_OPERATIONS_H
 
 #include "simulator/scenario/operation_settings.h"
 #include "simulator/scenario/simulated_time.h"
+#include "simulator/storage/storage.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -17,8 +18,6 @@
 
 namespace soapwrapper::simulator
 {
-
-class Storage;
 
 // An object that isn't now as a snapshot has it.
 struct DifferingObject {
@@ -37,7 +36,7 @@ struct OperationResult {
     std::string image; // the handle's token of an image that was copied; empty if it isn't open
 };
 
-struct Operation {
+struct LongOperation {
     // Takes place at the end, with nobody else at the storage. What it throws as a Fault is what the
     // operation came to.
     using Effect = std::function<OperationResult(Storage&)>;
@@ -47,7 +46,7 @@ struct Operation {
     std::int64_t bytes = 0; // to be moved
     Effect effect;          // none any more, once it has ended
 
-    // Filled in by Operations.
+    // Filled in by OperationRegistry.
     std::string name; // the client's, or the token
     Instant begin{0};
     Instant end{0};
@@ -59,7 +58,7 @@ struct Operation {
 };
 
 // Not guarded: the model holds a lock.
-class Operations
+class OperationRegistry
 {
   public:
     // A host that never asks for its results has the oldest forgotten.
@@ -69,16 +68,16 @@ class Operations
     // A host's record has no room for more.
     static constexpr std::size_t kLongestName = 255;
 
-    explicit Operations(const OperationSettings& settings) : settings_(settings) {}
+    explicit OperationRegistry(const OperationSettings& settings) : settings_(settings) {}
 
     // Returns the token by which the operation goes.
-    std::string start(Operation operation, Instant now);
+    std::string start(LongOperation operation, Instant now);
     // Under a name of the client's, which is the server's alone until the operation has ended.
-    void start_named(const std::string& name, Operation operation, Instant now);
+    void start_named(const std::string& name, LongOperation operation, Instant now);
 
     // Those that run and those that ended, or the fault that there is none.
-    const Operation& by_token(const std::string& token) const;
-    const Operation& by_name(std::size_t server, const std::string& name) const;
+    const LongOperation& by_token(const std::string& token) const;
+    const LongOperation& by_name(std::size_t server, const std::string& name) const;
 
     // Without its effect, and only if it still runs.
     void cancel_by_token(Storage& storage, const std::string& token);
@@ -95,8 +94,8 @@ class Operations
     using Due = std::pair<Instant, std::uint64_t>;
 
     static Key key_of_token(const std::string& token);
-    static const Operation& at(const std::map<Key, Operation>& operations, const Key& key);
-    void add(Key key, Operation operation, Instant now);
+    static const LongOperation& at(const std::map<Key, LongOperation>& operations, const Key& key);
+    void add(Key key, LongOperation operation, Instant now);
     void cancel(Storage& storage, const Key& key);
     void end(Storage& storage, const Key& key);
     void finish(Storage& storage, const Key& key, int error, OperationResult result);
@@ -104,7 +103,7 @@ class Operations
     void forget_oldest();
 
     OperationSettings settings_;
-    std::map<Key, Operation> operations_;
+    std::map<Key, LongOperation> operations_;
     std::map<Due, Key> running_;
     std::deque<Key> ended_; // the oldest first
     std::size_t differences_ = 0;

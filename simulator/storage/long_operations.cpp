@@ -1,4 +1,4 @@
-#include "simulator/storage/operations.h"
+#include "simulator/storage/long_operations.h"
 
 #include "plugin/host/status.h"
 #include "simulator/scenario/fault.h"
@@ -22,7 +22,7 @@
 namespace soapwrapper::simulator
 {
 
-std::int64_t Operation::bytes_moved(Instant now) const
+std::int64_t LongOperation::bytes_moved(Instant now) const
 {
     if (now >= end) return bytes;
     const std::int64_t whole = (end - begin).count();
@@ -31,12 +31,12 @@ std::int64_t Operation::bytes_moved(Instant now) const
     return bytes / whole * past + bytes % whole * past / whole;
 }
 
-Operations::Key Operations::key_of_token(const std::string& token)
+OperationRegistry::Key OperationRegistry::key_of_token(const std::string& token)
 {
     return {std::numeric_limits<std::size_t>::max(), token};
 }
 
-const Operation& Operations::at(const std::map<Key, Operation>& operations, const Key& key)
+const LongOperation& OperationRegistry::at(const std::map<Key, LongOperation>& operations, const Key& key)
 {
     const auto found = operations.find(key);
     // The token isn't told: it opens what it names.
@@ -44,24 +44,24 @@ const Operation& Operations::at(const std::map<Key, Operation>& operations, cons
     return found->second;
 }
 
-const Operation& Operations::by_token(const std::string& token) const
+const LongOperation& OperationRegistry::by_token(const std::string& token) const
 {
     return at(operations_, key_of_token(token));
 }
 
-const Operation& Operations::by_name(std::size_t server, const std::string& name) const
+const LongOperation& OperationRegistry::by_name(std::size_t server, const std::string& name) const
 {
     return at(operations_, {server, name});
 }
 
-std::string Operations::start(Operation operation, Instant now)
+std::string OperationRegistry::start(LongOperation operation, Instant now)
 {
     std::string token = new_token();
     add(key_of_token(token), std::move(operation), now);
     return token;
 }
 
-void Operations::start_named(const std::string& name, Operation operation, Instant now)
+void OperationRegistry::start_named(const std::string& name, LongOperation operation, Instant now)
 {
     if (name.empty() || name.size() > kLongestName) {
         throw Fault(kBadValue, "an operation's name has 1 to " + std::to_string(kLongestName) + " bytes");
@@ -74,7 +74,7 @@ void Operations::start_named(const std::string& name, Operation operation, Insta
     add(key, std::move(operation), now);
 }
 
-void Operations::add(Key key, Operation operation, Instant now)
+void OperationRegistry::add(Key key, LongOperation operation, Instant now)
 {
     if (running_.size() >= kMostRunning) throw Fault(kTooManyOpen, "too many operations are running");
     forget(key);
@@ -87,7 +87,7 @@ void Operations::add(Key key, Operation operation, Instant now)
     operations_.emplace(std::move(key), std::move(operation));
 }
 
-void Operations::end_due(Storage& storage)
+void OperationRegistry::end_due(Storage& storage)
 {
     const Instant now = storage.now();
     while (!running_.empty() && running_.begin()->first.first <= now) {
@@ -97,7 +97,7 @@ void Operations::end_due(Storage& storage)
     }
 }
 
-void Operations::end(Storage& storage, const Key& key)
+void OperationRegistry::end(Storage& storage, const Key& key)
 {
     int error = 0;
     OperationResult result;
@@ -111,17 +111,17 @@ void Operations::end(Storage& storage, const Key& key)
     finish(storage, key, error, std::move(result));
 }
 
-void Operations::cancel_by_token(Storage& storage, const std::string& token)
+void OperationRegistry::cancel_by_token(Storage& storage, const std::string& token)
 {
     cancel(storage, key_of_token(token));
 }
 
-void Operations::cancel_by_name(Storage& storage, std::size_t server, const std::string& name)
+void OperationRegistry::cancel_by_name(Storage& storage, std::size_t server, const std::string& name)
 {
     cancel(storage, {server, name});
 }
 
-void Operations::cancel(Storage& storage, const Key& key)
+void OperationRegistry::cancel(Storage& storage, const Key& key)
 {
     at(operations_, key);
     const auto due = std::find_if(running_.begin(), running_.end(),
@@ -132,9 +132,9 @@ void Operations::cancel(Storage& storage, const Key& key)
 }
 
 // Where every operation ends, well or not.
-void Operations::finish(Storage& storage, const Key& key, int error, OperationResult result)
+void OperationRegistry::finish(Storage& storage, const Key& key, int error, OperationResult result)
 {
-    Operation& operation = operations_.at(key);
+    LongOperation& operation = operations_.at(key);
     operation.bytes = operation.bytes_moved(storage.now());
     operation.end = storage.now();
     operation.error = error;
@@ -146,7 +146,7 @@ void Operations::finish(Storage& storage, const Key& key, int error, OperationRe
     forget_oldest();
 }
 
-void Operations::forget(const Key& key)
+void OperationRegistry::forget(const Key& key)
 {
     const auto found = operations_.find(key);
     if (found == operations_.end()) return;
@@ -156,7 +156,7 @@ void Operations::forget(const Key& key)
 }
 
 // The one that ended last is kept, however much it found.
-void Operations::forget_oldest()
+void OperationRegistry::forget_oldest()
 {
     while (ended_.size() > kMostEnded || (ended_.size() > 1 && differences_ > kMostDifferences)) {
         forget(Key(ended_.front()));

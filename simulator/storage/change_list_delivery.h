@@ -1,0 +1,36 @@
+// A change list on its way to a client.
+#ifndef SOAPWRAPPER_SIMULATOR_STORAGE_CHANGE_LIST_DELIVERY_H
+#define SOAPWRAPPER_SIMULATOR_STORAGE_CHANGE_LIST_DELIVERY_H
+
+#include "simulator/scenario/change_list.h"
+#include "simulator/scenario/scenario.h"
+
+#include <mutex>
+#include <vector>
+
+namespace soapwrapper::simulator
+{
+
+// Any thread may call.
+class ChangeListDelivery
+{
+  public:
+    ChangeListDelivery(ChangeList list, const ChangeListSettings& settings);
+
+    struct Batch {
+        std::vector<ListedChange> entries; // none: the end, unless busy
+        bool busy = false;
+        int retry_interval = 0;
+    };
+    Batch next(const PathFilters& filters);
+
+  private:
+    std::mutex mutex_;
+    ChangeList list_;
+    const ChangeListSettings settings_;
+    int busy_left_;
+};
+
+} // namespace soapwrapper::simulator
+
+#endif
