@@ -8,6 +8,7 @@
 #include "simulator/storage/model.h"
 #include "simulator/storage/storage_server.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <variant>
@@ -36,9 +37,11 @@ const std::string& channel_token(const ns1__EventChannelHandle* handle)
 void handle(Call& call, const _ns1__openEventChannel& request, _ns1__openEventChannelResponse& response)
 {
     const Credential credential = credential_of(request.cred);
+    const Model::Use storage = call.model().use();
+    const std::size_t server = storage.admit(request.server, credential);
     response.pevcHandle =
         wire_handle(call, soap_new_ns1__EventChannelHandle,
-                    call.model().open_event_channel(request.server, credential, request.evseqno));
+                    storage->event_channels.open({server, request.server, request.evseqno}));
 }
 
 void handle(Call& call, const _ns1__closeEventChannel& request, _ns1__closeEventChannelResponse&)
@@ -65,14 +68,13 @@ void handle(Call& call, const _ns1__getEvent& request, _ns1__getEventResponse& r
 
 void handle(Call& call, const _ns1__getEventPayload& request, _ns1__getEventPayloadResponse& response)
 {
-    const std::string& token = token_of(request.serverHandle);
-    const ServerProperties properties = call.model().properties(token);
     const Model::Use storage = call.model().use();
-    const StorageServer& server = storage->server(storage->session(token).server);
+    const Session& session = storage->session(token_of(request.serverHandle));
+    const StorageServer& server = storage->server(session.server);
     const EventPayload& payload = server.events.at(seqno_of(request.event)).payload;
     response.payload = std::holds_alternative<ServerInformed>(payload)
-                           ? wire_server_payload(call, properties)
-                           : wire_payload(call, payload, properties.name);
+                           ? wire_server_payload(call, storage.properties(session.name))
+                           : wire_payload(call, payload, session.name);
 }
 
 void handle(Call& call, const _ns1__deleteEvent& request, _ns1__deleteEventResponse&)

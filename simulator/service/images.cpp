@@ -6,7 +6,7 @@
 #include "simulator/scenario/text.h"
 #include "simulator/service/call.h"
 #include "simulator/service/wire.h"
-#include "simulator/storage/announcements.h"
+#include "simulator/storage/holdings.h"
 #include "simulator/storage/model.h"
 #include "simulator/storage/storage.h"
 #include "simulator/storage/storage_server.h"
@@ -136,9 +136,7 @@ void handle(Call& call, const _ns1__deleteImage& request, _ns1__deleteImageRespo
     if (storage->images.any([&](const OpenImage& opened) { return opened.image.serial == image->first; })) {
         throw Fault(kInUse, "the image is open");
     }
-    place.lsu.release(image->second.size);
-    announce_image_deleted(place.server, place.lsu, image->second);
-    place.lsu.images.erase(image);
+    delete_image(*storage, {place.server_index, place.lsu_index}, image->first);
 }
 
 void handle(Call& call, const _ns1__openImage& request, _ns1__openImageResponse& response)

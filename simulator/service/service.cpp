@@ -77,7 +77,7 @@ class Service : public PSVWSSoapBindingService
     {
         operation_ = operation;
         try {
-            backend_.model.request_arrived();
+            backend_.model.use()->request_arrived();
             backend_.interference.apply(operation);
             Call call(backend_.model, *this);
             handle(call, required(request, operation), response);

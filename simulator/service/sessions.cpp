@@ -5,6 +5,7 @@
 #include "simulator/service/call.h"
 #include "simulator/service/wire.h"
 #include "simulator/storage/model.h"
+#include "simulator/storage/storage.h"
 
 #include <cstddef>
 #include <string>
@@ -65,32 +66,36 @@ ns1__ServerInformation* wire_server(const Call& call, const ServerProperties& pr
 void handle(Call& call, const _ns1__openServer& request, _ns1__openServerResponse& response)
 {
     const Credential credential = credential_of(request.cred);
-    response.serverHandle =
-        wire_handle(call, soap_new_ns1__ServerHandle, call.model().open_server(request.server, credential));
+    response.serverHandle = wire_handle(call, soap_new_ns1__ServerHandle,
+                                        call.model().use().open_server(request.server, credential));
 }
 
+// Closing the source leaves the target open.
 void handle(Call& call, const _ns1__openTargetServer& request, _ns1__openTargetServerResponse& response)
 {
     const std::string& source = token_of(request.serverHandle);
     const Credential credential = credential_of(request.cred);
+    const Model::Use storage = call.model().use();
+    storage->session(source);
     response.targetServerHandle =
-        wire_handle(call, soap_new_ns1__ServerHandle,
-                    call.model().open_target_server(source, request.server, credential));
+        wire_handle(call, soap_new_ns1__ServerHandle, storage.open_server(request.server, credential));
 }
 
 void handle(Call& call, const _ns1__closeServer& request, _ns1__closeServerResponse&)
 {
-    call.model().close_server(token_of(request.serverHandle));
+    call.model().use()->close_session(token_of(request.serverHandle));
 }
 
 void handle(Call& call, const _ns1__getServerProp& request, _ns1__getServerPropResponse& response)
 {
-    response.info = wire_server(call, call.model().properties(token_of(request.serverHandle)));
+    const Model::Use storage = call.model().use();
+    const Session& session = storage->session(token_of(request.serverHandle));
+    response.info = wire_server(call, storage.properties(session.name));
 }
 
 void handle(Call& call, const _ns1__getServerPropByName& request, _ns1__getServerPropByNameResponse& response)
 {
-    response.info = wire_server(call, call.model().properties_by_name(request.server));
+    response.info = wire_server(call, call.model().use().properties(request.server));
 }
 
 } // namespace soapwrapper::simulator

@@ -108,4 +108,14 @@ Serial add_image(Storage& storage, LsuPosition position, Image image)
     return serial;
 }
 
+void delete_image(Storage& storage, LsuPosition position, Serial serial)
+{
+    Lsu& lsu = lsu_at(storage, position);
+    const auto found = lsu.images.find(serial);
+    const Image image = std::move(found->second);
+    lsu.images.erase(found);
+    lsu.release(image.size);
+    announce_image_deleted(storage.server(position.server), lsu, image);
+}
+
 } // namespace soapwrapper::simulator

@@ -41,6 +41,7 @@ bool is_exported(const StorageServer& server, Serial snapshot);
 void add_snapshot(Storage& storage, LsuPosition position, Snapshot snapshot);
 void delete_snapshot(Storage& storage, LsuPosition position, Serial snapshot);
 Serial add_image(Storage& storage, LsuPosition position, Image image);
+void delete_image(Storage& storage, LsuPosition position, Serial image);
 
 } // namespace soapwrapper::simulator
 

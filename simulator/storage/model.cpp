@@ -9,7 +9,6 @@
 #include <openssl/crypto.h>
 
 #include <cstddef>
-#include <cstdint>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -24,81 +23,42 @@ Model::Model(const Scenario& scenario, std::vector<std::string> interfaces, std:
 {
 }
 
-void Model::request_arrived()
+Model::Use::Use(Model& model) : lock_(model.mutex_), model_(model)
 {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    storage_.request_arrived();
+    model_.operations_.end_due(model_.storage_);
 }
 
-ServerProperties Model::properties_by_name(const std::string& server) const
-{
-    const std::lock_guard<std::mutex> lock(mutex_);
-    return describe(storage_.server(storage_.server_index(server)), server);
-}
-
-ServerProperties Model::properties(const std::string& token) const
-{
-    const std::lock_guard<std::mutex> lock(mutex_);
-    const Session& found = storage_.session(token);
-    return describe(storage_.server(found.server), found.name);
-}
-
-std::string Model::open_server(const std::string& server, const Credential& credential)
-{
-    const std::lock_guard<std::mutex> lock(mutex_);
-    return open_session(server, credential);
-}
-
-std::string Model::open_target_server(const std::string& source_token, const std::string& server,
-                                      const Credential& credential)
-{
-    const std::lock_guard<std::mutex> lock(mutex_);
-    storage_.session(source_token);
-    return open_session(server, credential);
-}
-
-void Model::close_server(const std::string& token)
-{
-    const std::lock_guard<std::mutex> lock(mutex_);
-    storage_.close_session(token);
-}
-
-std::string Model::open_event_channel(const std::string& server, const Credential& credential,
-                                      std::int64_t from)
-{
-    const std::lock_guard<std::mutex> lock(mutex_);
-    return storage_.event_channels.open({admit(server, credential), server, from});
-}
-
-std::size_t Model::admit(const std::string& name, const Credential& credential) const
+std::size_t Model::Use::admit(const std::string& server, const Credential& credential) const
 {
     // An unknown server is told ahead of a wrong credential.
-    const std::size_t index = storage_.server_index(name);
-    if (credential.type != kCredentialType || credential.bytes.size() != credential_.size() ||
-        CRYPTO_memcmp(credential.bytes.data(), credential_.data(), credential_.size()) != 0) {
+    const std::size_t index = model_.storage_.server_index(server);
+    const std::string& expected = model_.credential_;
+    if (credential.type != kCredentialType || credential.bytes.size() != expected.size() ||
+        CRYPTO_memcmp(credential.bytes.data(), expected.data(), expected.size()) != 0) {
         throw Fault(kCredentialRefused, "the credential is refused");
     }
     return index;
 }
 
-std::string Model::open_session(const std::string& name, const Credential& credential)
+std::string Model::Use::open_server(const std::string& server, const Credential& credential) const
 {
-    admit(name, credential);
-    return storage_.open_session(name);
+    admit(server, credential);
+    return model_.storage_.open_session(server);
 }
 
-ServerProperties Model::describe(const StorageServer& server, const std::string& name) const
+ServerProperties Model::Use::properties(const std::string& server) const
 {
+    const StorageServer& described = model_.storage_.server(model_.storage_.server_index(server));
     ServerProperties properties;
-    properties.name = name;
-    properties.types = server.scenario.types;
-    properties.flags = server.scenario.flags;
-    properties.max_sessions = server.scenario.max_sessions;
-    properties.open_sessions = server.open_sessions;
-    properties.capabilities = server.scenario.capabilities;
-    properties.interfaces = interfaces_;
+    properties.name = server;
+    properties.types = described.scenario.types;
+    properties.flags = described.scenario.flags;
+    properties.max_sessions = described.scenario.max_sessions;
+    properties.open_sessions = described.open_sessions;
+    properties.capabilities = described.scenario.capabilities;
+    properties.interfaces = model_.interfaces_;
     properties.credential_types = {kCredentialType};
-    properties.ndmp_host = host_of(name);
+    properties.ndmp_host = host_of(server);
     return properties;
 }
 

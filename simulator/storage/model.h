@@ -9,7 +9,6 @@
 #include "simulator/storage/storage_server.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -44,54 +43,35 @@ class Model
     Model(const Model&) = delete;
     Model& operator=(const Model&) = delete;
 
-    // Each request tells of itself once, before anything is made of it.
-    void request_arrived();
-
-    ServerProperties properties_by_name(const std::string& server) const;
-    ServerProperties properties(const std::string& token) const;
-
-    // Both return the token of a session of its own: closing the source leaves the target's open.
-    std::string open_server(const std::string& server, const Credential& credential);
-    std::string open_target_server(const std::string& source_token, const std::string& server,
-                                   const Credential& credential);
-    void close_server(const std::string& token);
-
-    // The token of a channel with the server's events from this number on. It is no session.
-    std::string open_event_channel(const std::string& server, const Credential& credential,
-                                   std::int64_t from);
-
     // The storage, with nobody else at it for as long as this lives, and with all operations ended whose end
     // has come.
     class Use
     {
       public:
-        Storage& operator*() const { return storage_; }
-        Storage* operator->() const { return &storage_; }
-        OperationRegistry& operations() const { return operations_; }
+        Storage& operator*() const { return model_.storage_; }
+        Storage* operator->() const { return &model_.storage_; }
+        OperationRegistry& operations() const { return model_.operations_; }
+
+        // The index of the server that goes by the name, or the fault that it isn't opened by the credential.
+        std::size_t admit(const std::string& server, const Credential& credential) const;
+        // Returns the token of a session of its own.
+        std::string open_server(const std::string& server, const Credential& credential) const;
+        // What the server says about itself.
+        ServerProperties properties(const std::string& server) const;
 
       private:
         friend class Model;
-        explicit Use(Model& model)
-            : lock_(model.mutex_), storage_(model.storage_), operations_(model.operations_)
-        {
-            operations_.end_due(storage_);
-        }
+        explicit Use(Model& model);
 
         std::unique_lock<std::mutex> lock_;
-        Storage& storage_;
-        OperationRegistry& operations_;
+        Model& model_;
     };
     Use use() { return Use(*this); }
 
   private:
-    // All with the lock held.
-    std::size_t admit(const std::string& name, const Credential& credential) const; // the server's index
-    std::string open_session(const std::string& name, const Credential& credential);
-    ServerProperties describe(const StorageServer& server, const std::string& name) const;
-
     const std::vector<std::string> interfaces_;
     const std::string credential_;
-    mutable std::mutex mutex_;
+    std::mutex mutex_;
     Storage storage_;
     OperationRegistry operations_;
 };

@@ -209,7 +209,7 @@ TEST(OperationsOfSeveralClients, AllEndOnceAndWithTheirEffect)
     constexpr int kThreads = 4;
     constexpr int kEach = 20;
     Model model(scenario(R"({"seconds": {"create": 3}})"), {}, "secret");
-    const std::string session = model.open_server("A:host", {kCredentialType, "secret"});
+    const std::string session = model.use().open_server("A:host", {kCredentialType, "secret"});
     std::atomic<int> ended{0};
     std::vector<std::thread> threads;
     for (int t = 0; t < kThreads; ++t) {
@@ -226,7 +226,7 @@ TEST(OperationsOfSeveralClients, AllEndOnceAndWithTheirEffect)
                 }();
                 int error = kBusy;
                 while (error == kBusy) {
-                    model.request_arrived();
+                    model.use()->request_arrived();
                     error = model.use().operations().by_token(id).error;
                 }
                 if (error == 0) ++ended;
@@ -242,6 +242,31 @@ TEST(OperationsOfSeveralClients, AllEndOnceAndWithTheirEffect)
         EXPECT_EQ(entry.second.size, 5);
     }
     EXPECT_EQ(names.size(), static_cast<std::size_t>(kThreads * kEach));
+}
+
+// Whoever comes next finds what is due done, and done ahead of what comes of the request itself.
+TEST(AnOperationThatIsDue, EndsAheadOfASessionThatIsOpened)
+{
+    Scenario one_session = scenario(R"({"seconds": {"prepare": 1}})");
+    one_session.servers[0].max_sessions = 1;
+    Model model(one_session, {}, "secret");
+    LongOperation due;
+    due.kind = OperationKind::kPrepare;
+    due.effect = [](Storage&) { return OperationResult(); };
+    {
+        const Model::Use storage = model.use();
+        storage.operations().start_named("due", due, storage->now());
+        storage->request_arrived();
+    }
+    model.use().open_server("A:host", {kCredentialType, "secret"});
+    const Model::Use storage = model.use();
+    const EventLog& events = storage->server(0).events;
+    const Event* ended = events.first_from(3); // behind the two of the start
+    ASSERT_TRUE(ended);
+    EXPECT_EQ(ended->kind(), EventKind::kOperation);
+    const Event* full = events.first_from(4);
+    ASSERT_TRUE(full);
+    EXPECT_EQ(full->kind(), EventKind::kServerStatus);
 }
 
 TEST(SimulatedTimeByTheClock, DoesNotGoBackwards)

@@ -147,13 +147,13 @@ TEST(SimulatorModel, SessionsAreBoundedByMaxconnectAndFreedByAClose)
     scenario.servers[0].max_sessions = 2;
     Model model(scenario, {}, "secret");
     const Credential credential{1, "secret"};
-    const std::string first = model.open_server("Network_NTAP:a", credential);
-    model.open_target_server(first, "Network_NTAP:b", credential);
-    EXPECT_EQ(fault_of([&] { model.open_server("Network_NTAP:c", credential); }), kTooManySessions);
-    EXPECT_EQ(fault_of([&] { model.open_server("Network_VAULT:c", credential); }), 0);
-    model.close_server(first);
-    EXPECT_EQ(model.properties_by_name("Network_NTAP:x").open_sessions, 1);
-    EXPECT_EQ(fault_of([&] { model.open_server("Network_NTAP:c", credential); }), 0);
+    const std::string first = model.use().open_server("Network_NTAP:a", credential);
+    model.use().open_server("Network_NTAP:b", credential);
+    EXPECT_EQ(fault_of([&] { model.use().open_server("Network_NTAP:c", credential); }), kTooManySessions);
+    EXPECT_EQ(fault_of([&] { model.use().open_server("Network_VAULT:c", credential); }), 0);
+    model.use()->close_session(first);
+    EXPECT_EQ(model.use().properties("Network_NTAP:x").open_sessions, 1);
+    EXPECT_EQ(fault_of([&] { model.use().open_server("Network_NTAP:c", credential); }), 0);
 }
 
 TEST(SimulatorFaultCodes, EachStandsInTheDocumentWithItsName)
