@@ -58,13 +58,6 @@ inline const std::string& token_of(const ns1__ServerHandle* handle)
     return required(required(handle, "serverHandle").token, "token");
 }
 
-// Whatever no handler of its own exists for.
-template <class Request, class Response>
-void handle(Call&, const Request&, Response&)
-{
-    throw Fault(kNotSupported, "this simulator doesn't serve the operation");
-}
-
 } // namespace soapwrapper::simulator
 
 #endif

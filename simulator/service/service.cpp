@@ -17,6 +17,7 @@
 #include "simulator/service/sessions.h"
 #include "simulator/service/snapshots.h"
 #include "simulator/service/soap_fault.h"
+#include "simulator/service/unserved.h"
 #include "simulator/worker_pool.h"
 
 #include <exception>
