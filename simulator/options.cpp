@@ -3,7 +3,7 @@
 #include "simulator/address.h"
 #include "simulator/scenario/default_scenario.h"
 #include "simulator/service/interference.h"
-#include "simulator/service/operation_list.h"
+#include "simulator/service/service_operations.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,6 +1,6 @@
-// The service's operations, each with its response: X(operation, response).
-#ifndef SOAPWRAPPER_SIMULATOR_SERVICE_OPERATION_LIST_H
-#define SOAPWRAPPER_SIMULATOR_SERVICE_OPERATION_LIST_H
+// All operations of the service, each with its response: X(operation, response).
+#ifndef SOAPWRAPPER_SIMULATOR_SERVICE_SERVICE_OPERATIONS_H
+#define SOAPWRAPPER_SIMULATOR_SERVICE_SERVICE_OPERATIONS_H
 
 // clang-format off
 #define SOAPWRAPPER_SIMULATED_OPERATIONS(X) \

@@ -1,4 +1,4 @@
-#include "simulator/service/changelists.h"
+#include "simulator/service/change_list_requests.h"
 
 #include "simulator/scenario/change_list.h"
 #include "simulator/scenario/content.h"
