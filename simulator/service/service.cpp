@@ -13,6 +13,7 @@
 #include "simulator/service/lsus.h"
 #include "simulator/service/operation_starts.h"
 #include "simulator/service/operation_waits.h"
+#include "simulator/service/request_bounds.h"
 #include "simulator/service/service_operations.h"
 #include "simulator/service/sessions.h"
 #include "simulator/service/snapshots.h"
@@ -115,6 +116,7 @@ std::string serve_request(const Backend& backend, const Request& request)
         Service service(backend);
         service.is = &in;
         service.os = &out;
+        bound_request(service);
         service.serve();
 
         const std::string reply = out.str();

@@ -1,5 +1,4 @@
 #include "simulator/scenario/default_scenario.h"
-#include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/scenario.h"
 #include "simulator/scenario/scenario_error.h"

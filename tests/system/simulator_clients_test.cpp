@@ -112,6 +112,33 @@ TEST(SimulatorClients, AnUnknownElementIsSkippedHoweverDeeplyItIsNested)
     EXPECT_EQ(ask(simulator.http_port(), "getServerPropByName", nested + kProperties).status, 200);
 }
 
+HttpReply ask_with(const SimulatorProcess& simulator, const std::string& attributes)
+{
+    const std::string name = "ns1:getServerPropByName";
+    const std::string message =
+        kit::envelope("<" + name + attributes + ">" + kProperties + "</" + name + ">");
+    return send_raw(simulator.http_port(), post_text(message));
+}
+
+// The SOAP runtime would search through all of them for each of them.
+TEST(SimulatorClients, MoreAttributesOrNamespacesThanAnyClientHasAreRefused)
+{
+    const SimulatorProcess simulator;
+    for (const char* prefix : {"a", "xmlns:a"}) {
+        std::string attributes;
+        for (int i = 0; i < 3000; ++i) {
+            if (i == 50) {
+                EXPECT_EQ(ask_with(simulator, attributes).status, 200) << prefix;
+            }
+            attributes += std::string(" ") + prefix + std::to_string(i) + "=\"x\"";
+        }
+        const HttpReply reply = ask_with(simulator, attributes);
+        EXPECT_EQ(reply.status, 500) << prefix;
+        EXPECT_THAT(reply.body, HasSubstr("too many attributes or namespaces")) << prefix;
+    }
+    EXPECT_TRUE(answers(simulator));
+}
+
 TEST(SimulatorClients, AnEntityOfTheDocumentIsNotExpanded)
 {
     const SimulatorProcess simulator;
