@@ -82,6 +82,7 @@ ChangeList::ChangeList(const std::optional<SnapshotView>& base, const SnapshotVi
     : base_export_(base ? base->export_path : ""), diff_export_(diff.export_path),
       changes_(changes_between(base ? *base->content.files() : FileTree(), *diff.content.files()))
 {
+    changes_.shrink_to_fit(); // a list may be open for long
 }
 
 std::optional<ListedChange> ChangeList::next(const PathFilters& filters)

@@ -9,6 +9,7 @@
 #include "simulator/service/call.h"
 #include "simulator/service/wire.h"
 #include "simulator/storage/change_list_delivery.h"
+#include "simulator/storage/room_account.h"
 #include "simulator/storage/storage.h"
 #include "simulator/storage/storage_server.h"
 
@@ -46,6 +47,7 @@ Pair pair_of(Storage& storage, const _ns1__openSnapChangeList& request)
     Pair pair{place.session, view_of(place.lsu, request.baseSnapshot, "baseSnapshot"),
               view_of(place.lsu, request.diffSnapshot, "diffSnapshot")};
     if (!knows_volume(place.lsu, source)) throw Fault(kUnknownVolume, "the LSU knows no such volume");
+    storage.listed_changes.require_room(); // ahead of what takes memory
     return pair;
 }
 
@@ -100,7 +102,9 @@ void handle(Call& call, const _ns1__openSnapChangeList& request, _ns1__openSnapC
 
     const Model::Use storage = call.model().use();
     storage->session(pair.session); // it may have ended in the meantime
-    auto delivery = std::make_shared<ChangeListDelivery>(std::move(list), storage->change_list_settings);
+    RoomAccount::Share room = storage->listed_changes.take(list.size());
+    auto delivery =
+        std::make_shared<ChangeListDelivery>(std::move(list), storage->change_list_settings, std::move(room));
     response.fileListHandle = wire_handle(call, soap_new_ns1__FileListHandle,
                                           storage->change_lists.open({pair.session, std::move(delivery)}));
 }

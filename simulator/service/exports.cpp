@@ -6,7 +6,9 @@
 #include "simulator/service/call.h"
 #include "simulator/service/wire.h"
 #include "simulator/storage/announcements.h"
+#include "simulator/storage/export_account.h"
 #include "simulator/storage/model.h"
+#include "simulator/storage/serial.h"
 #include "simulator/storage/storage.h"
 #include "simulator/storage/storage_server.h"
 
@@ -32,11 +34,6 @@ std::vector<std::string> hosts_of(const ns1__HostSpecification* wire)
     return names;
 }
 
-bool holds(const std::vector<std::string>& names, const std::string& name)
-{
-    return std::find(names.begin(), names.end(), name) != names.end();
-}
-
 // How hosts reach the source: by a name that no other export has.
 Volume exported_volume(const Volume& source, const std::string& filer, const std::string& name)
 {
@@ -60,20 +57,9 @@ const Export& add_export(Storage& storage, const Place& place, const Volume& sou
 {
     const std::string name = source_name + "." + std::to_string(storage.next_serial());
     const Volume volume = exported_volume(source, host_of(place.server_name), name);
-    const Export& made =
-        place.server.exports.emplace_back(Export{place.lsu_index, snapshot, volume, std::move(hosts)});
+    const Export& made = place.server.exports.add({place.lsu_index, snapshot, volume, std::move(hosts)});
     announce_export(place.server, made, storage.date());
     return made;
-}
-
-// Without names an export is for any host, and stays so.
-void add_hosts(Export& exported, const std::vector<std::string>& hosts)
-{
-    if (hosts.empty()) exported.hosts.clear();
-    if (exported.hosts.empty()) return;
-    for (const std::string& host : hosts) {
-        if (!holds(exported.hosts, host)) exported.hosts.push_back(host);
-    }
 }
 
 } // namespace
@@ -95,8 +81,8 @@ void handle(Call& call, const _ns1__addExport& request, _ns1__addExportResponse&
     const Place place = place_of(*storage, request.lsu);
     const Volume source = volume_of(request.sourceVolSpec, "sourceVolSpec");
     std::vector<std::string> hosts = hosts_of(request.host);
-    if (Export* exported = find_export(place.server, source)) {
-        add_hosts(*exported, hosts);
+    if (Export* exported = place.server.exports.find(source)) {
+        place.server.exports.add_hosts(*exported, hosts);
         response.exportedVolume = wire_volume(call, exported->volume);
         return;
     }
@@ -111,22 +97,15 @@ void handle(Call& call, const _ns1__deleteExport& request, _ns1__deleteExportRes
     const Place place = place_of(*storage, request.lsu);
     const std::vector<std::string> hosts = hosts_of(request.host);
     const Volume volume = volume_of(request.exportedVolume, "exportedVolume");
-    std::vector<Export>& exports = place.server.exports;
-    Export* exported = find_export(place.server, volume);
+    ExportAccount& exports = place.server.exports;
+    Export* exported = exports.find(volume);
     if (!exported || exported->lsu != place.lsu_index) {
         throw Fault(kUnknownExport, "the volume isn't an export of the LSU");
     }
-    for (const std::string& host : hosts) {
-        if (!holds(exported->hosts, host)) {
-            throw Fault(kUnknownExport, "the volume isn't exported to one of the hosts");
-        }
-    }
-    exported->hosts.erase(std::remove_if(exported->hosts.begin(), exported->hosts.end(),
-                                         [&](const std::string& host) { return holds(hosts, host); }),
-                          exported->hosts.end());
+    exports.remove_hosts(*exported, hosts);
     if (!hosts.empty() && !exported->hosts.empty()) return;
     announce_export_ended(place.server, *exported, storage->date());
-    exports.erase(exports.begin() + (exported - exports.data()));
+    exports.erase(*exported);
 }
 
 void handle(Call& call, const _ns1__claimVolume& request, _ns1__claimVolumeResponse&)
@@ -135,7 +114,7 @@ void handle(Call& call, const _ns1__claimVolume& request, _ns1__claimVolumeRespo
     const std::string& token = token_of(request.serverHandle);
     StorageServer& server = storage->server(storage->session(token).server);
     const Volume volume = volume_of(request.volume, "volume");
-    if (!knows_volume(server, volume) && !find_export(server, volume)) {
+    if (!knows_volume(server, volume) && !server.exports.find(volume)) {
         throw Fault(kUnknownVolume, "the server knows no such volume");
     }
     for (const Claim& claim : server.claims) {

@@ -12,6 +12,7 @@
 #include "simulator/storage/announcements.h"
 #include "simulator/storage/holdings.h"
 #include "simulator/storage/long_operations.h"
+#include "simulator/storage/serial.h"
 #include "simulator/storage/start_requests.h"
 #include "simulator/storage/storage.h"
 #include "simulator/storage/storage_server.h"

@@ -8,6 +8,7 @@
 #include "simulator/service/wire.h"
 #include "simulator/storage/holdings.h"
 #include "simulator/storage/model.h"
+#include "simulator/storage/serial.h"
 #include "simulator/storage/storage.h"
 #include "simulator/storage/storage_server.h"
 

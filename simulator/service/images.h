@@ -4,6 +4,7 @@
 
 #include "simulator/scenario/records.h"
 #include "simulator/service/call.h"
+#include "simulator/storage/serial.h"
 #include "simulator/storage/storage_server.h"
 
 #include <map>

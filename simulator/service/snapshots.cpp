@@ -116,7 +116,7 @@ void handle(Call& call, const _ns1__deleteSnap& request, _ns1__deleteSnapRespons
     const Model::Use storage = call.model().use();
     const Place place = place_of(*storage, request.lsu);
     const auto snapshot = find_snapshot(place.lsu, required(request.snapDef, "snapDef").snapName);
-    if (is_exported(place.server, snapshot->first)) throw Fault(kInUse, "the snapshot is exported");
+    if (place.server.exports.holds(snapshot->first)) throw Fault(kInUse, "the snapshot is exported");
     delete_snapshot(*storage, {place.server_index, place.lsu_index}, snapshot->first);
 }
 

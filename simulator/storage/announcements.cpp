@@ -3,6 +3,7 @@
 #include "simulator/scenario/records.h"
 #include "simulator/scenario/text.h"
 #include "simulator/storage/event_records.h"
+#include "simulator/storage/export_account.h"
 #include "simulator/storage/storage_server.h"
 
 #include <cstddef>

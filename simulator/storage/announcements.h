@@ -4,6 +4,7 @@
 #define SOAPWRAPPER_SIMULATOR_STORAGE_ANNOUNCEMENTS_H
 
 #include "simulator/scenario/records.h"
+#include "simulator/storage/export_account.h"
 #include "simulator/storage/storage_server.h"
 
 #include <cstdint>

@@ -2,6 +2,7 @@
 
 #include "simulator/scenario/change_list.h"
 #include "simulator/scenario/scenario.h"
+#include "simulator/storage/room_account.h"
 
 #include <cstddef>
 #include <mutex>
@@ -11,8 +12,9 @@
 namespace soapwrapper::simulator
 {
 
-ChangeListDelivery::ChangeListDelivery(ChangeList list, const ChangeListSettings& settings)
-    : list_(std::move(list)), settings_(settings), busy_left_(settings.busy)
+ChangeListDelivery::ChangeListDelivery(ChangeList list, const ChangeListSettings& settings,
+                                       RoomAccount::Share room)
+    : room_(std::move(room)), list_(std::move(list)), settings_(settings), busy_left_(settings.busy)
 {
 }
 

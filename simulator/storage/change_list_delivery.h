@@ -4,6 +4,7 @@
 
 #include "simulator/scenario/change_list.h"
 #include "simulator/scenario/scenario.h"
+#include "simulator/storage/room_account.h"
 
 #include <mutex>
 #include <vector>
@@ -15,7 +16,8 @@ namespace soapwrapper::simulator
 class ChangeListDelivery
 {
   public:
-    ChangeListDelivery(ChangeList list, const ChangeListSettings& settings);
+    // `room` is what the list takes, for as long as this lives.
+    ChangeListDelivery(ChangeList list, const ChangeListSettings& settings, RoomAccount::Share room);
 
     struct Batch {
         std::vector<ListedChange> entries; // none: the end, unless busy
@@ -25,6 +27,7 @@ class ChangeListDelivery
     Batch next(const PathFilters& filters);
 
   private:
+    const RoomAccount::Share room_;
     std::mutex mutex_;
     ChangeList list_;
     const ChangeListSettings settings_;

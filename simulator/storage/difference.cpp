@@ -100,6 +100,7 @@ LongOperation difference_operation(Model& model, const DifferenceStart& start)
     LongOperation operation;
     operation.kind = OperationKind::kDiff;
     operation.server = comparison.position.server;
+    operation.found = result.differences.size();
     operation.effect = [position = comparison.position, name = comparison.name,
                         result = std::move(result)](Storage& storage) {
         find_snapshot(lsu_at(storage, position), name);

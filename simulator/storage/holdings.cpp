@@ -5,6 +5,7 @@
 #include "simulator/scenario/records.h"
 #include "simulator/scenario/text.h"
 #include "simulator/storage/announcements.h"
+#include "simulator/storage/serial.h"
 #include "simulator/storage/storage.h"
 #include "simulator/storage/storage_server.h"
 
@@ -64,12 +65,6 @@ void require_place_for(const Lsu& lsu, const std::string& snapshot_name)
     if (lsu.snapshots.size() >= kMostSnapshots) {
         throw Fault(kTooManyOpen, "the LSU has no room for another snapshot");
     }
-}
-
-bool is_exported(const StorageServer& server, Serial snapshot)
-{
-    return std::any_of(server.exports.begin(), server.exports.end(),
-                       [&](const Export& each) { return each.snapshot == snapshot; });
 }
 
 void add_snapshot(Storage& storage, LsuPosition position, Snapshot snapshot)

@@ -3,6 +3,7 @@
 #define SOAPWRAPPER_SIMULATOR_STORAGE_HOLDINGS_H
 
 #include "simulator/scenario/records.h"
+#include "simulator/storage/serial.h"
 #include "simulator/storage/storage.h"
 #include "simulator/storage/storage_server.h"
 
@@ -33,9 +34,6 @@ const Volume& held_volume(const Lsu& lsu, const Volume& volume);
 
 // The fault that tells why the LSU can't take a snapshot of the name, if it can't.
 void require_place_for(const Lsu& lsu, const std::string& snapshot_name);
-
-// Whether the snapshot is exported.
-bool is_exported(const StorageServer& server, Serial snapshot);
 
 // The one place where each of them happens, with the bytes that the LSU has in use and with the event.
 void add_snapshot(Storage& storage, LsuPosition position, Snapshot snapshot);

@@ -77,6 +77,7 @@ void OperationRegistry::start_named(const std::string& name, LongOperation opera
 void OperationRegistry::add(Key key, LongOperation operation, Instant now)
 {
     if (running_.size() >= kMostRunning) throw Fault(kTooManyOpen, "too many operations are running");
+    if (operation.found != 0) operation.room = running_differences_.take(operation.found);
     forget(key);
     operation.name = key.second;
     operation.begin = now;
@@ -139,6 +140,7 @@ void OperationRegistry::finish(Storage& storage, const Key& key, int error, Oper
     operation.end = storage.now();
     operation.error = error;
     operation.effect = nullptr;
+    operation.room = nullptr;
     operation.result = std::move(result);
     differences_ += operation.result.differences.size();
     ended_.push_back(key);

@@ -5,6 +5,7 @@
 
 #include "simulator/scenario/operation_settings.h"
 #include "simulator/scenario/simulated_time.h"
+#include "simulator/storage/room_account.h"
 #include "simulator/storage/storage.h"
 
 #include <cstddef>
@@ -45,6 +46,7 @@ struct LongOperation {
     std::size_t server = 0;
     std::int64_t bytes = 0; // to be moved
     Effect effect;          // none any more, once it has ended
+    std::size_t found = 0;  // differences that the effect holds until then
 
     // Filled in by OperationRegistry.
     std::string name; // the client's, or the token
@@ -52,6 +54,7 @@ struct LongOperation {
     Instant end{0};
     int error = 0; // busy, while it runs
     OperationResult result;
+    RoomAccount::Share room;
 
     bool is_running() const { return effect != nullptr; }
     std::int64_t bytes_moved(Instant now) const;
@@ -63,7 +66,9 @@ class OperationRegistry
   public:
     // A host that never asks for its results has the oldest forgotten.
     static constexpr std::size_t kMostEnded = 1000;
-    static constexpr std::size_t kMostDifferences = 1000000; // of all of them together
+    // Of all that ended together, and of all that run. The one that ended last, and one that runs alone, may
+    // have more: it has as many as the storage has files.
+    static constexpr std::size_t kMostDifferences = 1000000;
     static constexpr std::size_t kMostRunning = 1000;
     // A host's record has no room for more.
     static constexpr std::size_t kLongestName = 255;
@@ -105,8 +110,9 @@ class OperationRegistry
     OperationSettings settings_;
     std::map<Key, LongOperation> operations_;
     std::map<Due, Key> running_;
-    std::deque<Key> ended_; // the oldest first
-    std::size_t differences_ = 0;
+    std::deque<Key> ended_;       // the oldest first
+    std::size_t differences_ = 0; // of those that ended
+    RoomAccount running_differences_{kMostDifferences, "differences of running operations"};
     std::uint64_t started_ = 0;
 };
 

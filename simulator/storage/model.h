@@ -6,7 +6,6 @@
 #include "simulator/scenario/scenario.h"
 #include "simulator/storage/long_operations.h"
 #include "simulator/storage/storage.h"
-#include "simulator/storage/storage_server.h"
 
 #include <cstddef>
 #include <mutex>

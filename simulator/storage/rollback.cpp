@@ -55,7 +55,7 @@ std::vector<Cursor::Entry> require_free_way(Storage& storage, const Rollback& ro
     std::vector<Cursor::Entry> lost = lost_snapshots(storage, rollback);
     const StorageServer& server = storage.server(rollback.server);
     if (std::any_of(lost.begin(), lost.end(),
-                    [&](const Cursor::Entry& entry) { return is_exported(server, entry.serial); })) {
+                    [&](const Cursor::Entry& entry) { return server.exports.holds(entry.serial); })) {
         throw Fault(kInUse, "a snapshot that the rollback takes away is exported");
     }
     return lost;

@@ -8,6 +8,7 @@
 #include "simulator/storage/announcements.h"
 #include "simulator/storage/event_log.h"
 #include "simulator/storage/event_records.h"
+#include "simulator/storage/serial.h"
 #include "simulator/storage/storage_server.h"
 
 #include <algorithm>

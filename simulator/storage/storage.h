@@ -10,6 +10,8 @@
 #include "simulator/storage/event_log.h"
 #include "simulator/storage/event_records.h"
 #include "simulator/storage/open_table.h"
+#include "simulator/storage/room_account.h"
+#include "simulator/storage/serial.h"
 #include "simulator/storage/storage_server.h"
 #include "simulator/storage/token_table.h"
 
@@ -87,7 +89,10 @@ class Storage
     OpenTable<Cursor> image_lists{"image list"};
     OpenTable<Cursor> snapshot_lists{"snapshot list"};
     OpenTable<OpenImage> images{"image"};
+    // Entries of all open change lists together.
+    static constexpr std::size_t kMostListedChanges = 1000000;
     OpenTable<OpenChangeList> change_lists{"change list"};
+    RoomAccount listed_changes{kMostListedChanges, "entries of change lists"};
 
     const ChangeListSettings change_list_settings;
     OpenTable<EventChannel> event_channels{"event channel"};

@@ -4,6 +4,7 @@
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/records.h"
 #include "simulator/scenario/text.h"
+#include "simulator/storage/serial.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -51,13 +52,6 @@ bool knows_volume(const StorageServer& server, const Volume& volume)
 {
     return std::any_of(server.lsus.begin(), server.lsus.end(),
                        [&](const Lsu& lsu) { return knows_volume(lsu, volume); });
-}
-
-Export* find_export(StorageServer& server, const Volume& volume)
-{
-    const auto found = std::find_if(server.exports.begin(), server.exports.end(),
-                                    [&](const Export& each) { return means(volume, each.volume); });
-    return found == server.exports.end() ? nullptr : &*found;
 }
 
 std::string host_of(const std::string& server_name)

@@ -5,7 +5,9 @@
 #include "simulator/scenario/records.h"
 #include "simulator/scenario/scenario.h"
 #include "simulator/storage/event_log.h"
+#include "simulator/storage/export_account.h"
 #include "simulator/storage/listing_account.h"
+#include "simulator/storage/serial.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -15,9 +17,6 @@
 
 namespace soapwrapper::simulator
 {
-
-// Never given twice, and larger for what was made later.
-using Serial = std::uint64_t;
 
 struct Lsu {
     LsuProperties properties;
@@ -29,14 +28,6 @@ struct Lsu {
     void release(std::int64_t size);
 };
 
-// A snapshot or a volume made reachable for hosts; without names, for any.
-struct Export {
-    std::size_t lsu = 0;
-    Serial snapshot = 0; // 0: it is no snapshot's
-    Volume volume;       // as the hosts reach it
-    std::vector<std::string> hosts;
-};
-
 struct Claim {
     Volume volume;
     std::string session;
@@ -45,7 +36,7 @@ struct Claim {
 struct StorageServer {
     ServerScenario scenario;
     std::vector<Lsu> lsus; // none is ever taken away: an index stays good
-    std::vector<Export> exports;
+    ExportAccount exports;
     std::vector<Claim> claims;
     ListingAccount listings;
     int open_sessions = 0;
@@ -58,9 +49,6 @@ std::map<Serial, Snapshot>::iterator find_snapshot(Lsu& lsu, const std::string& 
 // Whether an LSU of the server holds the volume, or has a snapshot of it.
 bool knows_volume(const Lsu& lsu, const Volume& volume);
 bool knows_volume(const StorageServer& server, const Volume& volume);
-
-// The export that a host reaches by the volume, or none.
-Export* find_export(StorageServer& server, const Volume& volume);
 
 // The part of a server's name behind its colon.
 std::string host_of(const std::string& server_name);
