@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What a program can see of the house rules: a room includes only from the rooms named beside it, the public headers
-# include each other only, and the formatting is the tree's.
+# What a program can see of the house rules: a room includes only from the rooms named beside it, no file
+# includes itself by way of others, the public headers include each other only, and the formatting is the tree's.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 bad=0
@@ -62,6 +62,13 @@ for file in "${sources[@]}"; do
         bad=1
     }
 done
+
+# A header and its source are one, which is why a source that includes its own header says nothing.
+circles=$(sed -E 's/\.(h|cpp|c)( |$)/\2/g' <<< "$includes" | awk '$1 != $2' | tsort 2>&1 > /dev/null) || {
+    echo "These include each other:"
+    sed 's/^tsort: //' <<< "$circles"
+    bad=1
+}
 
 if grep -nE '#include "[^"]*/' plugin/host/*.h; then
     echo "What is in plugin/host/ is installed for hosts, and its headers must include their neighbours alone"
