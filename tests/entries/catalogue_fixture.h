@@ -4,10 +4,12 @@
 #define SOAPWRAPPER_TESTS_ENTRIES_CATALOGUE_FIXTURE_H
 
 #include "plugin/base/handle_records.h"
+#include "tests/kit/entry_lines.h"
 #include "tests/kit/host.h"
 #include "tests/kit/log_recorder.h"
 #include "tests/kit/scripted_service.h"
 #include "tests/kit/soap_text.h"
+#include "tests/kit/wire_elements.h"
 #include "tests/unit/canary.h"
 
 #include <gmock/gmock.h>
@@ -77,39 +79,6 @@ SNAPSHOT_ENTRY(claim_volume, 9)
 #undef SNAPSHOT_ENTRY
 #undef OLD_ENTRY
 
-// An element that may be empty, as requests write it.
-inline std::string text_element(std::string_view name, std::string_view text)
-{
-    return text.empty() ? "<ns1:" + std::string(name) + "/>" : kit::element(name, text);
-}
-
-// A handle of any kind within a request or a reply.
-inline std::string token_element(std::string_view name, std::string_view token)
-{
-    return kit::element(name, text_element("token", token));
-}
-
-// The reference that CatalogueTest makes.
-inline std::string lsu_element()
-{
-    return kit::element("lsu", token_element("serverHandle", "S1") + kit::element("lsuName", "lsu1"));
-}
-
-// The supplier id of a cleared record.
-inline std::string empty_isid()
-{
-    return kit::element("isid",
-                        kit::element("version", "0") + "<ns1:dpaid/><ns1:dpaver/><ns1:info></ns1:info>");
-}
-
-// A snapshot's definition with a name and nothing else, under an element's name.
-inline std::string snap_element(std::string_view name, std::string_view snap)
-{
-    return kit::element(name, text_element("snapName", snap) + kit::element("snapType", "0") +
-                                  kit::element("snapFlags", "0") + kit::element("snapSaveas", "0") +
-                                  empty_isid());
-}
-
 // An NFS volume with three texts, under an element's name.
 inline std::string nfs_element(std::string_view name)
 {
@@ -157,8 +126,7 @@ class CatalogueTest : public testing::Test
     // What an entry says after a call that the service answered.
     std::vector<kit::LogLine> good_log(const std::string& entry) const
     {
-        return {kit::record(entry + ": enter"), kit::record(entry + ": SOAP return code = 0"),
-                kit::record(entry + ": STS_EOK")};
+        return {kit::enter(entry), kit::return_code(entry), kit::ok(entry)};
     }
 
     // The same where the entry had nowhere to put what came.

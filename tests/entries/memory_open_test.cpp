@@ -156,7 +156,7 @@ TEST_P(ListWithoutMemory, ForItsTokenIsRefusedByAllThatReadOrCloseIt)
     const auto records = std::make_unique<catalogue::Records>();
     records->server = &server;
     records->lsu = &lsu;
-    script(GetParam().reply, catalogue::token_element(GetParam().content.record, kToken));
+    script(GetParam().reply, token_element(GetParam().content.record, kToken));
     {
         const NoMemoryAfterTheReply shortage(session, kToken.size() + 1);
         EXPECT_EQ(GetParam().call(*records), 0);
@@ -191,7 +191,7 @@ TEST_F(StartWithoutMemory, ForItsIdLeavesAHandleThatAsksUnderAnEmptyOne)
     arguments.server_record.session = session.get();
     arguments.async = &made;
     const StartCase& start = start_case("stspi_async_create_snap_byname");
-    service.script({answer(reply(start.operation + "Response", handle_element("opid", kToken))),
+    service.script({answer(reply(start.operation + "Response", token_element("opid", kToken))),
                     answer(reply("asyncCancelResponse"))});
     {
         const NoMemoryAfterTheReply shortage(session, kToken.size() + 1);
