@@ -4,9 +4,7 @@
 
 #include <string.h>
 
-#include <cstdarg>
 #include <cstddef>
-#include <cstdio>
 #include <cstring>
 
 namespace soapwrapper
@@ -25,14 +23,8 @@ inline void V_strlcpy(char* destination, const char* source, std::size_t size)
     V_strlncpy(destination, source, size);
 }
 
-__attribute__((format(printf, 3, 4))) inline void V_snprintf(char* destination, std::size_t size,
-                                                             const char* format, ...)
-{
-    std::va_list arguments;
-    va_start(arguments, format);
-    if (std::vsnprintf(destination, size, format, arguments) < 0 && size > 0) *destination = '\0';
-    va_end(arguments);
-}
+__attribute__((format(printf, 3, 4))) void V_snprintf(char* destination, std::size_t size, const char* format,
+                                                      ...);
 
 } // namespace soapwrapper
 

@@ -6,7 +6,6 @@
 #include "plugin/host/host_records.h"
 
 #include <cstddef>
-#include <cstdint>
 
 namespace soapwrapper
 {

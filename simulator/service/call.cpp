@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstddef>
 #include <new>
 #include <string>
 

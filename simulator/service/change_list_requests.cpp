@@ -5,7 +5,6 @@
 #include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/records.h"
-#include "simulator/scenario/scenario.h"
 #include "simulator/service/call.h"
 #include "simulator/service/wire.h"
 #include "simulator/storage/change_list_delivery.h"
@@ -16,7 +15,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <utility>

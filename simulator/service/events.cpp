@@ -6,6 +6,7 @@
 #include "simulator/service/wire.h"
 #include "simulator/storage/event_records.h"
 #include "simulator/storage/model.h"
+#include "simulator/storage/storage.h"
 #include "simulator/storage/storage_server.h"
 
 #include <cstddef>

@@ -9,7 +9,6 @@
 #include "simulator/storage/listing_account.h"
 #include "simulator/storage/serial.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
