@@ -8,6 +8,7 @@
 #include "simulator/service/call.h"
 #include "simulator/service/wire.h"
 #include "simulator/storage/change_list_delivery.h"
+#include "simulator/storage/model.h"
 #include "simulator/storage/room_account.h"
 #include "simulator/storage/storage.h"
 #include "simulator/storage/storage_server.h"
@@ -15,14 +16,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace soapwrapper::simulator
 {
-
 namespace
 {
 

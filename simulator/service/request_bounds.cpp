@@ -24,24 +24,32 @@ std::size_t length(const Node* node)
     return count;
 }
 
-std::size_t read_block(soap* context, char* bytes, std::size_t count)
+} // namespace
+
+RequestBounds::RequestBounds(soap& context) : context_(context)
 {
+    context_.user = this;
+    context_.frecv = read_block;
+    context_.fpreparerecv = check_names;
+}
+
+int RequestBounds::check()
+{
+    exceeded_ = exceeded_ || length(context_.attributes) > kMostNames || length(context_.nlist) > kMostNames;
+    if (!exceeded_) return SOAP_OK;
+    return soap_sender_fault(&context_, "the request has too many attributes or namespaces", nullptr);
+}
+
+std::size_t RequestBounds::read_block(soap* context, char* bytes, std::size_t count)
+{
+    if (static_cast<RequestBounds*>(context->user)->exceeded_) return 0;
     context->is->read(bytes, static_cast<std::streamsize>(std::min(count, kLargestRead)));
     return static_cast<std::size_t>(context->is->gcount());
 }
 
-int check_names(soap* context, const char* /*bytes*/, std::size_t /*count*/)
+int RequestBounds::check_names(soap* context, const char* /*bytes*/, std::size_t /*count*/)
 {
-    if (length(context->attributes) <= kMostNames && length(context->nlist) <= kMostNames) return SOAP_OK;
-    return soap_sender_fault(context, "the request has too many attributes or namespaces", nullptr);
-}
-
-} // namespace
-
-void bound_request(soap& context)
-{
-    context.frecv = read_block;
-    context.fpreparerecv = check_names;
+    return static_cast<RequestBounds*>(context->user)->check();
 }
 
 } // namespace soapwrapper::simulator

@@ -13,9 +13,27 @@ namespace soapwrapper::simulator
 // both lists from end to end for each attribute and each element. Clients have about a dozen.
 constexpr std::size_t kMostNames = 100;
 
-// For a context that reads its request from a stream. One that goes beyond the bound is not read any
-// further and answered with a fault that says so.
-void bound_request(soap& context);
+// Of one request, which its context reads from a stream.
+class RequestBounds
+{
+  public:
+    // Takes the context's hooks and its user pointer.
+    explicit RequestBounds(soap& context);
+    RequestBounds(const RequestBounds&) = delete;
+    RequestBounds& operator=(const RequestBounds&) = delete;
+
+    // SOAP_OK, or the error of a request that went beyond the bound, with the fault that says so. Such a
+    // request isn't read any further. The generated skeleton takes one for whole that ends in its operation's
+    // attributes, so this is to be asked ahead of the operation too.
+    int check();
+
+  private:
+    static std::size_t read_block(soap* context, char* bytes, std::size_t count);
+    static int check_names(soap* context, const char* bytes, std::size_t count);
+
+    soap& context_;
+    bool exceeded_ = false;
+};
 
 } // namespace soapwrapper::simulator
 

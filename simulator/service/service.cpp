@@ -78,6 +78,7 @@ class Service : public PSVWSSoapBindingService
     int answer(const char* operation, const Request* request, Response& response)
     {
         operation_ = operation;
+        if (bounds_.check() != SOAP_OK) return error;
         try {
             backend_.model.use()->request_arrived();
             backend_.interference.apply(operation);
@@ -93,6 +94,7 @@ class Service : public PSVWSSoapBindingService
     }
 
     const Backend& backend_;
+    RequestBounds bounds_{*this};
     const char* operation_ = "-";
     std::optional<int> fault_code_;
 };
@@ -116,7 +118,6 @@ std::string serve_request(const Backend& backend, const Request& request)
         Service service(backend);
         service.is = &in;
         service.os = &out;
-        bound_request(service);
         service.serve();
 
         const std::string reply = out.str();

@@ -3,6 +3,7 @@
 #define SOAPWRAPPER_SIMULATOR_SERVICE_START_WIRE_H
 
 #include "simulator/scenario/records.h"
+#include "simulator/service/call.h"
 #include "simulator/service/wire.h"
 #include "simulator/storage/holdings.h"
 #include "simulator/storage/rollback.h"
