@@ -30,7 +30,7 @@ TEST_F(AsyncCancel, SendsTheCallersSessionAndTheOperation)
     service_.script(answer(reply("asyncCancelResponse")));
     EXPECT_EQ(cancel(), 0);
     EXPECT_EQ(service_.request_body(0),
-              element("asyncCancel", caller_element() + handle_element("opid", "op-1")));
+              element("asyncCancel", caller_element() + token_element("opid", "op-1")));
 }
 
 TEST_F(AsyncCancel, LogsOneLineOfASuccessToTheServersSession)
@@ -103,7 +103,7 @@ TEST_F(NamedAsyncStatus, SendsTheServerAndTheName)
 {
     service_.script({answer(reply("namedAsyncStatusResponse")), answer(reply("namedAsyncStatusResponse"))});
     EXPECT_EQ(status(), 0);
-    EXPECT_EQ(service_.request_body(0), element("namedAsyncStatus", handle_element("serverHandle", "SH") +
+    EXPECT_EQ(service_.request_body(0), element("namedAsyncStatus", token_element("serverHandle", "SH") +
                                                                         element("opname", "the operation")));
     EXPECT_EQ(status(sts_opname_t{}), 0);
     EXPECT_THAT(service_.request_body(1), HasSubstr("<ns1:opname/></ns1:namedAsyncStatus>"));

@@ -5,6 +5,7 @@
 
 #include "tests/entries/server_fixture.h"
 #include "tests/kit/clock.h"
+#include "tests/kit/wire_elements.h"
 
 #include <cstring>
 #include <memory>
@@ -79,20 +80,7 @@ inline sts_lsu_spec_v11_t lsu_spec(std::string_view server, std::string_view lsu
     return record;
 }
 
-inline std::string number(std::string_view name, std::int64_t value)
-{
-    return kit::element(name, std::to_string(value));
-}
-
-inline std::string handle_element(std::string_view name, std::string_view token)
-{
-    return kit::element(name, kit::element("token", token));
-}
-
-inline std::string lsu_element(std::string_view token, std::string_view name)
-{
-    return kit::element("lsu", handle_element("serverHandle", token) + kit::element("lsuName", name));
-}
+using kit::number;
 
 inline std::string nfs_content(std::string_view prefix)
 {

@@ -88,7 +88,7 @@ std::string targets_members()
 
 std::string snap_targets_members()
 {
-    return handle_element("serverHandle", "SH") + element("sourceVolSpec", nfs_content("volume")) +
+    return token_element("serverHandle", "SH") + element("sourceVolSpec", nfs_content("volume")) +
            snapshot_element("targetSnapDef", "the snapshot") + targets_members();
 }
 
@@ -120,7 +120,7 @@ std::string copy_members()
 
 std::string import_members()
 {
-    return handle_element("serverHandle", "SH") + element("sourceVolSpec", nfs_content("volume")) +
+    return token_element("serverHandle", "SH") + element("sourceVolSpec", nfs_content("volume")) +
            snapshot_element("sourceSnapDef", "the snapshot") + pending_members();
 }
 
@@ -132,15 +132,15 @@ std::string postprocess_members()
 std::string rollback_members()
 {
     return lsu_element("SH", "the LSU") + snapshot_element("snapDef", "the snapshot") +
-           handle_element("targetServerHandle", "TH") + element("targetVolSpec", nfs_content("volume")) +
+           token_element("targetServerHandle", "TH") + element("targetVolSpec", nfs_content("volume")) +
            element("rollbackList", element("item", "first row") + element("item", "second row")) +
            number("numRollbacks", 2) + number("rollbackFlag", 31);
 }
 
 std::string diff_members(std::string_view diff_flag)
 {
-    return handle_element("serverHandle", "SH") + snapshot_element("snapshot", "the snapshot") +
-           handle_element("targetServerHandle", "TH") +
+    return token_element("serverHandle", "SH") + snapshot_element("snapshot", "the snapshot") +
+           token_element("targetServerHandle", "TH") +
            element("rollbackList",
                    element("item", nfs_content("first")) + element("item", nfs_content("second"))) +
            number("numRollbacks", 2) + element("diffFlag", diff_flag);
@@ -322,7 +322,7 @@ std::string StartCase::request() const
 
 Answer StartCase::good_answer() const
 {
-    return answer(reply(operation + "Response", named ? nothing() : handle_element("opid", "op-7")));
+    return answer(reply(operation + "Response", named ? nothing() : token_element("opid", "op-7")));
 }
 
 std::vector<LogLine> StartCase::lines_until_return_code(int result) const

@@ -213,7 +213,7 @@ TEST_P(StartWithId, CannotUseAReplyWithoutAnId)
 TEST_P(StartWithId, KeepsAnIdThatIsEmptyOrLong)
 {
     for (const std::string& token : {std::string(), std::string(5000, 't')}) {
-        service_.script(answer(reply(GetParam().operation + "Response", handle_element("opid", token))));
+        service_.script(answer(reply(GetParam().operation + "Response", token_element("opid", token))));
         EXPECT_EQ(start(), 0);
         ASSERT_NE(async_, untouched());
         EXPECT_EQ(async_->op_token, token);

@@ -14,9 +14,9 @@ TEST_P(AsyncWaitSnap, SendsWhoAsksAndForWhat)
     service_.script(result({}));
     EXPECT_EQ(wait(0), 0);
     EXPECT_EQ(service_.request_body(0),
-              by_id() ? element("asyncWaitSnap", caller_element() + handle_element("opid", "op-1"))
+              by_id() ? element("asyncWaitSnap", caller_element() + token_element("opid", "op-1"))
                       : element("namedAsyncWaitSnap",
-                                handle_element("serverHandle", "SH") + element("opname", "the operation")));
+                                token_element("serverHandle", "SH") + element("opname", "the operation")));
 }
 
 TEST_P(AsyncWaitSnap, FillsTheRecordAndSaysSo)

@@ -36,7 +36,7 @@ TEST_F(AsyncWait, SendsTheCallersSessionAndTheOperation)
     service_.script(result(5, 0, 0));
     EXPECT_EQ(wait(0), 0);
     EXPECT_EQ(service_.request_body(0),
-              element("asyncWait", caller_element() + handle_element("opid", "op-1")));
+              element("asyncWait", caller_element() + token_element("opid", "op-1")));
 }
 
 TEST_F(AsyncWait, FillsTheRecordAndSaysSo)
@@ -65,7 +65,7 @@ TEST_F(AsyncWait, PassesNegativeNumbersBitForBit)
 TEST_F(AsyncWait, IgnoresTheImage)
 {
     service_.script(answer(reply(
-        "asyncWaitResponse", element("result", handle_element("image", "I") + number("bytesTransferred", 9) +
+        "asyncWaitResponse", element("result", token_element("image", "I") + number("bytesTransferred", 9) +
                                                    number("error", 0) + number("delayInSeconds", 0)))));
     EXPECT_EQ(wait(0), 0);
     EXPECT_EQ(record_.aio_bytes_transferred, 9);

@@ -5,10 +5,12 @@
 
 #include "changelist/session_registry.h"
 #include "plugin/base/handle_records.h"
+#include "tests/kit/entry_lines.h"
 #include "tests/kit/host.h"
 #include "tests/kit/log_recorder.h"
 #include "tests/kit/scripted_service.h"
 #include "tests/kit/soap_text.h"
+#include "tests/kit/wire_elements.h"
 #include "tests/unit/canary.h"
 
 #include <gmock/gmock.h>
@@ -22,7 +24,9 @@
 namespace change_list
 {
 
-using Lines = std::vector<kit::LogLine>;
+using kit::Lines;
+using kit::return_code;
+using kit::token_element;
 
 inline auto open_list()
 {
@@ -44,18 +48,6 @@ inline std::map<std::string, snapdiff_session_info>& registry()
         "snapdiff_info_per_session");
 }
 
-inline Lines operator+(Lines left, const Lines& right)
-{
-    left.insert(left.end(), right.begin(), right.end());
-    return left;
-}
-
-// A call of the service under an entry's name, without its first line and its last.
-inline kit::LogLine return_code(const std::string& entry, int code = 0)
-{
-    return kit::record(entry + ": SOAP return code = " + std::to_string(code));
-}
-
 inline std::string ndmp_element(std::string_view name, std::string_view filer, std::string_view path)
 {
     return kit::element(
@@ -68,11 +60,6 @@ inline std::string snap_info(const std::string& volume)
     return kit::element("snapInfo", kit::element("snapServer", "srv") + kit::element("snapLsu", "lsu1") +
                                         volume + kit::element("snapStatus", "1") +
                                         kit::element("snapSize", "2"));
-}
-
-inline std::string token_element(std::string_view name, std::string_view token)
-{
-    return kit::element(name, kit::element("token", token));
 }
 
 // An entry as the service delivers it.

@@ -13,19 +13,6 @@ namespace
 const LogLine kMappingFailed = failure("get_transformation_mapping failed");
 const LogLine kNoList = failure("Unable to open file list handle using zapi or THUPlugin");
 
-std::string snap_element(std::string_view name, std::string_view snap)
-{
-    return element(name, element("snapName", snap) + element("snapType", "0") + element("snapFlags", "0") +
-                             element("snapSaveas", "0") +
-                             element("isid", element("version", "0") +
-                                                 "<ns1:dpaid/><ns1:dpaver/><ns1:info></ns1:info>"));
-}
-
-std::string lsu_element()
-{
-    return element("lsu", token_element("serverHandle", "S1") + element("lsuName", "lsu1"));
-}
-
 class OpenChangeList : public ChangeListTest
 {
   protected:

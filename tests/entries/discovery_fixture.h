@@ -3,11 +3,12 @@
 #define SOAPWRAPPER_TESTS_ENTRIES_DISCOVERY_FIXTURE_H
 
 #include "tests/entries/server_fixture.h"
+#include "tests/kit/entry_lines.h"
 
 class Discovery : public ServerTest
 {
   protected:
-    using Lines = std::vector<kit::LogLine>;
+    using Lines = kit::Lines;
 
     // A host part whose two well-known URLs both lead to this port: the path takes their ":8086" and ":8085".
     static std::string host_part_at(int port) { return "127.0.0.1:" + std::to_string(port) + "/x"; }
@@ -61,13 +62,5 @@ class Discovery : public ServerTest
     kit::DeadPort dead_port_;
     std::unique_ptr<sts_server_info_v8_t> info_ = std::make_unique<sts_server_info_v8_t>();
 };
-
-// Lines one after the other.
-inline std::vector<kit::LogLine> operator+(std::vector<kit::LogLine> first,
-                                           const std::vector<kit::LogLine>& second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
 
 #endif

@@ -4,15 +4,13 @@
 
 #include "plugin/host/event_records.h"
 #include "tests/kit/soap_text.h"
+#include "tests/kit/wire_elements.h"
 #include "tests/unit/canary.h"
 
 #include <cstring>
 #include <string>
 
-inline std::string number(const char* name, long long value)
-{
-    return kit::element(name, std::to_string(value));
-}
+using kit::number;
 
 inline std::string image_definition_xml()
 {

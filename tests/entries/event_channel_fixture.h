@@ -4,6 +4,7 @@
 #define SOAPWRAPPER_TESTS_ENTRIES_EVENT_CHANNEL_FIXTURE_H
 
 #include "tests/entries/server_fixture.h"
+#include "tests/kit/entry_lines.h"
 
 inline auto open_evchannel()
 {
@@ -93,14 +94,6 @@ class EventChannelTest : public ServerTest
 
     std::string last_request() { return service_.request_body(service_.requests().size() - 1); }
 
-    // The lines of the entry that every call of the service has.
-    static kit::LogLine enter(const std::string& entry) { return kit::record(entry + ": enter"); }
-    static kit::LogLine return_code(const std::string& entry, int code)
-    {
-        return kit::record(entry + ": SOAP return code = " + std::to_string(code));
-    }
-    static kit::LogLine ok(const std::string& entry) { return kit::record(entry + ": STS_EOK"); }
-
     std::vector<kit::LogLine> server_open_lines()
     {
         return {kit::record("stspi_open_server: enter"),
@@ -109,24 +102,16 @@ class EventChannelTest : public ServerTest
                 kit::record("find_ss_name_in_conf: Config file found"),
                 kit::record("find_ss_name_in_conf: Storage server match found"),
                 kit::record("stspi_open_server: soap_endpoint = " + service_.url()),
-                return_code("stspi_open_server", 0),
-                ok("stspi_open_server")};
+                kit::return_code("stspi_open_server", 0),
+                kit::ok("stspi_open_server")};
     }
 
     std::vector<kit::LogLine> server_close_lines()
     {
-        return {enter("stspi_close_server"),
+        return {kit::enter("stspi_close_server"),
                 kit::record("stspi_close_server: soap_endpoint = " + service_.url()),
-                return_code("stspi_close_server", 0), ok("stspi_close_server")};
+                kit::return_code("stspi_close_server", 0), kit::ok("stspi_close_server")};
     }
 };
-
-// Lines of several pieces in one list.
-inline std::vector<kit::LogLine> joined(std::initializer_list<std::vector<kit::LogLine>> pieces)
-{
-    std::vector<kit::LogLine> lines;
-    for (const auto& piece : pieces) lines.insert(lines.end(), piece.begin(), piece.end());
-    return lines;
-}
 
 #endif

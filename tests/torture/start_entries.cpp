@@ -91,7 +91,7 @@ std::vector<Entry> start_entries()
     for (const StartCase& test : start_cases()) {
         const Entry entry{
             test.entry, [&test](Subject& subject) { return start(test, subject); },
-            reply(test.operation + "Response", test.named ? "" : handle_element("opid", "op-7"))};
+            reply(test.operation + "Response", test.named ? "" : token_element("opid", "op-7"))};
         table.push_back(test.named ? entry : entry.requiring({"opid", "token"}));
     }
     return table;
