@@ -3,10 +3,10 @@
 #ifndef SCHEMA_TEST_CONTRACT_LISTS_H
 #define SCHEMA_TEST_CONTRACT_LISTS_H
 
-#include "contract_async_operations.h"
-#include "contract_events_changelists_iocontrol.h"
-#include "contract_images_snapshots_exports.h"
-#include "contract_sessions_servers_lsus.h"
+#include "contract_async_operations.h"             // IWYU pragma: export
+#include "contract_events_changelists_iocontrol.h" // IWYU pragma: export
+#include "contract_images_snapshots_exports.h"     // IWYU pragma: export
+#include "contract_sessions_servers_lsus.h"        // IWYU pragma: export
 
 #define CONTRACT_TYPES(TYPE)                                                                                 \
     TYPES_OF_SESSIONS_SERVERS_LSUS(TYPE)                                                                     \

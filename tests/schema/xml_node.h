@@ -2,16 +2,17 @@
 #ifndef SCHEMA_TEST_XML_NODE_H
 #define SCHEMA_TEST_XML_NODE_H
 
+#include "tests/kit/soap_text.h"
+
 #include <string>
 #include <vector>
 
 namespace schema_test
 {
 
-inline std::string element(const std::string& name, const std::string& content)
-{
-    return "<ns1:" + name + ">" + content + "</ns1:" + name + ">";
-}
+using kit::element;
+using kit::nil;
+
 inline std::string zero(const std::string& name)
 {
     return element(name, "0");
@@ -19,10 +20,6 @@ inline std::string zero(const std::string& name)
 inline std::string empty(const std::string& name)
 {
     return "<ns1:" + name + "/>";
-}
-inline std::string nil(const std::string& name)
-{
-    return "<ns1:" + name + " xsi:nil=\"true\"/>";
 }
 
 struct Node {
