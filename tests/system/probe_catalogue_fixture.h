@@ -3,9 +3,13 @@
 #define SOAPWRAPPER_TESTS_SYSTEM_PROBE_CATALOGUE_FIXTURE_H
 
 #include "probe_fixture.h"
+#include "tests/kit/soap_text.h"
+#include "tests/kit/wire_elements.h"
 
 #include <string>
 #include <vector>
+
+using kit::element;
 
 class ProbeCatalogueTest : public ProbeTest
 {
@@ -18,12 +22,7 @@ class ProbeCatalogueTest : public ProbeTest
         return probe(arguments, {{"SOAPWRAPPER_CREDENTIAL", "open sesame"}});
     }
 
-    static std::string element(const std::string& name, const std::string& content)
-    {
-        return "<ns1:" + name + ">" + content + "</ns1:" + name + ">";
-    }
-
-    static std::string token(const std::string& name) { return element(name, element("token", "L-1")); }
+    static std::string token(const std::string& name) { return kit::token_element(name, "L-1"); }
 
     // Lists of all kinds open and close, and end with the usual status.
     void answer_lists()

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+using kit::number;
+
 class ProbeEventsTest : public ProbeOperationsTest
 {
   protected:
@@ -34,10 +36,6 @@ class ProbeEventsTest : public ProbeOperationsTest
     {
         return element("event", number("seqno", seqno) + element("server", "S") + number("flags", flags) +
                                     number("type", type) + (body.empty() ? "" : element("body", body)));
-    }
-    static std::string number(const std::string& name, long value)
-    {
-        return element(name, std::to_string(value));
     }
     static std::string operation(const std::string& name, int error = 0)
     {

@@ -4,6 +4,7 @@
 
 #include "probe_process.h"
 #include "tests/kit/service_by_operation.h"
+#include "tests/kit/soap_text.h"
 
 #include <gmock/gmock.h>
 
@@ -31,7 +32,7 @@ class ProbeTest : public ::testing::Test
     static std::string items(std::initializer_list<std::string> values)
     {
         std::string xml;
-        for (const std::string& value : values) xml += "<ns1:item>" + value + "</ns1:item>";
+        for (const std::string& value : values) xml += kit::element("item", value);
         return xml;
     }
 

@@ -4,6 +4,7 @@
 #ifndef SOAPWRAPPER_TESTS_SYSTEM_SIMULATOR_OPERATIONS_H
 #define SOAPWRAPPER_TESTS_SYSTEM_SIMULATOR_OPERATIONS_H
 
+#include "tests/kit/wire_elements.h"
 #include "tests/system/probe_process.h"
 #include "tests/system/simulator_catalogue.h"
 
@@ -63,10 +64,7 @@ inline std::string scenario(const std::string& other_seconds = "", const char* s
     return "{" + settings(other_seconds) + ", " + servers + "}";
 }
 
-inline std::string number(const std::string& name, long value)
-{
-    return element(name, std::to_string(value));
-}
+using kit::number;
 
 inline std::string definition(const std::string& role, const std::string& name)
 {
