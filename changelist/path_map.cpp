@@ -52,6 +52,7 @@ int parse_pattern_xml(const char* xml, std::vector<snapdiff_repl_pattern>& patte
         return PATH_MAP_NOT_SELECTED;
     }
     if (nodes->get_length() == 0) {
+        // Spelt so on purpose: logs are searched for it.
         log_message(session, STS_LOG_RECORD, "No mapping for snapvault receieved");
         return PATH_MAP_OK;
     }

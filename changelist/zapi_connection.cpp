@@ -99,7 +99,7 @@ int start_once(const EntryLog& log)
 {
     const MutexLock lock(gMutex);
     if (zapi_initialized) return STS_EOK;
-    log.record(" doing sts_init");
+    log.record(" doing sts_init"); // with its blank, on purpose
     const int result = sts_init(STS_API_VERSION, pluginPath.c_str());
     zapi_initialized = 1;
     return result;

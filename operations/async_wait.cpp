@@ -99,6 +99,7 @@ extern "C" int stspi_named_async_wait_snap(stsp_server_t* server, int32_t blockf
     request.serverHandle = server_handle.get();
     request.opname = text_of(opname.name);
     _ns1__namedAsyncWaitSnapResponse response;
+    // The return code goes under a name that is spelt so on purpose.
     const EntryLog return_code_log(server->session, "stspi_named_aysnc_wait_snap");
     const BusyLoop<ns1__AIOResultSnap> loop{&ns1__AIOResultSnap::retryInterval, "retryInterval", log,
                                             return_code_log, nullptr};

@@ -91,6 +91,7 @@ extern "C" int stspi_named_async_postprocess_snap_byname(const stsp_lsu_v7_t* ls
     if (!lsu || !snap_name) return STS_ENULLARG;
     if (!lsu->server) return STS_EBADARG;
     EntryLog(lsu->server->session, "stspi_named_async_postprocess_snap_byname").enter();
+    // Behind the first line the name is spelt so on purpose.
     const EntryLog log(lsu->server->session, "stspi_named_async_post_process_snap_byname");
     ServiceCall call(*lsu->server, log);
     if (const Failure failure = call.secure()) return *failure;
@@ -135,6 +136,7 @@ extern "C" int stspi_named_async_import_snap_byname(stsp_server_t* server,
                                                     int32_t pendingflag, sts_opname_t opname)
 {
     if (!server) return STS_EBADARG;
+    // Spelt so on purpose, here alone.
     EntryLog(server->session, "stsp_named_async_import_snap_byname").enter();
     if (!source || !snap) return STS_ENULLARG;
     if (!server->service_handle) return STS_ENOSERVICEHANDLE;
