@@ -10,6 +10,7 @@
 #include "simulator/request_log.h"
 #include "simulator/worker_pool.h"
 
+#include <openssl/types.h>
 #include <poll.h>
 
 #include <functional>

@@ -4,6 +4,7 @@
 
 #include <openssl/err.h>
 #include <openssl/ssl.h>
+#include <openssl/types.h>
 #include <sys/socket.h>
 #include <unistd.h>
 

@@ -5,6 +5,7 @@
 #include "simulator/descriptor.h"
 
 #include <openssl/ssl.h>
+#include <openssl/types.h>
 
 #include <cstddef>
 #include <memory>

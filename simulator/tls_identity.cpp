@@ -5,6 +5,7 @@
 #include <openssl/bn.h>
 #include <openssl/evp.h>
 #include <openssl/ssl.h>
+#include <openssl/types.h>
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
 

@@ -3,6 +3,7 @@
 #define SOAPWRAPPER_SIMULATOR_TLS_IDENTITY_H
 
 #include <openssl/ssl.h>
+#include <openssl/types.h>
 
 #include <memory>
 #include <string>
