@@ -1,7 +1,5 @@
-
 #include "simulator/options.h"
 #include "simulator/scenario/default_scenario.h"
-#include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/scenario.h"
 #include "simulator/server.h"

@@ -6,6 +6,9 @@
 #include <gmock/gmock.h>
 
 #include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 using namespace soapwrapper;
 using testing::ElementsAre;
@@ -207,11 +210,18 @@ TEST(WithoutMounts, ADiffExportWithoutASnapshotIsReadFromItsNinthPosition)
 
 TEST(WithoutMounts, TheExceptionSaysWhereItCameFrom)
 {
-    try {
-        transform("/a", 1, without_mounts());
-        FAIL();
-    } catch (const std::out_of_range& error) {
-        EXPECT_THAT(error.what(), testing::StartsWith("basic_string::substr"));
+    const std::string good = "/v/.snapshot/old/f";
+    for (const auto& [path, export_path] :
+         std::vector<std::pair<std::string, std::string>>{{"/a", "/v/.snapshot/new"},
+                                                          {"/v/.snapshot/old", "/v/.snapshot/new"},
+                                                          {good, "/1234567"},
+                                                          {good, ""}}) {
+        try {
+            transform(path, 1, without_mounts(export_path));
+            FAIL() << path << " in " << export_path;
+        } catch (const std::out_of_range& error) {
+            EXPECT_STREQ(error.what(), "basic_string::substr") << path << " in " << export_path;
+        }
     }
 }
 
