@@ -1,17 +1,17 @@
-#include "simulator/address.h"
-#include "simulator/descriptor.h"
+#include "simulator/front/address.h"
+#include "simulator/front/descriptor.h"
+#include "simulator/front/request_log.h"
+#include "simulator/front/server.h"
+#include "simulator/front/tls_identity.h"
+#include "simulator/front/worker_pool.h"
 #include "simulator/options.h"
-#include "simulator/request_log.h"
 #include "simulator/scenario/default_scenario.h"
 #include "simulator/scenario/scenario.h"
 #include "simulator/scenario/scenario_error.h"
 #include "simulator/scenario/scenario_reader.h"
-#include "simulator/server.h"
 #include "simulator/service/interference.h"
 #include "simulator/service/service.h"
 #include "simulator/storage/model.h"
-#include "simulator/tls_identity.h"
-#include "simulator/worker_pool.h"
 
 #include <sys/signalfd.h>
 #include <unistd.h>

@@ -1,6 +1,6 @@
 #include "simulator/options.h"
 
-#include "simulator/address.h"
+#include "simulator/front/address.h"
 #include "simulator/scenario/default_scenario.h"
 #include "simulator/service/interference.h"
 #include "simulator/service/service_operations.h"

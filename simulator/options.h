@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_SIMULATOR_OPTIONS_H
 #define SOAPWRAPPER_SIMULATOR_OPTIONS_H
 
-#include "simulator/address.h"
+#include "simulator/front/address.h"
 #include "simulator/service/interference.h"
 
 #include <optional>

@@ -1,6 +1,7 @@
 #include "simulator/service/service.h"
 
-#include "simulator/http.h"
+#include "simulator/front/http.h"
+#include "simulator/front/worker_pool.h"
 #include "simulator/scenario/fault.h"
 #include "simulator/scenario/text.h"
 #include "simulator/service/call.h"
@@ -19,7 +20,6 @@
 #include "simulator/service/snapshots.h"
 #include "simulator/service/soap_fault.h"
 #include "simulator/service/unserved.h"
-#include "simulator/worker_pool.h"
 
 #include <exception>
 #include <new>

@@ -2,10 +2,10 @@
 #ifndef SOAPWRAPPER_SIMULATOR_SERVICE_SERVICE_H
 #define SOAPWRAPPER_SIMULATOR_SERVICE_SERVICE_H
 
-#include "simulator/request_log.h"
+#include "simulator/front/request_log.h"
+#include "simulator/front/worker_pool.h"
 #include "simulator/service/interference.h"
 #include "simulator/storage/model.h"
-#include "simulator/worker_pool.h"
 
 #include <string>
 

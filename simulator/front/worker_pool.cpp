@@ -1,4 +1,4 @@
-#include "simulator/worker_pool.h"
+#include "simulator/front/worker_pool.h"
 
 #include <sys/eventfd.h>
 

@@ -1,4 +1,4 @@
-#include "simulator/request_log.h"
+#include "simulator/front/request_log.h"
 
 #include <chrono>
 #include <cstdio>

@@ -1,6 +1,6 @@
 // One line on standard error for each request, where the user asked for it.
-#ifndef SOAPWRAPPER_SIMULATOR_REQUEST_LOG_H
-#define SOAPWRAPPER_SIMULATOR_REQUEST_LOG_H
+#ifndef SOAPWRAPPER_SIMULATOR_FRONT_REQUEST_LOG_H
+#define SOAPWRAPPER_SIMULATOR_FRONT_REQUEST_LOG_H
 
 #include <mutex>
 #include <string_view>

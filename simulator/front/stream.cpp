@@ -1,6 +1,6 @@
-#include "simulator/stream.h"
+#include "simulator/front/stream.h"
 
-#include "simulator/descriptor.h"
+#include "simulator/front/descriptor.h"
 
 #include <openssl/err.h>
 #include <openssl/ssl.h>

@@ -1,4 +1,4 @@
-#include "simulator/http.h"
+#include "simulator/front/http.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,14 +1,14 @@
 // The simulator's front: takes connections on several sockets at once, reads requests, hands them to workers
 // and sends back the answers. One loop holds all sockets and blocks on none, so that a client that is slow,
 // silent or stuck costs a descriptor and nothing else.
-#ifndef SOAPWRAPPER_SIMULATOR_SERVER_H
-#define SOAPWRAPPER_SIMULATOR_SERVER_H
+#ifndef SOAPWRAPPER_SIMULATOR_FRONT_SERVER_H
+#define SOAPWRAPPER_SIMULATOR_FRONT_SERVER_H
 
-#include "simulator/connection.h"
-#include "simulator/descriptor.h"
-#include "simulator/limits.h"
-#include "simulator/request_log.h"
-#include "simulator/worker_pool.h"
+#include "simulator/front/connection.h"
+#include "simulator/front/descriptor.h"
+#include "simulator/front/limits.h"
+#include "simulator/front/request_log.h"
+#include "simulator/front/worker_pool.h"
 
 #include <openssl/types.h>
 #include <poll.h>

@@ -1,4 +1,4 @@
-#include "simulator/tls_identity.h"
+#include "simulator/front/tls_identity.h"
 
 #include <arpa/inet.h>
 #include <openssl/asn1.h>

@@ -1,8 +1,8 @@
 // A fixed number of threads that serve requests. Nothing here knows of sockets.
-#ifndef SOAPWRAPPER_SIMULATOR_WORKER_POOL_H
-#define SOAPWRAPPER_SIMULATOR_WORKER_POOL_H
+#ifndef SOAPWRAPPER_SIMULATOR_FRONT_WORKER_POOL_H
+#define SOAPWRAPPER_SIMULATOR_FRONT_WORKER_POOL_H
 
-#include "simulator/descriptor.h"
+#include "simulator/front/descriptor.h"
 
 #include <condition_variable>
 #include <cstdint>

@@ -1,8 +1,8 @@
-#include "simulator/connection.h"
+#include "simulator/front/connection.h"
 
-#include "simulator/http.h"
-#include "simulator/limits.h"
-#include "simulator/stream.h"
+#include "simulator/front/http.h"
+#include "simulator/front/limits.h"
+#include "simulator/front/stream.h"
 
 #include <poll.h>
 

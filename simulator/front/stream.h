@@ -1,8 +1,8 @@
 // A client's socket, plain or TLS, that never blocks.
-#ifndef SOAPWRAPPER_SIMULATOR_STREAM_H
-#define SOAPWRAPPER_SIMULATOR_STREAM_H
+#ifndef SOAPWRAPPER_SIMULATOR_FRONT_STREAM_H
+#define SOAPWRAPPER_SIMULATOR_FRONT_STREAM_H
 
-#include "simulator/descriptor.h"
+#include "simulator/front/descriptor.h"
 
 #include <openssl/ssl.h>
 #include <openssl/types.h>

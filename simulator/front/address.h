@@ -1,8 +1,8 @@
 // Where to listen, as text and as sockets.
-#ifndef SOAPWRAPPER_SIMULATOR_ADDRESS_H
-#define SOAPWRAPPER_SIMULATOR_ADDRESS_H
+#ifndef SOAPWRAPPER_SIMULATOR_FRONT_ADDRESS_H
+#define SOAPWRAPPER_SIMULATOR_FRONT_ADDRESS_H
 
-#include "simulator/descriptor.h"
+#include "simulator/front/descriptor.h"
 
 #include <cstdint>
 #include <optional>

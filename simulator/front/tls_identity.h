@@ -1,6 +1,6 @@
 // The simulator's TLS identity, made at the start and kept in memory only.
-#ifndef SOAPWRAPPER_SIMULATOR_TLS_IDENTITY_H
-#define SOAPWRAPPER_SIMULATOR_TLS_IDENTITY_H
+#ifndef SOAPWRAPPER_SIMULATOR_FRONT_TLS_IDENTITY_H
+#define SOAPWRAPPER_SIMULATOR_FRONT_TLS_IDENTITY_H
 
 #include <openssl/ssl.h>
 #include <openssl/types.h>

@@ -1,6 +1,6 @@
 // HTTP/1.1 as far as a SOAP service needs it: one POST a connection, its length told beforehand.
-#ifndef SOAPWRAPPER_SIMULATOR_HTTP_H
-#define SOAPWRAPPER_SIMULATOR_HTTP_H
+#ifndef SOAPWRAPPER_SIMULATOR_FRONT_HTTP_H
+#define SOAPWRAPPER_SIMULATOR_FRONT_HTTP_H
 
 #include <cstddef>
 #include <string>

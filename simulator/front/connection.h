@@ -1,11 +1,11 @@
 // One client: its handshake, its request, the answer, the goodbye. Driven by a loop that calls it when its
 // socket is ready; it never blocks.
-#ifndef SOAPWRAPPER_SIMULATOR_CONNECTION_H
-#define SOAPWRAPPER_SIMULATOR_CONNECTION_H
+#ifndef SOAPWRAPPER_SIMULATOR_FRONT_CONNECTION_H
+#define SOAPWRAPPER_SIMULATOR_FRONT_CONNECTION_H
 
-#include "simulator/http.h"
-#include "simulator/limits.h"
-#include "simulator/stream.h"
+#include "simulator/front/http.h"
+#include "simulator/front/limits.h"
+#include "simulator/front/stream.h"
 
 #include <cstddef>
 #include <string>

@@ -1,6 +1,6 @@
-#include "simulator/address.h"
+#include "simulator/front/address.h"
 
-#include "simulator/descriptor.h"
+#include "simulator/front/descriptor.h"
 
 #include <netdb.h>
 #include <netinet/in.h>

@@ -1,10 +1,10 @@
-#include "simulator/server.h"
+#include "simulator/front/server.h"
 
-#include "simulator/address.h"
-#include "simulator/connection.h"
-#include "simulator/limits.h"
-#include "simulator/request_log.h"
-#include "simulator/worker_pool.h"
+#include "simulator/front/address.h"
+#include "simulator/front/connection.h"
+#include "simulator/front/limits.h"
+#include "simulator/front/request_log.h"
+#include "simulator/front/worker_pool.h"
 
 #include <poll.h>
 #include <sys/socket.h>
