@@ -8,7 +8,9 @@
 #include <openssl/ec.h>
 #include <openssl/x509v3.h>
 
+#include <fcntl.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <deque>
@@ -345,6 +347,20 @@ TEST(SimulatorStop, EitherSignalEndsItWithZero)
         EXPECT_EQ(simulator.stop(signal), 0) << simulator.errors();
         EXPECT_EQ(simulator.errors(), "");
     }
+}
+
+TEST(SimulatorStop, ALogThatNobodyReadsHoldsNeitherTheRequestsNorIt)
+{
+    int log[2];
+    ASSERT_EQ(pipe2(log, O_CLOEXEC), 0);
+    ASSERT_GT(fcntl(log[1], F_SETPIPE_SZ, 4096), 0);
+    SimulatorProcess simulator(SimulatorProcess::WithErrorsTo{log[1], {"-v"}});
+    close(log[1]);
+    for (int i = 0; i < 100; ++i) {
+        ASSERT_EQ(ask(simulator.http_port(), "getServerPropByName", kProperties).status, 200);
+    }
+    EXPECT_EQ(simulator.stop(SIGTERM), 0);
+    close(log[0]);
 }
 
 TEST(SimulatorStop, ASilentClientDoesNotHoldIt)

@@ -22,6 +22,13 @@ bool begins_with(const std::string& text, const std::string& head)
     return text.rfind(head, 0) == 0;
 }
 
+SimulatorProcess::Arguments on_drawn_ports(const SimulatorProcess::Arguments& more)
+{
+    SimulatorProcess::Arguments arguments = {"--http", "127.0.0.1:0", "--https", "127.0.0.1:0"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return arguments;
+}
+
 struct CloseFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
@@ -41,9 +48,12 @@ bool read_line(std::FILE* file, std::string& line)
 
 SimulatorProcess::SimulatorProcess(const Arguments& more)
 {
-    Arguments arguments = {"--http", "127.0.0.1:0", "--https", "127.0.0.1:0"};
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    start(arguments);
+    start(on_drawn_ports(more));
+}
+
+SimulatorProcess::SimulatorProcess(const WithErrorsTo& errors)
+{
+    start(on_drawn_ports(errors.more), errors.fd);
 }
 
 SimulatorProcess::SimulatorProcess(const Exactly& exactly)
@@ -59,7 +69,7 @@ SimulatorProcess::~SimulatorProcess()
     if (errors_) std::fclose(errors_);
 }
 
-void SimulatorProcess::start(const Arguments& arguments)
+void SimulatorProcess::start(const Arguments& arguments, int errors_fd)
 {
     std::vector<char*> argv;
     std::string program = SIMULATOR_PROGRAM;
@@ -74,7 +84,7 @@ void SimulatorProcess::start(const Arguments& arguments)
     pid_ = fork();
     if (pid_ == 0) {
         dup2(out[1], STDOUT_FILENO);
-        dup2(fileno(errors_), STDERR_FILENO);
+        dup2(errors_fd >= 0 ? errors_fd : fileno(errors_), STDERR_FILENO);
         close(out[0]);
         close(out[1]);
         execv(program.c_str(), argv.data());

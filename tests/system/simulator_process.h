@@ -20,6 +20,12 @@ class SimulatorProcess
         Arguments arguments;
     };
     explicit SimulatorProcess(const Exactly& exactly);
+    // With standard error in that descriptor, and errors() empty.
+    struct WithErrorsTo {
+        int fd;
+        Arguments more;
+    };
+    explicit SimulatorProcess(const WithErrorsTo& errors);
     // Expects it to end well.
     ~SimulatorProcess();
     SimulatorProcess(const SimulatorProcess&) = delete;
@@ -38,7 +44,7 @@ class SimulatorProcess
     std::string errors() const;
 
   private:
-    void start(const Arguments& arguments);
+    void start(const Arguments& arguments, int errors_fd = -1);
 
     pid_t pid_ = -1;
     int exit_code_ = 0;
