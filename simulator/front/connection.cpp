@@ -1,95 +1,195 @@
 #include "simulator/front/connection.h"
 
+#include "simulator/front/address.h"
 #include "simulator/front/http.h"
 #include "simulator/front/limits.h"
-#include "simulator/front/stream.h"
 
+#include <microhttpd.h>
 #include <poll.h>
+#include <strings.h>
+#include <sys/socket.h>
+#include <sys/types.h>
 
+#include <charconv>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {
+namespace
+{
 
-Connection::Connection(Stream stream, std::string client, const Limits& limits, Clock::time_point now)
-    : stream_(std::move(stream)), client_(std::move(client)), limits_(&limits),
-      deadline_(now + limits.for_request)
+constexpr std::size_t kStreamBlock = 16 * 1024;
+
+struct DestroyResponse {
+    void operator()(MHD_Response* response) const { MHD_destroy_response(response); }
+};
+using Response = std::unique_ptr<MHD_Response, DestroyResponse>;
+
+int fd_of(MHD_Connection* connection)
+{
+    return MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
+}
+
+const char* field_of(MHD_Connection* connection, const char* name)
+{
+    return MHD_lookup_connection_value(connection, MHD_HEADER_KIND, name);
+}
+
+// The library takes the first of several lengths for the right one.
+bool has_several_lengths(MHD_Connection* connection)
+{
+    int lengths = 0;
+    MHD_get_connection_values(
+        connection, MHD_HEADER_KIND,
+        [](void* count, MHD_ValueKind, const char* name, const char*) {
+            if (strcasecmp(name, MHD_HTTP_HEADER_CONTENT_LENGTH) == 0) ++*static_cast<int*>(count);
+            return MHD_YES;
+        },
+        &lengths);
+    return lengths > 1;
+}
+
+// An HTTP status, or 0 if all is well.
+int judge_head(MHD_Connection* connection, std::string_view method, std::string_view version)
+{
+    const MHD_ConnectionInfo* info =
+        MHD_get_connection_info(connection, MHD_CONNECTION_INFO_REQUEST_HEADER_SIZE);
+    if (info->header_size > kMaxHead) return MHD_HTTP_REQUEST_HEADER_FIELDS_TOO_LARGE;
+    if (version.substr(0, 7) != "HTTP/1." || has_several_lengths(connection)) return MHD_HTTP_BAD_REQUEST;
+    if (field_of(connection, MHD_HTTP_HEADER_TRANSFER_ENCODING)) return MHD_HTTP_LENGTH_REQUIRED;
+    const char* encoding = field_of(connection, MHD_HTTP_HEADER_CONTENT_ENCODING);
+    if (encoding && strcasecmp(encoding, "identity") != 0) return MHD_HTTP_UNSUPPORTED_MEDIA_TYPE;
+    const char* length = field_of(connection, MHD_HTTP_HEADER_CONTENT_LENGTH);
+    if (!length) return method == MHD_HTTP_METHOD_POST ? MHD_HTTP_LENGTH_REQUIRED : 0;
+    std::size_t number = 0; // the library lets digits pass only
+    std::from_chars(length, length + std::strlen(length), number);
+    return number > kMaxBody ? MHD_HTTP_CONTENT_TOO_LARGE : 0;
+}
+
+} // namespace
+
+Connection::Connection(Id id, MHD_Connection* carried, bool is_tls, const Limits& limits, int wake_fd)
+    : id_(id), carried_(carried), fd_(fd_of(carried)), client_(to_string(address_of(fd_, true))),
+      is_tls_(is_tls), limits_(limits), wake_fd_(wake_fd), deadline_(Clock::now() + limits.for_request)
 {
 }
 
-short Connection::events() const
+Connection::~Connection()
 {
-    if (stage_ == Stage::kHasRequest || stage_ == Stage::kServing) return 0;
-    return wanted_ == Stream::Result::kWantsWrite ? POLLOUT : POLLIN;
+    if (answer_.stream) answer_.stream->close();
 }
 
-void Connection::advance(Clock::time_point now)
+MHD_Result Connection::take_head(const std::vector<Route>& routes, const char* method, const char* path,
+                                 const char* version)
 {
-    if (stage_ == Stage::kHandshake) shake_hands();
-    if (stage_ == Stage::kReading) read();
-    if (stage_ == Stage::kReading && reader_.refusal() != 0) answer(http_refusal(reader_.refusal()), now);
-    if (stage_ == Stage::kWriting) write(now);
-    if (stage_ == Stage::kGoodbye && stream_.discard() == Stream::Result::kEnded) stage_ = Stage::kGone;
+    request_.method = method;
+    request_.path = path;
+    const Choice choice = choose_route(routes, request_.method, request_.path);
+    route_ = choice.route;
+    const int status = judge_head(carried_, method, version);
+    if (status == MHD_HTTP_BAD_REQUEST || (route_ && status != 0)) return refuse(refusal(status));
+    return route_ ? MHD_YES : refuse(choice.refused);
 }
 
-std::string Connection::take_request()
+MHD_Result Connection::take_body(const char* data, std::size_t size)
+{
+    request_.body.append(data, size);
+    return MHD_YES;
+}
+
+Request Connection::take_request()
+{
+    Request request = std::move(request_);
+    request.client = client_;
+    request.is_tls = is_tls_;
+    return request;
+}
+
+void Connection::wait_for_answer()
 {
     stage_ = Stage::kServing;
-    deadline_ = Clock::time_point::max();
-    return reader_.take_body();
+    MHD_suspend_connection(carried_);
 }
 
-void Connection::answer(std::string bytes, Clock::time_point now)
+void Connection::answer(Answer answer)
 {
-    out_ = std::move(bytes);
-    stage_ = Stage::kWriting;
-    deadline_ = now + limits_->for_answer;
+    answer_ = std::move(answer);
+    stage_ = Stage::kAnswering;
+    deadline_ = Clock::now() + limits_.for_answer;
+    MHD_resume_connection(carried_);
 }
 
-void Connection::shake_hands()
+MHD_Result Connection::give_answer()
 {
-    wanted_ = stream_.handshake();
-    if (wanted_ == Stream::Result::kEnded) stage_ = Stage::kGone;
-    if (wanted_ == Stream::Result::kDone) stage_ = Stage::kReading;
+    return stage_ == Stage::kAnswering ? queue(std::move(answer_)) : MHD_NO;
 }
 
-void Connection::read()
+// The library has no way to drop a client of its own accord, but sees that its socket has ended.
+void Connection::drop()
 {
-    char buffer[16 * 1024];
-    for (;;) {
-        std::size_t count = 0;
-        wanted_ = stream_.read(buffer, sizeof buffer, count);
-        if (wanted_ == Stream::Result::kEnded) stage_ = Stage::kGone;
-        if (wanted_ != Stream::Result::kDone) return;
+    shutdown(fd_, SHUT_RDWR);
+    if (stage_ == Stage::kServing) MHD_resume_connection(carried_);
+    if (answer_.stream) answer_.stream->close();
+    stage_ = Stage::kDropped;
+}
 
-        const RequestReader::Progress progress = reader_.add({buffer, count});
-        if (progress == RequestReader::Progress::kRefused) return;
-        if (progress == RequestReader::Progress::kComplete) {
-            had_request_ = true;
-            stage_ = Stage::kHasRequest;
-            return;
-        }
-        // So few bytes into a buffer that nothing has been put into yet: they fit.
-        if (reader_.take_expectation()) stream_.write(kContinue, count);
+int Connection::events_to_watch() const
+{
+    if (stage_ == Stage::kServing) return 0; // a client that only sends no more still waits for its answer
+    return stage_ == Stage::kAnswering && answer_.stream && answer_.stream->is_waiting() ? POLLRDHUP : -1;
+}
+
+Clock::time_point Connection::deadline() const
+{
+    const bool has_time = stage_ == Stage::kServing || stage_ == Stage::kDropped ||
+                          (answer_.stream && answer_.stream->is_waiting());
+    return has_time ? Clock::time_point::max() : deadline_;
+}
+
+MHD_Result Connection::refuse(const Answer& refusal)
+{
+    refused_with_ = refusal.status;
+    stage_ = Stage::kAnswering;
+    deadline_ = Clock::now() + limits_.for_answer;
+    return queue(refusal);
+}
+
+MHD_Result Connection::queue(Answer answer)
+{
+    Response response;
+    if (answer.stream) {
+        answer_.stream = answer.stream;
+        response.reset(
+            MHD_create_response_from_callback(MHD_SIZE_UNKNOWN, kStreamBlock, read_stream, this, nullptr));
+    } else {
+        auto body = std::make_unique<std::string>(std::move(answer.body));
+        response.reset(MHD_create_response_from_buffer_with_free_callback_cls(
+            body->size(), body->data(), [](void* text) { delete static_cast<std::string*>(text); },
+            body.get()));
+        if (response) body.release();
     }
+    if (!response) return MHD_NO;
+    answer.fields.emplace_back(MHD_HTTP_HEADER_SERVER, "soapwrapper-sim");
+    answer.fields.emplace_back(MHD_HTTP_HEADER_CONTENT_TYPE, answer.content_type);
+    answer.fields.emplace_back(MHD_HTTP_HEADER_CONNECTION, "close");
+    for (const auto& [name, value] : answer.fields) {
+        MHD_add_response_header(response.get(), name.c_str(), value.c_str());
+    }
+    return MHD_queue_response(carried_, static_cast<unsigned>(answer.status), response.get());
 }
 
-void Connection::write(Clock::time_point now)
+ssize_t Connection::read_stream(void* self, std::uint64_t, char* buffer, std::size_t size)
 {
-    while (sent_ < out_.size()) {
-        std::size_t count = 0;
-        wanted_ = stream_.write(std::string_view(out_).substr(sent_), count);
-        if (wanted_ == Stream::Result::kEnded) stage_ = Stage::kGone;
-        if (wanted_ != Stream::Result::kDone) return;
-        sent_ += count;
-    }
-    // Closed with unread bytes behind it, the connection would be reset and the answer with it.
-    stream_.end_writing();
-    stage_ = Stage::kGoodbye;
-    wanted_ = Stream::Result::kWantsRead;
-    deadline_ = now + limits_->for_goodbye;
+    Connection& connection = *static_cast<Connection*>(self);
+    connection.deadline_ = Clock::now() + connection.limits_.for_answer;
+    return connection.answer_.stream->read(connection.carried_, connection.wake_fd_, buffer, size);
 }
 
 } // namespace soapwrapper::simulator

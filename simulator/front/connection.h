@@ -1,14 +1,18 @@
-// One client: its handshake, its request, the answer, the goodbye. Driven by a loop that calls it when its
-// socket is ready; it never blocks.
+// One client as the HTTP library carries it: its request, its answer, and how long each may take.
 #ifndef SOAPWRAPPER_SIMULATOR_FRONT_CONNECTION_H
 #define SOAPWRAPPER_SIMULATOR_FRONT_CONNECTION_H
 
 #include "simulator/front/http.h"
 #include "simulator/front/limits.h"
-#include "simulator/front/stream.h"
+
+#include <microhttpd.h>
+#include <sys/types.h>
 
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <string>
+#include <vector>
 
 namespace soapwrapper::simulator
 {
@@ -16,55 +20,68 @@ namespace soapwrapper::simulator
 class Connection
 {
   public:
+    using Id = std::uint64_t;
     enum class Stage {
-        kHandshake,
         kReading,
-        kHasRequest, // wholly here; waits to be taken
-        kServing,    // taken; waits for answer()
-        kWriting,
-        kGoodbye,
-        kGone
+        kServing,   // the request is whole; the library leaves the client alone until answer()
+        kAnswering, // from answer() on, or since the request was refused
+        kDropped
     };
 
-    // `limits` must outlive the connection.
-    Connection(Stream stream, std::string client, const Limits& limits, Clock::time_point now);
+    // `limits` must outlive the connection. The event descriptor wakes who runs the library.
+    Connection(Id id, MHD_Connection* carried, bool is_tls, const Limits& limits, int wake_fd);
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
 
-    Stage stage() const { return stage_; }
-    int fd() const { return stream_.fd(); }
-    bool is_tls() const { return stream_.is_tls(); }
+    Id id() const { return id_; }
+    int fd() const { return fd_; }
+    bool is_tls() const { return is_tls_; }
     const std::string& client() const { return client_; }
-    // Whether the request came, or was answered without being served.
-    bool had_request() const { return had_request_ || refusal() != 0; }
-    // The HTTP status of such an answer, or 0.
-    int refusal() const { return reader_.refusal(); }
+    Stage stage() const { return stage_; }
+    // The HTTP status of a request that was answered without being served, or 0.
+    int refused_with() const { return refused_with_; }
 
-    // What to poll for.
-    short events() const;
-    // Goes as far as it can.
-    void advance(Clock::time_point now);
+    // What the library brings.
+    MHD_Result take_head(const std::vector<Route>& routes, const char* method, const char* path,
+                         const char* version);
+    MHD_Result take_body(const char* data, std::size_t size);
 
-    std::string take_request();
-    void answer(std::string bytes, Clock::time_point now);
-    void abandon() { stage_ = Stage::kGone; }
+    // Once the request is whole: who is to serve it, and itself, given away.
+    const Handler& handler() const { return route_->handler; }
+    Request take_request();
+    void wait_for_answer();
+    void answer(Answer answer);
+    // What the library asks for, once it goes on.
+    MHD_Result give_answer();
 
-    // Never, while the request is being served.
-    Clock::time_point deadline() const { return deadline_; }
+    // Ends the connection as soon as the library runs again.
+    void drop();
+
+    // What to poll for while the library doesn't, to see that the client has gone; -1 if the library does.
+    int events_to_watch() const;
+    bool has_stream() const { return answer_.stream != nullptr; }
+    // Never, while the request is being served or a stream has nothing to send.
+    Clock::time_point deadline() const;
 
   private:
-    void shake_hands();
-    void read();
-    void write(Clock::time_point now);
+    MHD_Result refuse(const Answer& refusal);
+    MHD_Result queue(Answer answer);
+    static ssize_t read_stream(void* self, std::uint64_t position, char* buffer, std::size_t size);
 
-    Stream stream_;
-    std::string client_;
-    const Limits* limits_;
-    Stage stage_ = Stage::kHandshake;
-    Stream::Result wanted_ = Stream::Result::kWantsRead;
+    const Id id_;
+    MHD_Connection* const carried_;
+    const int fd_;
+    const std::string client_;
+    const bool is_tls_;
+    const Limits& limits_;
+    const int wake_fd_;
+    Stage stage_ = Stage::kReading;
     Clock::time_point deadline_;
-    RequestReader reader_;
-    bool had_request_ = false;
-    std::string out_;
-    std::size_t sent_ = 0;
+    Request request_;
+    const Route* route_ = nullptr;
+    int refused_with_ = 0;
+    Answer answer_; // until it is given to the library; its stream for good
 };
 
 } // namespace soapwrapper::simulator

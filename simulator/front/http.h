@@ -1,53 +1,52 @@
-// HTTP/1.1 as far as a SOAP service needs it: one POST a connection, its length told beforehand.
+// A request and its answer, as the front hands them to those who serve.
 #ifndef SOAPWRAPPER_SIMULATOR_FRONT_HTTP_H
 #define SOAPWRAPPER_SIMULATOR_FRONT_HTTP_H
 
-#include <cstddef>
+#include "simulator/front/answer_stream.h"
+
+#include <functional>
+#include <memory>
 #include <string>
-#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {
 
-constexpr std::size_t kMaxHead = 16 * 1024;
-constexpr std::size_t kMaxBody = 1024 * 1024;
-
-// Collects a request as its bytes come in.
-class RequestReader
-{
-  public:
-    enum class Progress { kIncomplete, kComplete, kRefused };
-
-    Progress add(std::string_view bytes);
-
-    // Once refused: the HTTP status to answer with.
-    int refusal() const { return refusal_; }
-    // Whether the client waits for a word before it sends the body; true once.
-    bool take_expectation();
-    // Once complete: the body, given away.
-    std::string take_body();
-
-  private:
-    Progress refuse(int status);
-    // Both return an HTTP status, or 0 if all is well.
-    int judge_head(std::string_view head);
-    int judge_field(std::string_view line);
-
-    std::string received_; // the head as it grows, then the body alone
-    bool has_head_ = false;
-    bool has_length_ = false;
-    bool expects_continue_ = false;
-    std::size_t length_ = 0;
-    int refusal_ = 0;
+struct Request {
+    std::string method;
+    std::string path;
+    std::string body;
+    std::string client;
+    bool is_tls = false;
 };
 
-// A whole response, which ends the connection.
-std::string http_response(int status, std::string_view content_type, std::string_view body);
-// A response that says no more than its status.
-std::string http_refusal(int status);
+struct Answer {
+    int status = 200;
+    std::string content_type;
+    std::string body;
+    std::vector<std::pair<std::string, std::string>> fields; // more of the head
+    std::shared_ptr<AnswerStream> stream; // if there is one, what is appended to it is the body
+};
 
-// The word to a client that waits for one.
-extern const std::string_view kContinue;
+// Called by several threads at once. Must not throw.
+using Handler = std::function<Answer(const Request&)>;
+
+struct Route {
+    std::string method;
+    std::string path; // empty: whatever no other route has
+    Handler handler;
+};
+
+// An answer that says no more than its status.
+Answer refusal(int status);
+
+// The route that a request takes, or the answer if there is none.
+struct Choice {
+    const Route* route = nullptr;
+    Answer refused;
+};
+Choice choose_route(const std::vector<Route>& routes, const std::string& method, const std::string& path);
 
 } // namespace soapwrapper::simulator
 

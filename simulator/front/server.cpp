@@ -1,21 +1,22 @@
 #include "simulator/front/server.h"
 
-#include "simulator/front/address.h"
 #include "simulator/front/connection.h"
+#include "simulator/front/entrance.h"
+#include "simulator/front/http.h"
 #include "simulator/front/limits.h"
 #include "simulator/front/request_log.h"
 #include "simulator/front/worker_pool.h"
 
+#include <microhttpd.h>
 #include <poll.h>
-#include <sys/socket.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <functional>
-#include <iterator>
 #include <limits>
 #include <string>
 #include <utility>
@@ -27,52 +28,135 @@ namespace
 {
 
 constexpr char kNoOperation[] = "-";
+// In what is polled: first the stop and the workers, then two for each entrance, the clients that are watched
+// last.
+constexpr int kFirstEntrance = 2;
 
 bool lacks_resources(int error)
 {
     return error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM;
 }
 
-} // namespace
-
-Server::Server(std::vector<Listener> listeners, unsigned threads, Handler handler, RequestLog& log,
-               int stop_fd, std::function<void()> on_stop, const Limits& limits)
-    : listeners_(std::move(listeners)), log_(log), stop_fd_(stop_fd), on_stop_(std::move(on_stop)),
-      limits_(limits), workers_(threads, std::move(handler))
+bool is_reading(const Connection& connection)
 {
+    return connection.stage() == Connection::Stage::kReading;
 }
 
-void Server::run()
+} // namespace
+
+Server::Server(std::vector<Listener> listeners, std::vector<Route> routes, unsigned threads, RequestLog& log,
+               int stop_fd, std::function<void()> on_stop, const Limits& limits)
+    : routes_(std::move(routes)), log_(log), stop_fd_(stop_fd), on_stop_(std::move(on_stop)), limits_(limits),
+      workers_(threads)
+{
+    for (Listener& listener : listeners) {
+        entrances_.emplace_back(std::move(listener), EntranceCalls{on_request, on_connection, this},
+                                limits_.connections);
+    }
+}
+
+Server::~Server()
+{
+    drop_all();
+    entrances_.clear(); // each tells what it closes
+}
+
+bool Server::run()
 {
     while (!stopping_ || (!connections_.empty() && Clock::now() < stop_deadline_)) poll_once();
-    connections_.clear();
+    drop_all();
+    return workers_.end(stop_deadline_);
+}
+
+MHD_Result Server::on_request(void* self, MHD_Connection* carried, const char* path, const char* method,
+                              const char* version, const char* data, std::size_t* size, void** begun)
+{
+    Server& server = *static_cast<Server*>(self);
+    auto& connection = *static_cast<Connection*>(
+        MHD_get_connection_info(carried, MHD_CONNECTION_INFO_SOCKET_CONTEXT)->socket_context);
+    try {
+        if (!std::exchange(*begun, &connection)) {
+            return server.take_head(connection, path, method, version);
+        }
+        if (const std::size_t count = std::exchange(*size, 0)) return connection.take_body(data, count);
+        return is_reading(connection) ? server.take_end(connection) : connection.give_answer();
+    } catch (const std::exception&) { // memory ran out
+        return MHD_NO;
+    }
+}
+
+void Server::on_connection(void* self, MHD_Connection* carried, void** context,
+                           MHD_ConnectionNotificationCode code) noexcept
+{
+    Server& server = *static_cast<Server*>(self);
+    if (code == MHD_CONNECTION_NOTIFY_STARTED) {
+        const Id id = server.next_id_++;
+        const auto [place, is_new] = server.connections_.try_emplace(
+            id, id, carried, server.accepting_->is_tls(), server.limits_, server.workers_.reply_fd());
+        *context = &place->second;
+    } else {
+        server.closed(*static_cast<const Connection*>(*context));
+    }
+}
+
+MHD_Result Server::take_head(Connection& connection, const char* path, const char* method,
+                             const char* version)
+{
+    const MHD_Result result = connection.take_head(routes_, method, path, version);
+    const int status = connection.refused_with();
+    if (status != 0) note(connection, "refused with HTTP status " + std::to_string(status));
+    return result;
+}
+
+MHD_Result Server::take_end(Connection& connection)
+{
+    workers_.submit(connection.id(), connection.handler(), connection.take_request());
+    connection.wait_for_answer();
+    return MHD_YES;
+}
+
+void Server::closed(const Connection& connection)
+{
+    if (is_reading(connection)) note(connection, "closed without a whole request");
+    workers_.forget(connection.id());
+    connections_.erase(connection.id());
 }
 
 void Server::poll_once()
 {
+    poll_all();
+    drop_vanished();
+    deliver_replies();
+    for (Entrance& entrance : entrances_) entrance.run();
+    sweep();
+    auto polled = polled_.begin() + kFirstEntrance;
+    for (Entrance& entrance : entrances_) {
+        if (polled[1].revents != 0) accept_from(entrance);
+        polled += 2;
+    }
+    if (polled_[0].revents != 0) begin_stop();
+}
+
+void Server::poll_all()
+{
     polled_.clear();
+    watched_.clear();
     polled_.push_back({stopping_ ? -1 : stop_fd_, POLLIN, 0});
     polled_.push_back({workers_.reply_fd(), POLLIN, 0});
     const bool accepting = can_accept();
-    for (const Listener& listener : listeners_) {
-        polled_.push_back({accepting ? listener.socket.get() : -1, POLLIN, 0});
+    for (const Entrance& entrance : entrances_) {
+        polled_.push_back({entrance.fd(), POLLIN, 0});
+        polled_.push_back({accepting ? entrance.listening_fd() : -1, POLLIN, 0});
     }
-    const std::size_t first_connection = polled_.size();
     for (const auto& [id, connection] : connections_) {
-        polled_.push_back({connection.fd(), connection.events(), 0});
+        const int events = connection.events_to_watch();
+        if (events < 0) continue;
+        polled_.push_back({connection.fd(), static_cast<short>(events), 0});
+        watched_.push_back(id);
     }
     if (poll(polled_.data(), polled_.size(), time_to_wait()) < 0) {
         for (pollfd& each : polled_) each.revents = 0;
     }
-
-    auto happened = polled_.begin() + static_cast<std::ptrdiff_t>(first_connection);
-    for (auto& [id, connection] : connections_) tend(id, connection, (happened++)->revents);
-    deliver_replies();
-    sweep();
-    for (std::size_t i = 0; i < listeners_.size(); ++i) {
-        if (polled_[2 + i].revents != 0) accept_from(listeners_[i]);
-    }
-    if (polled_[0].revents != 0) begin_stop();
 }
 
 int Server::time_to_wait() const
@@ -81,22 +165,21 @@ int Server::time_to_wait() const
     Clock::time_point next = stop_deadline_;
     if (accept_again_ > now) next = std::min(next, accept_again_);
     for (const auto& [id, connection] : connections_) next = std::min(next, connection.deadline());
+    for (const Entrance& entrance : entrances_) {
+        if (const auto wait = entrance.time_to_wait()) next = std::min(next, now + *wait);
+    }
     if (next == Clock::time_point::max()) return -1;
     // Rounded up, so that what is due is due when poll returns.
     const auto wait = std::chrono::ceil<std::chrono::milliseconds>(next - now).count();
     return static_cast<int>(std::clamp<std::int64_t>(wait, 0, std::numeric_limits<int>::max()));
 }
 
-void Server::tend(Id id, Connection& connection, short happened)
+// Nobody is left to answer.
+void Server::drop_vanished()
 {
-    if (happened == 0) return;
-    if (connection.stage() == Connection::Stage::kServing) {
-        connection.abandon(); // nobody is left to answer
-        return;
-    }
-    connection.advance(Clock::now());
-    if (connection.stage() == Connection::Stage::kHasRequest) {
-        workers_.submit(id, {connection.take_request(), connection.client(), connection.is_tls()});
+    auto polled = polled_.end() - static_cast<std::ptrdiff_t>(watched_.size());
+    for (const Id id : watched_) {
+        if ((polled++)->revents != 0) connections_.at(id).drop();
     }
 }
 
@@ -104,61 +187,57 @@ void Server::deliver_replies()
 {
     for (WorkerPool::Reply& reply : workers_.take_replies()) {
         const auto found = connections_.find(reply.id);
-        if (found == connections_.end() || found->second.stage() != Connection::Stage::kServing) continue;
-        const Clock::time_point now = Clock::now();
-        found->second.answer(std::move(reply.response), now);
-        found->second.advance(now);
+        if (found != connections_.end() && found->second.stage() == Connection::Stage::kServing) {
+            found->second.answer(std::move(reply.answer));
+        } else if (reply.answer.stream) {
+            reply.answer.stream->close();
+        }
     }
 }
 
 void Server::sweep()
 {
     const Clock::time_point now = Clock::now();
-    for (auto each = connections_.begin(); each != connections_.end();) {
-        const Connection& connection = each->second;
-        const bool gone = connection.stage() == Connection::Stage::kGone;
-        if (!gone && connection.deadline() > now) {
-            ++each;
-            continue;
-        }
-        if (connection.refusal() != 0) {
-            note(connection, "refused with HTTP status " + std::to_string(connection.refusal()));
-        } else if (!connection.had_request()) {
-            note(connection, gone ? "closed without a whole request" : "dropped, the request took too long");
-        }
-        each = connections_.erase(each);
+    for (auto& [id, connection] : connections_) {
+        if (connection.deadline() > now) continue;
+        if (is_reading(connection)) note(connection, "dropped, the request took too long");
+        connection.drop();
     }
 }
 
-void Server::accept_from(const Listener& listener)
+void Server::accept_from(Entrance& entrance)
 {
     if (!can_accept()) return;
-    Descriptor socket(accept4(listener.socket.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
-    if (!socket.valid()) {
-        if (lacks_resources(errno) && !make_room()) accept_again_ = Clock::now() + std::chrono::seconds(1);
+    if (connections_.size() >= limits_.connections) {
+        make_room();
         return;
     }
-    if (connections_.size() >= limits_.connections) make_room();
-    std::string client = to_string(address_of(socket.get(), true));
-    connections_.emplace(next_id_++, Connection(Stream(std::move(socket), listener.tls), std::move(client),
-                                                limits_, Clock::now()));
+    accepting_ = &entrance;
+    if (!entrance.accept() && lacks_resources(errno) && !make_room()) {
+        accept_again_ = Clock::now() + std::chrono::seconds(1);
+    }
 }
 
 bool Server::can_accept() const
 {
     if (accept_again_ > Clock::now()) return false;
-    return connections_.size() < limits_.connections ||
-           std::any_of(connections_.begin(), connections_.end(),
-                       [](const auto& each) { return !each.second.had_request(); });
+    if (connections_.size() < limits_.connections) return true;
+    const auto is_dropped = [](const auto& each) {
+        return each.second.stage() == Connection::Stage::kDropped;
+    };
+    const auto can_be_dropped = [](const auto& each) { return is_reading(each.second); };
+    return std::none_of(connections_.begin(), connections_.end(), is_dropped) &&
+           std::any_of(connections_.begin(), connections_.end(), can_be_dropped);
 }
 
+// The place is free once the library has run.
 bool Server::make_room()
 {
     const auto oldest = std::find_if(connections_.begin(), connections_.end(),
-                                     [](const auto& each) { return !each.second.had_request(); });
+                                     [](const auto& each) { return is_reading(each.second); });
     if (oldest == connections_.end()) return false;
     note(oldest->second, "dropped to make room, the request was not complete");
-    connections_.erase(oldest);
+    oldest->second.drop();
     return true;
 }
 
@@ -166,11 +245,17 @@ void Server::begin_stop()
 {
     stopping_ = true;
     stop_deadline_ = Clock::now() + limits_.for_stop;
-    listeners_.clear();
-    for (auto each = connections_.begin(); each != connections_.end();) {
-        each = each->second.had_request() ? std::next(each) : connections_.erase(each);
+    for (Entrance& entrance : entrances_) entrance.close();
+    for (auto& [id, connection] : connections_) {
+        if (is_reading(connection) || connection.has_stream()) connection.drop();
     }
     on_stop_();
+}
+
+void Server::drop_all()
+{
+    for (auto& [id, connection] : connections_) connection.drop();
+    for (Entrance& entrance : entrances_) entrance.run();
 }
 
 void Server::note(const Connection& connection, const std::string& outcome)

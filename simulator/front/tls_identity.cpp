@@ -2,9 +2,10 @@
 
 #include <arpa/inet.h>
 #include <openssl/asn1.h>
+#include <openssl/bio.h>
 #include <openssl/bn.h>
 #include <openssl/evp.h>
-#include <openssl/ssl.h>
+#include <openssl/pem.h>
 #include <openssl/types.h>
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
@@ -79,25 +80,27 @@ Certificate make_certificate(EVP_PKEY* key, const std::string& host)
     return certificate;
 }
 
+template <class Write>
+std::string pem_of(const Write& write)
+{
+    const std::unique_ptr<BIO, decltype(&BIO_free_all)> memory(BIO_new(BIO_s_mem()), BIO_free_all);
+    require(memory && write(memory.get()) == 1, "text");
+    char* text = nullptr;
+    const long size = BIO_get_mem_data(memory.get(), &text);
+    return {text, static_cast<std::size_t>(size)};
+}
+
 } // namespace
 
-TlsContext make_tls_identity(const std::string& host)
+TlsIdentity make_tls_identity(const std::string& host)
 {
     const Key key(EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256"), EVP_PKEY_free);
     require(key != nullptr, "key");
     const Certificate certificate = make_certificate(key.get(), host);
-
-    TlsContext context(SSL_CTX_new(TLS_server_method()));
-    require(context && SSL_CTX_use_certificate(context.get(), certificate.get()) == 1 &&
-                SSL_CTX_use_PrivateKey(context.get(), key.get()) == 1,
-            "context");
-    SSL_CTX_set_min_proto_version(context.get(), TLS1_2_VERSION);
-    // One connection a request: nothing is resumed, and nothing changes in mid-connection.
-    SSL_CTX_set_session_cache_mode(context.get(), SSL_SESS_CACHE_OFF);
-    SSL_CTX_set_options(context.get(), SSL_OP_NO_TICKET | SSL_OP_NO_RENEGOTIATION);
-    SSL_CTX_set_num_tickets(context.get(), 0);
-    SSL_CTX_set_mode(context.get(), SSL_MODE_ENABLE_PARTIAL_WRITE | SSL_MODE_ACCEPT_MOVING_WRITE_BUFFER);
-    return context;
+    return {pem_of([&](BIO* bio) { return PEM_write_bio_X509(bio, certificate.get()); }),
+            pem_of([&](BIO* bio) {
+                return PEM_write_bio_PrivateKey(bio, key.get(), nullptr, nullptr, 0, nullptr, nullptr);
+            })};
 }
 
 } // namespace soapwrapper::simulator

@@ -2,23 +2,20 @@
 #ifndef SOAPWRAPPER_SIMULATOR_FRONT_TLS_IDENTITY_H
 #define SOAPWRAPPER_SIMULATOR_FRONT_TLS_IDENTITY_H
 
-#include <openssl/ssl.h>
-#include <openssl/types.h>
-
-#include <memory>
 #include <string>
 
 namespace soapwrapper::simulator
 {
 
-struct FreeTlsContext {
-    void operator()(SSL_CTX* context) const { SSL_CTX_free(context); }
+// In PEM.
+struct TlsIdentity {
+    std::string certificate;
+    std::string key;
 };
-using TlsContext = std::unique_ptr<SSL_CTX, FreeTlsContext>;
 
-// A server's context with a fresh key on P-256 and a certificate, signed by itself, for the host and for the
-// names of the loopback. Throws a std::runtime_error.
-TlsContext make_tls_identity(const std::string& host);
+// A fresh key on P-256 and a certificate, signed by itself, for the host and for the names of the loopback.
+// Throws a std::runtime_error.
+TlsIdentity make_tls_identity(const std::string& host);
 
 } // namespace soapwrapper::simulator
 

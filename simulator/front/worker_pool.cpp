@@ -2,6 +2,10 @@
 
 #include <sys/eventfd.h>
 
+#include "simulator/front/http.h"
+#include "simulator/front/limits.h"
+
+#include <algorithm>
 #include <cerrno>
 #include <mutex>
 #include <string>
@@ -13,8 +17,7 @@
 namespace soapwrapper::simulator
 {
 
-WorkerPool::WorkerPool(unsigned threads, Handler handler)
-    : handler_(std::move(handler)), reply_event_(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
+WorkerPool::WorkerPool(unsigned threads) : reply_event_(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
 {
     if (!reply_event_.valid()) throw std::system_error(errno, std::generic_category(), "no event descriptor");
     for (unsigned i = 0; i < threads; ++i) threads_.emplace_back([this] { work(); });
@@ -22,21 +25,23 @@ WorkerPool::WorkerPool(unsigned threads, Handler handler)
 
 WorkerPool::~WorkerPool()
 {
-    {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        ending_ = true;
-    }
-    changed_.notify_all();
+    end(Clock::now());
     for (std::thread& thread : threads_) thread.join();
 }
 
-void WorkerPool::submit(Id id, Request request)
+void WorkerPool::submit(Id id, const Handler& handler, Request request)
 {
-    {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        jobs_.push_back({id, std::move(request)});
-    }
+    const std::lock_guard<std::mutex> lock(mutex_);
+    jobs_.push_back({id, &handler, std::move(request)});
     changed_.notify_one();
+}
+
+void WorkerPool::forget(Id id)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const auto found =
+        std::find_if(jobs_.begin(), jobs_.end(), [id](const Job& job) { return job.id == id; });
+    if (found != jobs_.end()) jobs_.erase(found);
 }
 
 std::vector<WorkerPool::Reply> WorkerPool::take_replies()
@@ -47,6 +52,14 @@ std::vector<WorkerPool::Reply> WorkerPool::take_replies()
     return std::exchange(replies_, {});
 }
 
+bool WorkerPool::end(Clock::time_point deadline)
+{
+    std::unique_lock<std::mutex> lock(mutex_);
+    ending_ = true;
+    changed_.notify_all();
+    return changed_.wait_until(lock, deadline, [this] { return serving_ == 0; });
+}
+
 void WorkerPool::work()
 {
     std::unique_lock<std::mutex> lock(mutex_);
@@ -55,10 +68,13 @@ void WorkerPool::work()
         if (ending_) return;
         const Job job = std::move(jobs_.front());
         jobs_.pop_front();
+        ++serving_;
         lock.unlock();
-        std::string response = handler_(job.request);
+        Answer answer = (*job.handler)(job.request);
         lock.lock();
-        replies_.push_back({job.id, std::move(response)});
+        --serving_;
+        if (ending_) changed_.notify_all();
+        replies_.push_back({job.id, std::move(answer)});
         eventfd_write(reply_event_.get(), 1);
     }
 }

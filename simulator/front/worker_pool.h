@@ -3,27 +3,18 @@
 #define SOAPWRAPPER_SIMULATOR_FRONT_WORKER_POOL_H
 
 #include "simulator/front/descriptor.h"
+#include "simulator/front/http.h"
+#include "simulator/front/limits.h"
 
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
-#include <functional>
 #include <mutex>
-#include <string>
 #include <thread>
 #include <vector>
 
 namespace soapwrapper::simulator
 {
-
-struct Request {
-    std::string body;
-    std::string client;
-    bool is_tls = false;
-};
-
-// Returns a whole HTTP response. Called by several threads at once.
-using Handler = std::function<std::string(const Request&)>;
 
 class WorkerPool
 {
@@ -31,33 +22,39 @@ class WorkerPool
     using Id = std::uint64_t;
     struct Reply {
         Id id;
-        std::string response;
+        Answer answer;
     };
 
-    WorkerPool(unsigned threads, Handler handler);
+    explicit WorkerPool(unsigned threads);
     // Lets what is being served be finished, and drops what waits.
     ~WorkerPool();
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
 
-    void submit(Id id, Request request);
+    // The handler must outlive the pool.
+    void submit(Id id, const Handler& handler, Request request);
+    // Drops the request if it still waits.
+    void forget(Id id);
     // Readable when there are replies to take.
     int reply_fd() const { return reply_event_.get(); }
     std::vector<Reply> take_replies();
+    // Drops what waits. False if something is still being served at that time.
+    bool end(Clock::time_point deadline);
 
   private:
     struct Job {
         Id id;
+        const Handler* handler;
         Request request;
     };
 
     void work();
 
-    const Handler handler_;
     Descriptor reply_event_;
     std::mutex mutex_;
     std::condition_variable changed_;
     bool ending_ = false;
+    unsigned serving_ = 0;
     std::deque<Job> jobs_;
     std::vector<Reply> replies_;
     std::vector<std::thread> threads_;

@@ -1,7 +1,6 @@
 #include "simulator/service/service.h"
 
 #include "simulator/front/http.h"
-#include "simulator/front/worker_pool.h"
 #include "simulator/scenario/fault.h"
 #include "simulator/scenario/text.h"
 #include "simulator/service/call.h"
@@ -26,6 +25,7 @@
 #include <optional>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "soapwrapperPSVWSSoapBindingService.h"
 
@@ -110,7 +110,7 @@ std::string Service::outcome() const
 
 } // namespace
 
-std::string serve_request(const Backend& backend, const Request& request)
+Answer serve_request(const Backend& backend, const Request& request)
 {
     try {
         std::istringstream in(request.body);
@@ -120,16 +120,18 @@ std::string serve_request(const Backend& backend, const Request& request)
         service.os = &out;
         service.serve();
 
-        const std::string reply = out.str();
+        std::string reply = out.str();
         backend.log.line(request.is_tls, request.client, service.operation(), service.outcome());
-        if (reply.empty()) return http_refusal(400);
+        if (reply.empty()) return refusal(400);
         const bool is_soap_12 = service.version == 2;
-        return http_response(service.fault ? 500 : 200,
-                             is_soap_12 ? "application/soap+xml; charset=utf-8" : "text/xml; charset=utf-8",
-                             reply);
+        return {service.fault ? 500 : 200,
+                is_soap_12 ? "application/soap+xml; charset=utf-8" : "text/xml; charset=utf-8",
+                std::move(reply),
+                {},
+                nullptr};
     } catch (const std::exception& trouble) {
         backend.log.line(request.is_tls, request.client, "-", "failed, " + printable(trouble.what()));
-        return http_refusal(500);
+        return refusal(500);
     }
 }
 

@@ -1,13 +1,11 @@
-// The SOAP side: one request's body in, one HTTP response out.
+// The SOAP side: one request in, one answer out.
 #ifndef SOAPWRAPPER_SIMULATOR_SERVICE_SERVICE_H
 #define SOAPWRAPPER_SIMULATOR_SERVICE_SERVICE_H
 
+#include "simulator/front/http.h"
 #include "simulator/front/request_log.h"
-#include "simulator/front/worker_pool.h"
 #include "simulator/service/interference.h"
 #include "simulator/storage/model.h"
-
-#include <string>
 
 namespace soapwrapper::simulator
 {
@@ -20,7 +18,7 @@ struct Backend {
 };
 
 // Never throws; any thread may call.
-std::string serve_request(const Backend& backend, const Request& request);
+Answer serve_request(const Backend& backend, const Request& request);
 
 } // namespace soapwrapper::simulator
 

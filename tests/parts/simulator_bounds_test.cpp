@@ -104,10 +104,10 @@ class SimulatorKeeping : public testing::Test
     std::string ask(const std::string& operation, const std::string& content)
     {
         const std::string name = "n:" + operation;
-        return serve_request(backend_, {"<e:Envelope xmlns:e=\"http://schemas.xmlsoap.org/soap/envelope/\" "
-                                        "xmlns:n=\"" SERVICE_NAMESPACE "\"><e:Body><" +
-                                            name + ">" + content + "</" + name + "></e:Body></e:Envelope>",
-                                        "a client", false});
+        const std::string body = "<e:Envelope xmlns:e=\"http://schemas.xmlsoap.org/soap/envelope/\" "
+                                 "xmlns:n=\"" SERVICE_NAMESPACE "\"><e:Body><" +
+                                 name + ">" + content + "</" + name + "></e:Body></e:Envelope>";
+        return serve_request(backend_, {"POST", "/", body, "a client", false}).body;
     }
     std::string open_list()
     {

@@ -1,4 +1,3 @@
-#include "simulator/front/server.h"
 #include "simulator/options.h"
 #include "simulator/scenario/default_scenario.h"
 #include "simulator/scenario/fault_codes.h"
@@ -9,12 +8,7 @@
 
 #include <gmock/gmock.h>
 
-#include <netinet/in.h>
-#include <sys/eventfd.h>
-#include <sys/socket.h>
-
 #include <fstream>
-#include <future>
 #include <optional>
 #include <sstream>
 #include <thread>
@@ -162,113 +156,6 @@ TEST(SimulatorFaultCodes, EachStandsInTheDocumentWithItsName)
     for (const FaultCodeName& entry : kFaultCodeNames) {
         EXPECT_THAT(document, HasSubstr("| " + std::to_string(entry.code) + " | " + entry.name + " |"));
     }
-}
-
-// A server on a socket of the loopback, in a thread of its own.
-class RunningServer
-{
-  public:
-    RunningServer(const Limits& limits, Handler handler) : stop_(eventfd(0, EFD_CLOEXEC))
-    {
-        std::vector<Listener> listeners;
-        listeners.push_back({listen_on({"127.0.0.1", 0}), nullptr});
-        port_ = address_of(listeners.front().socket.get()).port;
-        server_.emplace(
-            std::move(listeners), 2, std::move(handler), log_, stop_.get(), [this] { told_ = true; }, limits);
-        thread_ = std::thread([this] { server_->run(); });
-    }
-    ~RunningServer()
-    {
-        eventfd_write(stop_.get(), 1);
-        thread_.join();
-        EXPECT_TRUE(told_);
-    }
-
-    Descriptor connect() const
-    {
-        Descriptor client(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(port_);
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        EXPECT_EQ(::connect(client.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-        return client;
-    }
-
-  private:
-    Descriptor stop_;
-    RequestLog log_{false};
-    std::uint16_t port_ = 0;
-    bool told_ = false;
-    std::optional<Server> server_;
-    std::thread thread_;
-};
-
-std::size_t bytes_until_the_end(const Descriptor& client)
-{
-    std::size_t total = 0;
-    char buffer[4096];
-    for (;;) {
-        const ssize_t got = recv(client.get(), buffer, sizeof buffer, 0);
-        if (got <= 0) return total;
-        total += static_cast<std::size_t>(got);
-    }
-}
-
-const std::string kEmptyPost = "POST / HTTP/1.1\r\nContent-Length: 0\r\n\r\n";
-
-TEST(SimulatorServer, AClientThatIsTooSlowWithItsRequestIsDropped)
-{
-    Limits limits;
-    limits.for_request = std::chrono::milliseconds(0);
-    const RunningServer server(limits, [](const Request&) { return std::string(); });
-    const Descriptor client = server.connect();
-    EXPECT_EQ(bytes_until_the_end(client), 0U);
-}
-
-TEST(SimulatorServer, AClientThatDoesNotTakeItsAnswerIsDropped)
-{
-    constexpr std::size_t kMoreThanSocketsHold = 64 * 1024 * 1024;
-    Limits limits;
-    limits.for_answer = std::chrono::milliseconds(0);
-    limits.for_stop = std::chrono::hours(1); // it isn't the stop that ends the answer
-    std::promise<void> asked;
-    std::optional<RunningServer> server;
-    server.emplace(limits, [&asked](const Request&) {
-        asked.set_value();
-        return std::string(kMoreThanSocketsHold, 'x');
-    });
-    const Descriptor client = server->connect();
-    ASSERT_EQ(send(client.get(), kEmptyPost.data(), kEmptyPost.size(), MSG_NOSIGNAL),
-              static_cast<ssize_t>(kEmptyPost.size()));
-    asked.get_future().wait();
-    server.reset(); // which waits for what is under way: a client that took it now would be another test
-    EXPECT_LT(bytes_until_the_end(client), kMoreThanSocketsHold);
-}
-
-TEST(SimulatorServer, ALargeAnswerArrivesWholeAndThenTheStreamEnds)
-{
-    constexpr std::size_t kLarge = 16 * 1024 * 1024;
-    Limits limits;
-    limits.for_goodbye = std::chrono::hours(1); // it isn't the deadline that ends the stream
-    const RunningServer server(limits, [](const Request&) { return std::string(kLarge, 'x'); });
-    const Descriptor client = server.connect();
-    ASSERT_EQ(send(client.get(), kEmptyPost.data(), kEmptyPost.size(), MSG_NOSIGNAL),
-              static_cast<ssize_t>(kEmptyPost.size()));
-    EXPECT_EQ(bytes_until_the_end(client), kLarge);
-}
-
-TEST(SimulatorServer, AClientBeyondTheRoomTakesThePlaceOfTheOldestThatKeepsItsRequestWaiting)
-{
-    Limits limits;
-    limits.connections = 2;
-    const RunningServer server(limits, [](const Request&) { return http_refusal(400); });
-    const Descriptor oldest = server.connect();
-    const Descriptor second = server.connect();
-    const Descriptor third = server.connect();
-    EXPECT_EQ(bytes_until_the_end(oldest), 0U);
-    ASSERT_GT(send(second.get(), kEmptyPost.data(), kEmptyPost.size(), MSG_NOSIGNAL), 0);
-    EXPECT_GT(bytes_until_the_end(second), 0U);
 }
 
 } // namespace

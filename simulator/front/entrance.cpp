@@ -1,0 +1,87 @@
+#include "simulator/front/entrance.h"
+
+#include "simulator/front/descriptor.h"
+#include "simulator/front/tls_identity.h"
+
+#include <microhttpd.h>
+#include <sys/socket.h>
+
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace soapwrapper::simulator
+{
+namespace
+{
+
+constexpr unsigned kFlags = MHD_USE_EPOLL | MHD_USE_NO_LISTEN_SOCKET | MHD_ALLOW_SUSPEND_RESUME;
+// What the library keeps of a connection: a head of the greatest size, and what it makes of that.
+constexpr std::size_t kMemory = 32 * 1024;
+constexpr int kStrict = 1; // a head that breaks the rules is refused, not guessed at
+
+std::vector<MHD_OptionItem> tls_options(std::optional<TlsIdentity>& tls)
+{
+    static char versions[] = "NORMAL:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2";
+    std::vector<MHD_OptionItem> options;
+    if (tls) {
+        options.push_back({MHD_OPTION_HTTPS_MEM_CERT, 0, tls->certificate.data()});
+        options.push_back({MHD_OPTION_HTTPS_MEM_KEY, 0, tls->key.data()});
+        options.push_back({MHD_OPTION_HTTPS_PRIORITIES, 0, versions});
+    }
+    options.push_back({MHD_OPTION_END, 0, nullptr});
+    return options;
+}
+
+} // namespace
+
+Entrance::Entrance(Listener listener, const EntranceCalls& calls, std::size_t connections)
+    : listener_(std::move(listener))
+{
+    daemon_.reset(MHD_start_daemon(listener_.tls ? kFlags | MHD_USE_TLS : kFlags, 0, nullptr, nullptr,
+                                   calls.request, calls.context, MHD_OPTION_NOTIFY_CONNECTION,
+                                   calls.connection, calls.context, MHD_OPTION_CONNECTION_LIMIT,
+                                   static_cast<unsigned>(connections), MHD_OPTION_CONNECTION_MEMORY_LIMIT,
+                                   kMemory, MHD_OPTION_STRICT_FOR_CLIENT, kStrict, MHD_OPTION_ARRAY,
+                                   tls_options(listener_.tls).data(), MHD_OPTION_END));
+    if (!daemon_) throw std::runtime_error("can't start the HTTP daemon");
+}
+
+bool Entrance::accept()
+{
+    sockaddr_storage address{};
+    socklen_t size = sizeof address;
+    auto* raw = reinterpret_cast<sockaddr*>(&address);
+    Descriptor socket(accept4(listening_fd(), raw, &size, SOCK_NONBLOCK | SOCK_CLOEXEC));
+    if (!socket.valid()) return false;
+    MHD_add_connection(daemon_.get(), socket.release(), raw, size); // which closes what it doesn't take
+    return true;
+}
+
+void Entrance::close()
+{
+    listener_.socket = Descriptor();
+}
+
+int Entrance::fd() const
+{
+    return MHD_get_daemon_info(daemon_.get(), MHD_DAEMON_INFO_EPOLL_FD)->epoll_fd;
+}
+
+std::optional<std::chrono::milliseconds> Entrance::time_to_wait() const
+{
+    MHD_UNSIGNED_LONG_LONG milliseconds = 0;
+    if (MHD_get_timeout(daemon_.get(), &milliseconds) != MHD_YES) return std::nullopt;
+    return std::chrono::milliseconds(milliseconds);
+}
+
+void Entrance::run()
+{
+    MHD_run(daemon_.get());
+}
+
+} // namespace soapwrapper::simulator

@@ -1,0 +1,317 @@
+// What the front of the simulator does with clients, whatever is served behind it.
+#include "simulator/front/address.h"
+#include "simulator/front/server.h"
+#include "tests/system/soap_client.h"
+
+#include <gmock/gmock.h>
+
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+
+#include <chrono>
+#include <future>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace
+{
+
+using namespace soapwrapper::simulator;
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+// A server on a socket of the loopback, in a thread of its own.
+class RunningServer
+{
+  public:
+    RunningServer(const Limits& limits, std::vector<Route> routes) : stop_(eventfd(0, EFD_CLOEXEC))
+    {
+        std::vector<Listener> listeners;
+        listeners.push_back({listen_on({"127.0.0.1", 0}), std::nullopt});
+        port_ = address_of(listeners.front().socket.get()).port;
+        server_.emplace(
+            std::move(listeners), std::move(routes), 2, log_, stop_.get(), [this] { told_ = true; }, limits);
+        thread_ = std::thread([this] { is_all_done_ = server_->run(); });
+    }
+    RunningServer(const Limits& limits, Handler handler)
+        : RunningServer(limits, std::vector<Route>{{"POST", "", std::move(handler)}})
+    {
+    }
+    ~RunningServer()
+    {
+        stop();
+        EXPECT_TRUE(told_);
+    }
+
+    int port() const { return port_; }
+    // What the server's run came to.
+    bool stop()
+    {
+        eventfd_write(stop_.get(), 1);
+        if (thread_.joinable()) thread_.join();
+        return is_all_done_;
+    }
+
+  private:
+    Descriptor stop_;
+    RequestLog log_{false};
+    std::uint16_t port_ = 0;
+    bool told_ = false;
+    bool is_all_done_ = false;
+    std::optional<Server> server_;
+    std::thread thread_;
+};
+
+const std::string kEmptyPost = "POST / HTTP/1.1\r\nHost: x\r\nContent-Length: 0\r\n\r\n";
+
+Answer text_answer(std::string text)
+{
+    return {200, "text/plain", std::move(text), {}, nullptr};
+}
+
+Handler says(const std::string& text)
+{
+    return [text](const Request&) { return text_answer(text); };
+}
+
+HttpReply get(const RunningServer& server, const std::string& path)
+{
+    const ClientSocket client(server.port());
+    client.send("GET " + path + " HTTP/1.1\r\nHost: x\r\n\r\n");
+    return parse_reply(client.receive_all());
+}
+
+// As much as has come once the text has; all that came if it never does.
+std::string receive_until(const ClientSocket& client, const std::string& text)
+{
+    std::string all;
+    char byte = 0;
+    while (all.find(text) == std::string::npos && recv(client.fd(), &byte, 1, 0) == 1) all += byte;
+    return all;
+}
+
+TEST(SimulatorServer, AClientThatIsTooSlowWithItsRequestIsDropped)
+{
+    Limits limits;
+    limits.for_request = std::chrono::milliseconds(0);
+    const RunningServer server(limits, says(""));
+    const ClientSocket client(server.port());
+    EXPECT_THAT(client.receive_all(), IsEmpty());
+}
+
+TEST(SimulatorServer, AClientThatDoesNotTakeItsAnswerIsDropped)
+{
+    constexpr std::size_t kMoreThanSocketsHold = 64 * 1024 * 1024;
+    Limits limits;
+    limits.for_answer = std::chrono::milliseconds(0);
+    limits.for_stop = std::chrono::hours(1); // it isn't the stop that ends the answer
+    std::promise<void> asked;
+    std::optional<RunningServer> server;
+    server.emplace(limits, [&asked](const Request&) {
+        asked.set_value();
+        return text_answer(std::string(kMoreThanSocketsHold, 'x'));
+    });
+    const ClientSocket client(server->port());
+    client.send(kEmptyPost);
+    asked.get_future().wait();
+    server.reset(); // which waits for what is under way: a client that took it now would be another test
+    EXPECT_LT(client.receive_all().size(), kMoreThanSocketsHold);
+}
+
+TEST(SimulatorServer, ALargeAnswerArrivesWholeAndThenTheStreamEnds)
+{
+    constexpr std::size_t kLarge = 16 * 1024 * 1024;
+    const RunningServer server({}, says(std::string(kLarge, 'x')));
+    const ClientSocket client(server.port());
+    client.send(kEmptyPost);
+    const HttpReply reply = parse_reply(client.receive_all());
+    EXPECT_EQ(reply.body.size(), kLarge);
+    EXPECT_THAT(reply.head,
+                AllOf(HasSubstr("\r\nContent-Length: 16777216"), HasSubstr("\r\nConnection: close")));
+}
+
+TEST(SimulatorServer, AClientBeyondTheRoomTakesThePlaceOfTheOldestThatKeepsItsRequestWaiting)
+{
+    Limits limits;
+    limits.connections = 2;
+    const RunningServer server(limits, [](const Request&) { return refusal(400); });
+    const ClientSocket oldest(server.port());
+    const ClientSocket second(server.port());
+    const ClientSocket third(server.port());
+    EXPECT_THAT(oldest.receive_all(), IsEmpty());
+    second.send(kEmptyPost);
+    EXPECT_EQ(parse_reply(second.receive_all()).status, 400);
+}
+
+TEST(SimulatorServer, ClientsThatTookTheirAnswerAndDoNotCloseMakeRoomAtOnce)
+{
+    Limits limits;
+    limits.connections = 2;
+    limits.for_request = limits.for_answer = std::chrono::hours(1); // no time that passes makes room
+    const RunningServer server(limits, says("hello"));
+    std::vector<std::unique_ptr<ClientSocket>> clients;
+    for (int i = 0; i < 10; ++i) {
+        clients.push_back(std::make_unique<ClientSocket>(server.port()));
+        clients.back()->send(kEmptyPost);
+        EXPECT_THAT(receive_until(*clients.back(), "hello"), EndsWith("hello"));
+    }
+}
+
+TEST(SimulatorServer, AClientThatVanishesWhileItIsServedMakesRoom)
+{
+    Limits limits;
+    limits.connections = 1;
+    std::promise<void> asked;
+    std::promise<void> go_on;
+    const RunningServer server(limits, {{"POST", "/slow",
+                                         [&](const Request&) {
+                                             asked.set_value();
+                                             go_on.get_future().wait();
+                                             return text_answer("late");
+                                         }},
+                                        {"GET", "/", says("hello")}});
+    ClientSocket vanishing(server.port());
+    vanishing.send("POST /slow HTTP/1.1\r\nHost: x\r\nContent-Length: 0\r\n\r\n");
+    asked.get_future().wait();
+    vanishing.reset();
+    EXPECT_EQ(get(server, "/").body, "hello");
+    go_on.set_value();
+}
+
+TEST(SimulatorServer, AClientThatSendsNoMoreStillGetsItsAnswer)
+{
+    std::promise<void> ended;
+    const RunningServer server({}, [&ended](const Request&) {
+        ended.get_future().wait();
+        return text_answer("hello");
+    });
+    const ClientSocket client(server.port());
+    client.send(kEmptyPost);
+    shutdown(client.fd(), SHUT_WR);
+    ended.set_value();
+    EXPECT_EQ(parse_reply(client.receive_all()).body, "hello");
+}
+
+TEST(SimulatorServer, AHandlerThatGoesOnComputingDoesNotHoldTheStop)
+{
+    Limits limits;
+    limits.for_stop = std::chrono::milliseconds(0);
+    std::promise<void> asked;
+    std::promise<void> go_on;
+    RunningServer server(limits, [&](const Request&) {
+        asked.set_value();
+        go_on.get_future().wait();
+        return text_answer("late");
+    });
+    const ClientSocket client(server.port());
+    client.send(kEmptyPost);
+    asked.get_future().wait();
+    EXPECT_FALSE(server.stop()); // though the handler waits until the test goes on
+    EXPECT_THAT(client.receive_all(), IsEmpty());
+    go_on.set_value();
+}
+
+TEST(SimulatorServer, AStopWithNothingUnderWayLeavesNoHandlerAtWork)
+{
+    RunningServer server({}, says("hello"));
+    EXPECT_TRUE(server.stop());
+}
+
+TEST(SimulatorServer, ARouteIsTakenByPathAndMethod)
+{
+    const RunningServer server({}, {{"GET", "/page", says("a page")}, {"POST", "/page", says("a change")}});
+    const HttpReply page = get(server, "/page?with=a%20query");
+    EXPECT_EQ(page.body, "a page");
+    EXPECT_THAT(page.head, HasSubstr("\r\nContent-Type: text/plain"));
+    EXPECT_EQ(get(server, "/nowhere").status, 404);
+    const ClientSocket client(server.port());
+    client.send("PUT /page HTTP/1.1\r\nHost: x\r\nContent-Length: 0\r\n\r\n");
+    const HttpReply refused = parse_reply(client.receive_all());
+    EXPECT_EQ(refused.status, 405);
+    EXPECT_THAT(refused.head, HasSubstr("\r\nAllow: GET, POST"));
+}
+
+// A server with one route, whose answers go on with what the test appends.
+class SimulatorStream : public testing::Test
+{
+  protected:
+    static Limits patient()
+    {
+        Limits limits;
+        limits.connections = 2;
+        limits.for_request = std::chrono::hours(1);
+        return limits;
+    }
+    Answer open()
+    {
+        Answer answer{
+            200, "text/event-stream", "", {{"Cache-Control", "no-store"}}, std::make_shared<AnswerStream>()};
+        opened_.set_value(answer.stream);
+        return answer;
+    }
+
+    std::promise<std::shared_ptr<AnswerStream>> opened_;
+    RunningServer server_{
+        patient(),
+        {{"GET", "/events", [this](const Request&) { return open(); }}, {"GET", "/", says("hello")}}};
+    ClientSocket client_{server_.port()};
+};
+
+const std::string kGetEvents = "GET /events HTTP/1.1\r\nHost: x\r\n\r\n";
+
+TEST_F(SimulatorStream, WhatIsAppendedArrivesWhileTheAnswerGoesOn)
+{
+    client_.send(kGetEvents);
+    const std::shared_ptr<AnswerStream> stream = opened_.get_future().get();
+    EXPECT_THAT(receive_until(client_, "\r\n\r\n"),
+                AllOf(StartsWith("HTTP/1.1 200 "), HasSubstr("\r\nContent-Type: text/event-stream\r\n"),
+                      HasSubstr("\r\nCache-Control: no-store\r\n")));
+    EXPECT_TRUE(stream->append("data: one\n\n"));
+    EXPECT_THAT(receive_until(client_, "one\n\n"), HasSubstr("data: one"));
+    EXPECT_TRUE(stream->append("data: two\n\n"));
+    EXPECT_THAT(receive_until(client_, "two\n\n"), HasSubstr("data: two"));
+    EXPECT_EQ(get(server_, "/").body, "hello");
+    stream->append("data: three\n\n");
+    stream->end();
+    EXPECT_FALSE(stream->append("data: four\n\n"));
+    EXPECT_THAT(client_.receive_all(), HasSubstr("data: three\n\n"));
+}
+
+TEST_F(SimulatorStream, AClientThatVanishesMakesRoomAndTakesNoMore)
+{
+    client_.send(kGetEvents);
+    const std::shared_ptr<AnswerStream> stream = opened_.get_future().get();
+    receive_until(client_, "\r\n\r\n");
+    shutdown(client_.fd(), SHUT_WR);
+    EXPECT_THAT(receive_until(client_, "never"), testing::Not(HasSubstr("never")));
+    EXPECT_FALSE(stream->append("data: one\n\n"));
+}
+
+TEST_F(SimulatorStream, AClientThatTakesNothingDoesNotMakeItGrow)
+{
+    client_.send(kGetEvents);
+    const std::shared_ptr<AnswerStream> stream = opened_.get_future().get();
+    const std::string event(AnswerStream::kMaxWaiting / 4, 'x');
+    int taken = 0;
+    while (stream->append(event)) ++taken;
+    EXPECT_GE(taken, 4);
+    EXPECT_FALSE(stream->append("data: one\n\n"));
+}
+
+TEST_F(SimulatorStream, AStopEndsIt)
+{
+    client_.send(kGetEvents);
+    const std::shared_ptr<AnswerStream> stream = opened_.get_future().get();
+    receive_until(client_, "\r\n\r\n");
+    EXPECT_TRUE(server_.stop());
+    EXPECT_FALSE(stream->append("data: one\n\n"));
+    client_.receive_all();
+}
+
+} // namespace
