@@ -5,7 +5,9 @@
 
 #include <microhttpd.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <optional>
@@ -22,6 +24,9 @@ namespace
 constexpr unsigned kFlags = MHD_USE_EPOLL | MHD_USE_NO_LISTEN_SOCKET | MHD_ALLOW_SUSPEND_RESUME;
 // What the library keeps of a connection: a head of the greatest size, and what it makes of that.
 constexpr std::size_t kMemory = 32 * 1024;
+// While a client keeps its TLS handshake waiting, the library always claims to have something to do.
+constexpr int kRunsAtOnce = 32;
+constexpr std::chrono::milliseconds kPause(5);
 constexpr int kStrict = 1; // a head that breaks the rules is refused, not guessed at
 
 std::vector<MHD_OptionItem> tls_options(std::optional<TlsIdentity>& tls)
@@ -76,12 +81,16 @@ std::optional<std::chrono::milliseconds> Entrance::time_to_wait() const
 {
     MHD_UNSIGNED_LONG_LONG milliseconds = 0;
     if (MHD_get_timeout(daemon_.get(), &milliseconds) != MHD_YES) return std::nullopt;
-    return std::chrono::milliseconds(milliseconds);
+    return std::max(std::chrono::milliseconds(milliseconds), kPause);
 }
 
 void Entrance::run()
 {
-    MHD_run(daemon_.get());
+    MHD_UNSIGNED_LONG_LONG wait = 0;
+    int runs = 0;
+    do {
+        MHD_run(daemon_.get());
+    } while (++runs < kRunsAtOnce && MHD_get_timeout(daemon_.get(), &wait) == MHD_YES && wait == 0);
 }
 
 } // namespace soapwrapper::simulator

@@ -43,7 +43,8 @@ class Entrance
 
     // Readable when there is something to do.
     int fd() const;
-    // After that time there is, all the same.
+    // After that time there is, all the same. It is never none: nobody who waits so long keeps a processor
+    // busy.
     std::optional<std::chrono::milliseconds> time_to_wait() const;
     void run();
 

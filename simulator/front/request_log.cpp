@@ -5,12 +5,10 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/stat.h>
-#include <sys/types.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
-#include <climits>
 #include <cstddef>
 #include <cstdio>
 #include <ctime>
@@ -23,6 +21,8 @@ namespace soapwrapper::simulator
 {
 namespace
 {
+
+constexpr std::size_t kAtOnce = 4096; // a pipe that has room takes as much
 
 std::string now_as_text()
 {
@@ -90,8 +90,7 @@ bool RequestLog::write_rest()
     while (!rest_.empty()) {
         pollfd polled{out_.get(), POLLOUT, 0};
         if (poll(&polled, 1, 0) != 1) return false;
-        const ssize_t written =
-            ::write(out_.get(), rest_.data(), std::min<std::size_t>(rest_.size(), PIPE_BUF));
+        const ssize_t written = ::write(out_.get(), rest_.data(), std::min(rest_.size(), kAtOnce));
         if (written <= 0) return false;
         rest_.erase(0, static_cast<std::size_t>(written));
     }

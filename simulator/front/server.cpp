@@ -74,6 +74,7 @@ MHD_Result Server::on_request(void* self, MHD_Connection* carried, const char* p
     Server& server = *static_cast<Server*>(self);
     auto& connection = *static_cast<Connection*>(
         MHD_get_connection_info(carried, MHD_CONNECTION_INFO_SOCKET_CONTEXT)->socket_context);
+    if (connection.stage() == Connection::Stage::kDropped) return MHD_NO;
     try {
         if (!std::exchange(*begun, &connection)) {
             return server.take_head(connection, path, method, version);

@@ -14,6 +14,7 @@
 #include <microhttpd.h>
 #include <poll.h>
 
+#include <cstddef>
 #include <functional>
 #include <list>
 #include <map>

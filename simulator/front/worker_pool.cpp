@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <mutex>
-#include <string>
 #include <system_error>
 #include <thread>
 #include <utility>

@@ -1,10 +1,13 @@
 // What the front of the simulator does with clients, whatever is served behind it.
 #include "simulator/front/address.h"
+#include "simulator/front/entrance.h"
 #include "simulator/front/server.h"
+#include "simulator/front/tls_identity.h"
 #include "tests/system/soap_client.h"
 
 #include <gmock/gmock.h>
 
+#include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 
@@ -235,6 +238,22 @@ TEST(SimulatorServer, ARouteIsTakenByPathAndMethod)
     const HttpReply refused = parse_reply(client.receive_all());
     EXPECT_EQ(refused.status, 405);
     EXPECT_THAT(refused.head, HasSubstr("\r\nAllow: GET, POST"));
+}
+
+TEST(SimulatorEntrance, AClientStuckInItsHandshakeKeepsNoProcessorBusy)
+{
+    const auto refuse = [](void*, MHD_Connection*, const char*, const char*, const char*, const char*,
+                           std::size_t*, void**) { return MHD_NO; };
+    const auto ignore = [](void*, MHD_Connection*, void**, MHD_ConnectionNotificationCode) {};
+    Descriptor socket = listen_on({"127.0.0.1", 0});
+    const ClientSocket client(address_of(socket.get()).port);
+    Entrance entrance({std::move(socket), make_tls_identity("localhost")}, {refuse, ignore, nullptr}, 1);
+    ASSERT_TRUE(entrance.accept());
+    client.send("\x16\x03\x01");
+    pollfd polled{entrance.fd(), POLLIN, 0};
+    ASSERT_EQ(poll(&polled, 1, -1), 1);
+    entrance.run();
+    EXPECT_NE(entrance.time_to_wait(), std::chrono::milliseconds(0));
 }
 
 // A server with one route, whose answers go on with what the test appends.
