@@ -134,9 +134,9 @@ MHD_Result Connection::give_answer()
 // The library has no way to drop a client of its own accord, but sees that its socket has ended.
 void Connection::drop()
 {
+    if (answer_.stream) answer_.stream->close();
     shutdown(fd_, SHUT_RDWR);
     if (stage_ == Stage::kServing) MHD_resume_connection(carried_);
-    if (answer_.stream) answer_.stream->close();
     stage_ = Stage::kDropped;
 }
 
