@@ -190,6 +190,7 @@ void Server::deliver_replies()
         const auto found = connections_.find(reply.id);
         if (found != connections_.end() && found->second.stage() == Connection::Stage::kServing) {
             found->second.answer(std::move(reply.answer));
+            if (stopping_ && found->second.has_stream()) found->second.drop();
         } else if (reply.answer.stream) {
             reply.answer.stream->close();
         }
