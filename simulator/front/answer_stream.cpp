@@ -16,10 +16,10 @@ bool AnswerStream::append(std::string_view text)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     if (text.size() > kMaxWaiting - text_.size()) closed_ = true;
-    if (closed_ || ended_) return false;
-    text_.append(text);
+    const bool is_taken = !closed_ && !ended_;
+    if (is_taken) text_.append(text);
     resume();
-    return true;
+    return is_taken;
 }
 
 void AnswerStream::end()

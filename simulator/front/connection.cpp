@@ -189,7 +189,13 @@ ssize_t Connection::read_stream(void* self, std::uint64_t, char* buffer, std::si
 {
     Connection& connection = *static_cast<Connection*>(self);
     connection.deadline_ = Clock::now() + connection.limits_.for_answer;
-    return connection.answer_.stream->read(connection.carried_, connection.wake_fd_, buffer, size);
+    const ssize_t count =
+        connection.answer_.stream->read(connection.carried_, connection.wake_fd_, buffer, size);
+    if (count != MHD_CONTENT_READER_END_WITH_ERROR) return count;
+    // The library may forget to clean up after a stream that ends with an error. It never does after one
+    // whose last chunk can't be sent.
+    shutdown(connection.fd_, SHUT_RDWR);
+    return MHD_CONTENT_READER_END_OF_STREAM;
 }
 
 } // namespace soapwrapper::simulator

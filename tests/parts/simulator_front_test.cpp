@@ -264,7 +264,7 @@ class SimulatorStream : public testing::Test
     {
         Limits limits;
         limits.connections = 2;
-        limits.for_request = std::chrono::hours(1);
+        limits.for_request = limits.for_answer = limits.for_stop = std::chrono::hours(1);
         return limits;
     }
     Answer open()
@@ -321,6 +321,19 @@ TEST_F(SimulatorStream, AClientThatTakesNothingDoesNotMakeItGrow)
     while (stream->append(event)) ++taken;
     EXPECT_GE(taken, 4);
     EXPECT_FALSE(stream->append("data: one\n\n"));
+}
+
+TEST_F(SimulatorStream, MoreAtOnceThanMayWaitEndsItAndMakesRoom)
+{
+    const ClientSocket slow(server_.port()); // would have to go if there were no room
+    client_.send(kGetEvents);
+    const std::shared_ptr<AnswerStream> stream = opened_.get_future().get();
+    receive_until(client_, "\r\n\r\n");
+    EXPECT_FALSE(stream->append(std::string(AnswerStream::kMaxWaiting + 1, 'x')));
+    EXPECT_THAT(receive_until(client_, "x"), IsEmpty());
+    EXPECT_EQ(get(server_, "/").body, "hello");
+    slow.send("GET / HTTP/1.1\r\nHost: x\r\n\r\n");
+    EXPECT_EQ(parse_reply(slow.receive_all()).body, "hello");
 }
 
 TEST_F(SimulatorStream, AStopEndsIt)
