@@ -4,6 +4,7 @@
 
 #include "conversion/image_definition.h"
 #include "plugin/base/handle_records.h"
+#include "plugin/host/slots.h"
 #include "tests/kit/host.h"
 #include "tests/kit/scripted_service.h"
 #include "tests/kit/soap_text.h"
@@ -81,14 +82,16 @@ struct OpenHandles {
 
 int call_list_image(OpenHandles& handles)
 {
-    static const auto entry = kit::Host::instance().main_slot<decltype(stspi_list_image)>(25);
+    static const auto entry =
+        kit::Host::instance().main_slot<stspi_list_image_fn>(STSPI_V11_SLOT_stspi_list_image);
     sts_image_def_v10_t image;
     return entry(&handles.list, &image);
 }
 
 int call_get_snap_prop(OpenHandles& handles)
 {
-    static const auto entry = kit::Host::instance().snapshot_slot<decltype(stspi_get_snap_prop_byname)>(19);
+    static const auto entry = kit::Host::instance().snapshot_slot<stspi_get_snap_prop_byname_fn>(
+        STSPI3_V11_SLOT_stspi_get_snap_prop_byname);
     static const auto snap = std::make_unique<sts_snap_def_v11_t>();
     sts_snap_info_v11_t info;
     return entry(&handles.lsu, snap.get(), &info);
@@ -96,7 +99,8 @@ int call_get_snap_prop(OpenHandles& handles)
 
 int call_list_lsu(OpenHandles& handles)
 {
-    static const auto entry = kit::Host::instance().main_slot<decltype(stspi_list_lsu)>(26);
+    static const auto entry =
+        kit::Host::instance().main_slot<stspi_list_lsu_fn>(STSPI_V11_SLOT_stspi_list_lsu);
     char name[STS_LSU_NAME_SIZE];
     return entry(&handles.list, name);
 }

@@ -4,6 +4,7 @@
 
 #include "changelist/path_transformation.h"
 #include "plugin/base/handle_records.h"
+#include "plugin/host/slots.h"
 #include "plugin/host/status.h"
 #include "tests/kit/host.h"
 #include "tests/kit/scripted_service.h"
@@ -79,7 +80,7 @@ struct OpenList {
 
 auto list_file_entry()
 {
-    return kit::Host::instance().snapshot_slot<decltype(stspi_list_file)>(41);
+    return kit::Host::instance().snapshot_slot<stspi_list_file_fn>(STSPI3_V11_SLOT_stspi_list_file);
 }
 
 void hundred_thousand_files(benchmark::State& state)
