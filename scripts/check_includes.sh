@@ -15,7 +15,7 @@ folder=${1:?usage: scripts/check_includes.sh [--fix] FOLDER [FILE]...}
 shift
 if [ $# -eq 0 ]; then
     mapfile -t files < <(git ls-files -co --exclude-standard -- {plugin,service,conversion,operations,changelist} \
-        {xmlhelper,simulator,tools} ':!service/schema' | grep -E '\.(h|cpp|c)$')
+        {xmlhelper,simulator,probe} ':!service/schema' | grep -E '\.(h|cpp|c)$')
     set -- "${files[@]}"
 fi
 # A header is looked at with the flags of a neighbour, which needn't know where the binding is.

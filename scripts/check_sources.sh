@@ -27,16 +27,16 @@ declare -A may_include=(
     [simulator/service]="plugin/host simulator/front simulator/scenario simulator/storage"
     [simulator]="plugin/host simulator/front simulator/scenario simulator/storage simulator/service"
     [simulator/zapi]="plugin/host simulator/scenario"
-    [tools/output]="plugin/host"
-    [tools/library]="plugin/host tools/output"
-    [tools/arguments]="plugin/host tools/output tools/library"
-    [tools/login]="plugin/host tools/output tools/library tools/arguments"
-    [tools/lists]="plugin/host tools/output tools/library tools/arguments"
-    [tools/operations]="plugin/host tools/output tools/library tools/arguments"
-    [tools/events]="plugin/host tools/output tools/library"
-    [tools/commands]="plugin/host tools/output tools/library tools/arguments tools/login tools/lists \
-        tools/operations tools/events"
-    [tools]="plugin/host tools/output tools/library tools/arguments tools/commands"
+    [probe/output]="plugin/host"
+    [probe/library]="plugin/host probe/output"
+    [probe/arguments]="plugin/host probe/output probe/library"
+    [probe/login]="plugin/host probe/output probe/library probe/arguments"
+    [probe/lists]="plugin/host probe/output probe/library probe/arguments"
+    [probe/operations]="plugin/host probe/output probe/library probe/arguments"
+    [probe/events]="plugin/host probe/output probe/library"
+    [probe/commands]="plugin/host probe/output probe/library probe/arguments probe/login probe/lists \
+        probe/operations probe/events"
+    [probe]="plugin/host probe/output probe/library probe/arguments probe/commands"
 )
 
 # Each include of our own as "FILE INCLUDED".

@@ -1,6 +1,6 @@
 // The parts of soapwrapper-probe that read volumes and ask before they delete.
-#include "tools/arguments/confirmation.h"
-#include "tools/arguments/volume_argument.h"
+#include "probe/arguments/confirmation.h"
+#include "probe/arguments/volume_argument.h"
 
 #include <gtest/gtest.h>
 

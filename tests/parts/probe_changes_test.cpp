@@ -1,5 +1,5 @@
-#include "tools/lists/change_route.h"
-#include "tools/output/problem.h"
+#include "probe/lists/change_route.h"
+#include "probe/output/problem.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 // What the probe's events need of its other parts, called as functions.
-#include "tools/library/session.h"
-#include "tools/output/output.h"
-#include "tools/output/problem.h"
+#include "probe/library/session.h"
+#include "probe/output/output.h"
+#include "probe/output/problem.h"
 
 #include <gmock/gmock.h>
 

@@ -1,9 +1,9 @@
 // The parts of the probe that long operations need, called as functions.
-#include "tools/library/interruption.h"
-#include "tools/operations/operation_answer.h"
-#include "tools/operations/operation_arguments.h"
-#include "tools/output/progress_line.h"
-#include "tools/output/readable.h"
+#include "probe/library/interruption.h"
+#include "probe/operations/operation_answer.h"
+#include "probe/operations/operation_arguments.h"
+#include "probe/output/progress_line.h"
+#include "probe/output/readable.h"
 
 #include <gmock/gmock.h>
 

@@ -1,12 +1,12 @@
 // The probe's parts, called as functions.
 #include "plugin/host/status.h"
+#include "probe/library/credential.h"
+#include "probe/library/session.h"
+#include "probe/output/output.h"
+#include "probe/output/problem.h"
+#include "probe/output/status_text.h"
+#include "probe/output/text.h"
 #include "tests/system/probe_process.h"
-#include "tools/library/credential.h"
-#include "tools/library/session.h"
-#include "tools/output/output.h"
-#include "tools/output/problem.h"
-#include "tools/output/status_text.h"
-#include "tools/output/text.h"
 
 #include <gmock/gmock.h>
 

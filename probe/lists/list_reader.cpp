@@ -1,0 +1,126 @@
+#include "probe/lists/list_reader.h"
+
+#include "plugin/host/handles.h"
+#include "plugin/host/status.h"
+#include "probe/arguments/command_line.h"
+#include "probe/library/probe.h"
+#include "probe/output/problem.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+// Statuses that the library itself returns for a service it can't reach must never pass for the end.
+std::string refuse_failure(const std::string& text)
+{
+    for (const int failure : {STS_EOK, STS_ESOAPERROR, STS_EFAULTDETAIL}) {
+        if (std::strtoll(text.c_str(), nullptr, 0) == failure)
+            return text + " is not a status that can end a list";
+    }
+    return {};
+}
+
+Problem endless(const std::string& meaning)
+{
+    return Problem(ExitCode::Operation, "endless list", std::nullopt, meaning);
+}
+
+// Tells an entry that came too often in a row.
+class RepeatGuard
+{
+  public:
+    // False: once too often.
+    bool admit(const EntryRoom& room)
+    {
+        const auto* bytes = static_cast<const unsigned char*>(room.bytes);
+        const bool same = last_.size() == room.size && std::memcmp(last_.data(), bytes, room.size) == 0;
+        if (!same) last_.assign(bytes, bytes + room.size);
+        repeats_ = same ? repeats_ + 1 : 0;
+        return repeats_ <= kMostRepeats;
+    }
+
+  private:
+    std::vector<unsigned char> last_;
+    std::size_t repeats_ = 0;
+};
+
+} // namespace
+
+void add_end_status_option(const Command& command, int& end_status)
+{
+    command
+        .add_option("--end-status", end_status,
+                    "The status with which the service ends a list; any other one is a failure")
+        .type_name("N")
+        .check(refuse_failure)
+        .capture_default_str();
+}
+
+void add_list_options(const Command& command, ListOptions& options)
+{
+    add_end_status_option(command, options.end_status);
+    command.add_option("--limit", options.limit, "The most entries to read; a longer list is a failure")
+        .type_name("N")
+        .capture_default_str();
+}
+
+ListHandle::ListHandle(const Probe& probe, const CloseSlot& close_slot)
+    : probe_(probe), close_slot_(close_slot)
+{
+    probe.library.entry(close_slot);
+}
+
+ListHandle::~ListHandle()
+{
+    if (!handle_) return;
+    if (const auto problem = close_handle(probe_, close_slot_, handle_)) {
+        warn("the list could not be closed", *problem);
+    }
+}
+
+stsp_list_t* ListHandle::get() const
+{
+    if (!handle_) {
+        throw Problem(ExitCode::Operation, "no handle", std::nullopt,
+                      "the list was opened, but the library gave no handle for it");
+    }
+    return handle_;
+}
+
+void ListHandle::close()
+{
+    // Whatever comes of it, it isn't tried again.
+    const auto problem = close_handle(probe_, close_slot_, std::exchange(handle_, nullptr));
+    if (problem) throw Problem(*problem);
+}
+
+std::optional<Problem> read_list(const Probe& probe, const ListOptions& options, EntryRoom room,
+                                 const std::function<int()>& next, const std::function<void()>& take)
+{
+    RepeatGuard repeats;
+    for (std::size_t taken = 0;; ++taken) {
+        std::memset(room.bytes, 0, room.size);
+        const int status = next();
+        if (status == options.end_status) return std::nullopt;
+        if (auto problem = problem_of(probe, status)) return problem;
+        if (taken == options.limit) {
+            return endless("the list has more entries than " + std::to_string(options.limit));
+        }
+        if (!repeats.admit(room)) {
+            return endless("the service gave the same entry more than " + std::to_string(kMostRepeats) +
+                           " times over");
+        }
+        take();
+    }
+}
+
+} // namespace soapwrapper::probe

@@ -1,0 +1,79 @@
+// Reading a list of the service to its end, and telling that end from a failure.
+#ifndef SOAPWRAPPER_PROBE_LISTS_LIST_READER_H
+#define SOAPWRAPPER_PROBE_LISTS_LIST_READER_H
+
+#include "plugin/host/entry_points.h"
+#include "probe/arguments/command_line.h"
+#include "probe/library/probe.h"
+#include "probe/library/slots.h"
+#include "probe/output/problem.h"
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+
+namespace soapwrapper::probe
+{
+
+struct ListOptions {
+    int end_status = STS_ENOENT;
+    std::size_t limit = 1000000; // entries
+};
+
+void add_list_options(const Command& command, ListOptions& options);
+
+// The one of them that tells the end.
+void add_end_status_option(const Command& command, int& end_status);
+
+// The handle of a list, which is closed on every way out.
+class ListHandle
+{
+  public:
+    using CloseSlot = Slot<decltype(stspi_close_lsu_list)>; // the entries of all kinds of lists are alike
+
+    // A close entry that the library lacks is a Problem: what couldn't be closed again isn't opened.
+    ListHandle(const Probe& probe, const CloseSlot& close_slot);
+
+    // Closes a list that is still open, and warns if that fails.
+    ~ListHandle();
+    ListHandle(const ListHandle&) = delete;
+    ListHandle& operator=(const ListHandle&) = delete;
+
+    // For the entry that opens the list.
+    stsp_list_t** address() { return &handle_; }
+
+    // Of an opened list. The lack of one is thrown.
+    stsp_list_t* get() const;
+
+    // Closes the list. A refusal is thrown.
+    void close();
+
+  private:
+    const Probe& probe_;
+    const CloseSlot close_slot_;
+    stsp_list_t* handle_ = nullptr;
+};
+
+// The record that one entry of a list is written to.
+struct EntryRoom {
+    template <class Record>
+    explicit EntryRoom(Record& record) : bytes(&record), size(sizeof record)
+    {
+    }
+
+    void* bytes;
+    std::size_t size;
+};
+
+// As often as a list may give the same entry again: a service that never fills the record, or never moves
+// on, would be read for ever.
+inline constexpr std::size_t kMostRepeats = 100;
+
+// Clears the record, has `next` fill it, hands it on with `take`, and again, until the end of the list. The
+// result is what else it ended with, if anything.
+std::optional<Problem> read_list(const Probe& probe, const ListOptions& options, EntryRoom room,
+                                 const std::function<int()>& next, const std::function<void()>& take);
+
+} // namespace soapwrapper::probe
+
+#endif

@@ -1,0 +1,125 @@
+#include "probe/output/output.h"
+
+#include "probe/output/problem.h"
+#include "probe/output/text.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+constexpr std::size_t kGap = 2;
+
+std::string shown(const std::string& cell)
+{
+    return cell.empty() ? "-" : cell;
+}
+
+void widen(std::vector<std::size_t>& widths, const std::vector<std::string>& cells)
+{
+    widths.resize(std::max(widths.size(), cells.size()));
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        widths[i] = std::max(widths[i], character_count(shown(cells[i])));
+    }
+}
+
+void print_row(std::ostream& stream, const std::vector<std::string>& cells,
+               const std::vector<std::size_t>& widths)
+{
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const std::string cell = shown(cells[i]);
+        stream << cell;
+        if (i + 1 < cells.size()) stream << std::string(widths[i] - character_count(cell) + kGap, ' ');
+    }
+    stream << '\n';
+}
+
+std::string joined(const std::vector<std::string>& lines)
+{
+    std::string text;
+    for (const std::string& line : lines) {
+        if (!text.empty()) text += '\n';
+        text += line;
+    }
+    return text;
+}
+
+} // namespace
+
+void Output::print(const Table& table)
+{
+    if (format_ == Format::Aligned) print_aligned(table);
+    if (format_ == Format::Separated) print_separated(table);
+}
+
+void Output::print_aligned(const Table& table)
+{
+    std::vector<std::size_t> widths;
+    widen(widths, table.headings_);
+    for (const auto& row : table.rows_) widen(widths, row);
+    if (!table.headings_.empty()) print_row(stream_, table.headings_, widths);
+    for (const auto& row : table.rows_) print_row(stream_, row, widths);
+}
+
+void Output::print_separated(const Table& table)
+{
+    for (const auto& row : table.rows_) {
+        for (std::size_t i = 0; i < row.size(); ++i) stream_ << (i == 0 ? "" : separator_) << row[i];
+        stream_ << '\n';
+    }
+}
+
+void Output::title(const std::string& text)
+{
+    if (format_ == Format::Aligned) stream_ << '\n' << text << '\n';
+}
+
+void Output::add_problem(const Problem& problem)
+{
+    nlohmann::ordered_json error;
+    error["name"] = problem.name();
+    error["status"] = nullptr;
+    if (problem.status()) error["status"] = *problem.status();
+    error["meaning"] = clean_line(problem.meaning());
+    error["detail"] = joined(clean_lines(problem.detail()));
+    document_["error"] = std::move(error);
+}
+
+void Output::print_line(const nlohmann::ordered_json& document)
+{
+    if (format_ == Format::Json) stream_ << document.dump() << '\n';
+}
+
+bool Output::flush()
+{
+    stream_.flush();
+    return stream_.good();
+}
+
+bool Output::finish()
+{
+    if (!lines_) {
+        if (format_ == Format::Json) stream_ << document_.dump(2) << '\n';
+    } else if (!document_.empty()) {
+        print_line(document_);
+    }
+    return flush();
+}
+
+void print_problem(const Problem& problem, std::ostream& stream)
+{
+    stream << problem.name();
+    if (problem.status()) stream << '(' << *problem.status() << ')';
+    stream << ": " << clean_line(problem.meaning()) << '\n';
+    for (const std::string& line : clean_lines(problem.detail())) stream << "    " << line << '\n';
+    stream.flush();
+}
+
+} // namespace soapwrapper::probe

@@ -1,0 +1,88 @@
+// What a command prints: tables for people, bare fields for scripts, or one JSON document.
+#ifndef SOAPWRAPPER_PROBE_OUTPUT_OUTPUT_H
+#define SOAPWRAPPER_PROBE_OUTPUT_OUTPUT_H
+
+#include <nlohmann/json.hpp>
+
+#include <iosfwd>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace soapwrapper::probe
+{
+
+class Problem;
+
+enum class Format {
+    Aligned,   // columns under headings
+    Separated, // fields with a separator between them, no headings
+    Json
+};
+
+// Rows of cleaned cells under headings.
+class Table
+{
+  public:
+    explicit Table(std::vector<std::string> headings) : headings_(std::move(headings)) {}
+
+    void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
+    bool empty() const { return rows_.empty(); }
+
+  private:
+    friend class Output;
+    std::vector<std::string> headings_; // none: the rows stand alone
+    std::vector<std::vector<std::string>> rows_;
+};
+
+class Output
+{
+  public:
+    Output(std::ostream& stream, Format format, std::string separator)
+        : stream_(stream), format_(format), separator_(std::move(separator))
+    {
+    }
+
+    Format format() const { return format_; }
+
+    // In either of the text forms; an empty cell of an aligned table shows as "-".
+    void print(const Table& table);
+
+    // A line between two tables, with an empty one ahead of it; in the aligned form only.
+    void title(const std::string& text);
+
+    // The document of the JSON form: commands fill it, finish() prints it.
+    nlohmann::ordered_json& document() { return document_; }
+
+    // From here on the JSON form is a line for each document, printed as they come; one that is left at the
+    // end, such as an error, is a line too.
+    void use_lines() { lines_ = true; }
+    void print_line(const nlohmann::ordered_json& document);
+
+    // False: not all of it could be written.
+    bool flush();
+
+    // Puts the problem beside what the document holds already.
+    void add_problem(const Problem& problem);
+
+    // Ends the output. False: not all of it could be written.
+    bool finish();
+
+  private:
+    void print_aligned(const Table& table);
+    void print_separated(const Table& table);
+
+    std::ostream& stream_;
+    const Format format_;
+    const std::string separator_;
+    bool lines_ = false;
+    nlohmann::ordered_json document_ = nlohmann::ordered_json::object();
+};
+
+// The problem as people read it: `NAME(number): what it means`, and below it, indented, what the service or
+// the library said.
+void print_problem(const Problem& problem, std::ostream& stream);
+
+} // namespace soapwrapper::probe
+
+#endif

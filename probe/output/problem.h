@@ -1,0 +1,58 @@
+// Why a command ends before its time.
+#ifndef SOAPWRAPPER_PROBE_OUTPUT_PROBLEM_H
+#define SOAPWRAPPER_PROBE_OUTPUT_PROBLEM_H
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace soapwrapper::probe
+{
+
+enum class ExitCode { Good = 0, Usage = 2, Library = 3, Operation = 4, Interrupted = 5 };
+
+class Problem : public std::runtime_error
+{
+  public:
+    Problem(ExitCode code, std::string name, std::optional<int> status, const std::string& meaning,
+            std::string detail = {})
+        : std::runtime_error(meaning), code_(code), name_(std::move(name)), status_(status),
+          detail_(std::move(detail))
+    {
+    }
+
+    ExitCode code() const { return code_; }
+    const std::string& name() const { return name_; }
+    std::optional<int> status() const { return status_; } // none: it didn't come from an entry
+    std::string meaning() const { return what(); }
+    const std::string& detail() const { return detail_; } // may hold anything that a service sent
+
+  private:
+    ExitCode code_;
+    std::string name_;
+    std::optional<int> status_;
+    std::string detail_;
+};
+
+// The command can't be carried out as it was given.
+inline Problem usage_problem(const std::string& meaning, std::string detail = {})
+{
+    return Problem(ExitCode::Usage, "usage", std::nullopt, meaning, std::move(detail));
+}
+
+// The library can't be driven at all.
+inline Problem library_problem(const std::string& meaning, std::string detail = {})
+{
+    return Problem(ExitCode::Library, "library", std::nullopt, meaning, std::move(detail));
+}
+
+// The user, or whoever ends programs here, wants to wait no longer.
+inline Problem interruption_problem(const std::string& meaning, std::string detail = {})
+{
+    return Problem(ExitCode::Interrupted, "interrupted", std::nullopt, meaning, std::move(detail));
+}
+
+} // namespace soapwrapper::probe
+
+#endif

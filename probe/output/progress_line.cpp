@@ -1,0 +1,73 @@
+#include "probe/output/progress_line.h"
+
+#include "probe/output/text.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+
+namespace soapwrapper::probe
+{
+namespace
+{
+
+constexpr std::size_t kUsualWidth = 80;
+
+// One less than there is: a character in the last column makes some terminals begin a new line.
+std::size_t room_on(int descriptor)
+{
+    winsize size = {};
+    const bool known = ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 1;
+    return (known ? size.ws_col : kUsualWidth) - 1;
+}
+
+bool begins_character(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+}
+
+std::string first_characters(const std::string& text, std::size_t most)
+{
+    std::size_t characters = 0;
+    const auto end = std::find_if(text.begin(), text.end(),
+                                  [&](char byte) { return begins_character(byte) && characters++ == most; });
+    return {text.begin(), end};
+}
+
+// A terminal that takes no more must not end the job.
+void write_to(int descriptor, const std::string& text)
+{
+    std::size_t written = 0;
+    while (written < text.size()) {
+        const ssize_t count = write(descriptor, text.data() + written, text.size() - written);
+        if (count <= 0) return;
+        written += static_cast<std::size_t>(count);
+    }
+}
+
+} // namespace
+
+ProgressLine::ProgressLine(int descriptor) : descriptor_(descriptor), visible_(isatty(descriptor) == 1) {}
+
+void ProgressLine::show(const std::string& text)
+{
+    if (!visible_) return;
+    const std::string line = first_characters(text, room_on(descriptor_));
+    const std::size_t characters = character_count(line);
+    // Blanks over what stood there: no terminal is too simple for them.
+    const std::size_t rest = shown_ > characters ? shown_ - characters : 0;
+    write_to(descriptor_, '\r' + line + std::string(rest, ' ') + std::string(rest, '\b'));
+    shown_ = characters;
+}
+
+void ProgressLine::clear()
+{
+    if (shown_ == 0) return;
+    write_to(descriptor_, '\r' + std::string(shown_, ' ') + '\r');
+    shown_ = 0;
+}
+
+} // namespace soapwrapper::probe

@@ -1,0 +1,20 @@
+// Numbers as people like to read them.
+#ifndef SOAPWRAPPER_PROBE_OUTPUT_READABLE_H
+#define SOAPWRAPPER_PROBE_OUTPUT_READABLE_H
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+namespace soapwrapper::probe
+{
+
+// "512 B", "1.5 GiB": below a hundred of a unit with one digit behind the point.
+std::string readable_bytes(std::int64_t bytes);
+
+// "0:05", "12:00", "1:00:00".
+std::string readable_time(std::chrono::seconds time);
+
+} // namespace soapwrapper::probe
+
+#endif
