@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and passes the tests: as they are, under the address and
-# undefined-behaviour sanitizers with leak detection, under the thread sanitizer; a short run of the fuzzers, what each
-# file includes, and clang-tidy. A warning is an error here.
+# undefined-behaviour sanitizers with leak detection, under the thread sanitizer; a short run of the fuzzers, the names
+# and what each file includes, and clang-tidy. A warning is an error here.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 . scripts/packages.sh
@@ -56,8 +56,8 @@ build build-fuzz all -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DSOA
     -DSOAPWRAPPER_TESTS=OFF -DSOAPWRAPPER_SANITIZE=address,undefined
 scripts/fuzz.sh build-fuzz "${FUZZ_RUNS:-5000}"
 
-step "Each file includes what it uses"
-scripts/check_includes.sh build-fuzz
+step "Names are spelt one way, and each file includes what it uses"
+scripts/check_names_and_includes.sh build-fuzz
 
 step "clang-tidy over the library"
 scripts/tidy.sh build-fuzz

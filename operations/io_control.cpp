@@ -21,8 +21,8 @@ namespace
 
 // Who answers for what comes behind the buffer's end.
 enum class Bound {
-    host,   // a text is ended behind the whole of it, so that the buffer must have room for whatever may come
-    library // nothing is written there
+    kHost, // a text is ended behind the whole of it, so that the buffer must have room for whatever may come
+    kLibrary // nothing is written there
 };
 
 // A text, cut to the bound.
@@ -30,7 +30,7 @@ void write_text(char* buffer, std::size_t length, const std::string& args, Bound
 {
     V_strlcpy(buffer, args.c_str(), length - 1);
     const std::size_t end = std::strlen(args.c_str());
-    if (bound == Bound::host || end < length) buffer[end] = '\0';
+    if (bound == Bound::kHost || end < length) buffer[end] = '\0';
 }
 
 // `count` bytes of what came, which may hold terminators of their own, or as many as fit. A count that
@@ -82,11 +82,11 @@ int control(stsp_server_t* server, int32_t command, char* buffer, int32_t ioflag
 extern "C" int stspi_iocontrol(stsp_server_t* server, int32_t command, char* buffer, int32_t ioflag,
                                int32_t len)
 {
-    return control(server, command, buffer, ioflag, len, Bound::host);
+    return control(server, command, buffer, ioflag, len, Bound::kHost);
 }
 
 int soapwrapper::bounded_io_control(stsp_server_t* server, int32_t command, char* buffer, int32_t ioflag,
                                     int32_t len)
 {
-    return control(server, command, buffer, ioflag, len, Bound::library);
+    return control(server, command, buffer, ioflag, len, Bound::kLibrary);
 }

@@ -4,6 +4,6 @@
 // satisfy from within itself. The object carries no state, so a hidden twin serves.
 namespace std
 {
-__attribute__((visibility("hidden"))) extern const nothrow_t soapwrapper_nothrow __asm__("_ZSt7nothrow");
-const nothrow_t soapwrapper_nothrow{};
+__attribute__((visibility("hidden"))) extern const nothrow_t kNothrow __asm__("_ZSt7nothrow");
+const nothrow_t kNothrow{};
 } // namespace std

@@ -34,8 +34,8 @@ struct CommonOptions {
 
     Format format() const
     {
-        if (json) return Format::Json;
-        return separator ? Format::Separated : Format::Aligned;
+        if (json) return Format::kJson;
+        return separator ? Format::kSeparated : Format::kAligned;
     }
 };
 
@@ -102,11 +102,12 @@ int drive_library(const CommonOptions& options, const Run& run)
     } catch (const Problem& problem) {
         return fail(problem, output);
     } catch (const std::exception& error) {
-        return fail(Problem(ExitCode::Operation, "failed", std::nullopt, error.what()), output);
+        return fail(Problem(ExitCode::kOperation, "failed", std::nullopt, error.what()), output);
     }
-    if (output.finish()) return static_cast<int>(ExitCode::Good);
-    print_problem(Problem(ExitCode::Operation, "output", std::nullopt, "it could not be written"), std::cerr);
-    return static_cast<int>(ExitCode::Operation);
+    if (output.finish()) return static_cast<int>(ExitCode::kGood);
+    print_problem(Problem(ExitCode::kOperation, "output", std::nullopt, "it could not be written"),
+                  std::cerr);
+    return static_cast<int>(ExitCode::kOperation);
 }
 
 int run_command_line(int argc, char** argv)
@@ -130,7 +131,7 @@ int run_command_line(int argc, char** argv)
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return program.exit(error) == 0 ? 0 : static_cast<int>(ExitCode::Usage);
+        return program.exit(error) == 0 ? 0 : static_cast<int>(ExitCode::kUsage);
     }
     return drive_library(options, run);
 }
@@ -146,5 +147,5 @@ int main(int argc, char** argv)
     } catch (...) {
         std::fputs("failed\n", stderr);
     }
-    return static_cast<int>(ExitCode::Operation);
+    return static_cast<int>(ExitCode::kOperation);
 }

@@ -38,7 +38,7 @@ void confirm(const std::string& question, const std::string& undone, bool yes)
     }
     // On standard error: the standard output may go to a file.
     if (answered_yes(question, std::cin, std::cerr)) return;
-    throw Problem(ExitCode::Operation, "cancelled", std::nullopt, undone);
+    throw Problem(ExitCode::kOperation, "cancelled", std::nullopt, undone);
 }
 
 } // namespace soapwrapper::probe

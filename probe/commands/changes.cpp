@@ -45,7 +45,7 @@ struct ChangesOptions : LsuArguments {
 Route route_of_list(const Probe& probe)
 {
     const bool asked = !probe.session.last_record("stspi_open_snap_change_list: SOAP return code").empty();
-    return asked ? Route::Service : Route::Zapi;
+    return asked ? Route::kService : Route::kZapi;
 }
 
 sts_snap_info_v11_t snapshot_information(const Probe& probe, const stsp_lsu_v7_t& lsu,
@@ -70,7 +70,7 @@ Route open_list(const Probe& probe, const ChangesOptions& options, const stsp_ls
     const ChangeRoute plan = plan_route(options.wishes, *diff);
     put(diff->snapDef.isid.info, plan.isid);
     ForgottenVolume volume{plan.volume};
-    if (plan.route == Route::Zapi) {
+    if (plan.route == Route::kZapi) {
         // The library's own status for it says something else.
         if (!plugin_manager_in_sight()) {
             std::cerr
@@ -120,12 +120,12 @@ void add_route_options(const Command& command, ChangesOptions& options)
         .add_text_option(
             "--route",
             [&wishes](const std::string& name) {
-                wishes.route = name == route_name(Route::Zapi) ? Route::Zapi : Route::Service;
+                wishes.route = name == route_name(Route::kZapi) ? Route::kZapi : Route::kService;
                 return std::string();
             },
             "Where the list is to come from; without it the service, or what --isid and --volume make of it")
         .type_name("service|zapi")
-        .one_of({route_name(Route::Service), route_name(Route::Zapi)});
+        .one_of({route_name(Route::kService), route_name(Route::kZapi)});
     const Option isid = command.add_option("--isid", wishes.isid, "The supplier's text of DIFF");
     isid.type_name("TEXT");
     limit_length(isid, STS_PATH_SIZE);

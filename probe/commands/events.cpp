@@ -83,7 +83,7 @@ class Reader
         show_event(probe_.output, event_);
         // What nobody has seen isn't deleted.
         if (!probe_.output.flush()) {
-            throw Problem(ExitCode::Operation, "output", std::nullopt, "it could not be written");
+            throw Problem(ExitCode::kOperation, "output", std::nullopt, "it could not be written");
         }
         if (options_.deletes && whole) require(probe_, slot::stspi_delete_event, server_, &event_.record);
         return true;
@@ -102,7 +102,7 @@ class Reader
         repeats_ = event_.record.seqno == last_ ? repeats_ + 1 : 0;
         last_ = event_.record.seqno;
         if (repeats_ > kMostRepeats) {
-            throw Problem(ExitCode::Operation, "endless list", std::nullopt,
+            throw Problem(ExitCode::kOperation, "endless list", std::nullopt,
                           "the service gave the same event more than " + std::to_string(kMostRepeats) +
                               " times over");
         }

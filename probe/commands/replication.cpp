@@ -37,7 +37,7 @@ std::uint32_t usable(std::int32_t told)
     if (told >= 0 && static_cast<std::uint32_t>(told) <= kMostPartners) {
         return static_cast<std::uint32_t>(told);
     }
-    throw Problem(ExitCode::Operation, "replication count", std::nullopt,
+    throw Problem(ExitCode::kOperation, "replication count", std::nullopt,
                   "the service told of " + std::to_string(told) +
                       " partners, which cannot be asked for; say --sources and --targets");
 }

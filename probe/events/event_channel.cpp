@@ -45,7 +45,7 @@ void EventChannel::open(const std::string& server_name, const sts_cred_t* creden
     require(probe_, slot::stspi_open_evchannel_v11, probe_.session.record(), server_name.c_str(), credential,
             required_interface.c_str(), kNothing, kNothing, kNoFlags, from, &handle_);
     if (handle_) return;
-    throw Problem(ExitCode::Operation, "no handle", std::nullopt,
+    throw Problem(ExitCode::kOperation, "no handle", std::nullopt,
                   "the event channel was opened, but the library gave no handle for it");
 }
 

@@ -186,7 +186,7 @@ void show_event(Output& output, const ReadEvent& event)
     const std::string kind = kind_of(event);
     const std::string seqno = number(event.record.seqno);
     Story story = story_of(event);
-    if (output.format() == Format::Json) {
+    if (output.format() == Format::kJson) {
         Json line = {{"seqno", event.record.seqno},
                      {"server", clean_field(event.record.server)},
                      {"flags", event.record.flags},
@@ -196,7 +196,7 @@ void show_event(Output& output, const ReadEvent& event)
         output.print_line(line);
         return;
     }
-    const bool aligned = output.format() == Format::Aligned;
+    const bool aligned = output.format() == Format::kAligned;
     Table table({});
     table.add({padded(seqno, aligned ? 6 : 0), padded(shape, aligned ? 8 : 0), padded(kind, aligned ? 17 : 0),
                story.text});

@@ -19,7 +19,7 @@ AnswerRoom::AnswerRoom()
         if (mprotect(reserved, kWritable, PROT_READ | PROT_WRITE) == 0) return;
         munmap(reserved, kReserved);
     }
-    throw Problem(ExitCode::Operation, "memory", std::nullopt,
+    throw Problem(ExitCode::kOperation, "memory", std::nullopt,
                   "there is no address space for the buffer of a control command");
 }
 

@@ -66,7 +66,7 @@ void check_handshake(const char* name, int status, const Definition& definition)
 {
     if (status != STS_EOK) {
         const StatusText text = status_text(status);
-        throw Problem(ExitCode::Library, text.name, status,
+        throw Problem(ExitCode::kLibrary, text.name, status,
                       std::string("the library refused ") + name + ": " + text.meaning);
     }
     if (definition.version < kHostVersion || !definition.entry_points) {
@@ -108,9 +108,9 @@ PluginLibrary::~PluginLibrary()
 
 void PluginLibrary::fail_empty(TableId table, std::size_t number, const char* name)
 {
-    throw Problem(ExitCode::Operation, "not served", std::nullopt,
+    throw Problem(ExitCode::kOperation, "not served", std::nullopt,
                   std::string("the library does not serve ") + name + ": slot " + std::to_string(number) +
-                      " of its " + (table == TableId::Main ? "main" : "second") + " table is empty");
+                      " of its " + (table == TableId::kMain ? "main" : "second") + " table is empty");
 }
 
 } // namespace soapwrapper::probe

@@ -44,7 +44,7 @@ class PluginLibrary
 
     const stspi_slot_t* table_of(TableId table) const
     {
-        return table == TableId::Main ? main_.entry_points : second_.entry_points;
+        return table == TableId::kMain ? main_.entry_points : second_.entry_points;
     }
     [[noreturn]] static void fail_empty(TableId table, std::size_t number, const char* name);
 

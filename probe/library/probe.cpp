@@ -29,9 +29,9 @@ std::optional<Problem> problem_of(const Probe& probe, int status)
 {
     const std::string said = probe.session.last_failure();
     const StatusText text = status_text(status);
-    if (status != STS_EOK) return Problem(ExitCode::Operation, text.name, status, text.meaning, said);
+    if (status != STS_EOK) return Problem(ExitCode::kOperation, text.name, status, text.meaning, said);
     if (!ends_with(said, kRefusedWithZero)) return std::nullopt;
-    return Problem(ExitCode::Operation, text.name, status,
+    return Problem(ExitCode::kOperation, text.name, status,
                    "the service refused, but with the status of success", said);
 }
 

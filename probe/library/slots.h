@@ -12,8 +12,8 @@ namespace soapwrapper::probe
 {
 
 enum class TableId {
-    Main,  // handed out by stspi_init
-    Second // handed out by stspi_init3
+    kMain,  // handed out by stspi_init
+    kSecond // handed out by stspi_init3
 };
 
 // One slot: the table, its number there, the name of the entry that it holds, and how to take it from there.
@@ -30,13 +30,13 @@ namespace slot
 {
 
 #define MAIN_SLOT(number, entry)                                                                             \
-    inline constexpr Slot<entry##_fn> entry{TableId::Main, number, #entry, [](const stspi_slot_t* table) {   \
+    inline constexpr Slot<entry##_fn> entry{TableId::kMain, number, #entry, [](const stspi_slot_t* table) {  \
                                                 return STSPI_V11_ENTRY(table, entry);                        \
                                             }};
 #define SECOND_SLOT(number, entry)                                                                           \
-    inline constexpr Slot<entry##_fn> entry{TableId::Second, number, #entry, [](const stspi_slot_t* table) { \
-                                                return STSPI3_V11_ENTRY(table, entry);                       \
-                                            }};
+    inline constexpr Slot<entry##_fn> entry{                                                                 \
+        TableId::kSecond, number, #entry,                                                                    \
+        [](const stspi_slot_t* table) { return STSPI3_V11_ENTRY(table, entry); }};
 STSPI_V11_ENTRIES(MAIN_SLOT)
 STSPI3_V11_ENTRIES(SECOND_SLOT)
 #undef MAIN_SLOT

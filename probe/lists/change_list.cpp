@@ -97,7 +97,7 @@ ChangeListHandle::~ChangeListHandle()
 stsp_change_list_t* ChangeListHandle::get() const
 {
     if (!handle_) {
-        throw Problem(ExitCode::Operation, "no handle", std::nullopt,
+        throw Problem(ExitCode::kOperation, "no handle", std::nullopt,
                       "the change list was opened, but the library gave no handle for it");
     }
     return handle_;
@@ -113,7 +113,7 @@ void ChangeListHandle::close()
 ChangePrinter::ChangePrinter(Output& output, bool escapes) : output_(output), escapes_(escapes)
 {
     output.use_lines();
-    if (output.format() != Format::Aligned) return;
+    if (output.format() != Format::kAligned) return;
     std::vector<std::string> headings;
     for (const Column& column : kColumns) headings.emplace_back(column.heading);
     print_row(std::move(headings));
@@ -129,7 +129,7 @@ void ChangePrinter::print(const sts_file_attr_v11_t& entry)
     ++entries_;
     const bool counts = entry.ftype == kRegularFile && entry.changetype != kDeleted && entry.size > 0;
     if (counts && bytes_ <= std::numeric_limits<std::int64_t>::max() - entry.size) bytes_ += entry.size;
-    if (output_.format() == Format::Json) {
+    if (output_.format() == Format::kJson) {
         output_.print_line({{"change", change},
                             {"type", type},
                             {"size", entry.size},
@@ -143,7 +143,7 @@ void ChangePrinter::print(const sts_file_attr_v11_t& entry)
 // The widths are fixed: what is still to come isn't known.
 void ChangePrinter::print_row(std::vector<std::string> cells)
 {
-    if (output_.format() == Format::Aligned) {
+    if (output_.format() == Format::kAligned) {
         for (std::size_t i = 0; i < cells.size(); ++i) {
             if (cells[i].size() < kColumns[i].width) cells[i].resize(kColumns[i].width, ' ');
         }

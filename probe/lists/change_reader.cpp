@@ -64,7 +64,7 @@ void ChangeReader::finish(const char* route, bool complete)
 {
     line_.clear();
     const double seconds = elapsed();
-    if (probe_.output.format() == Format::Json) {
+    if (probe_.output.format() == Format::kJson) {
         auto& document = probe_.output.document();
         document["route"] = route;
         document["complete"] = complete;
@@ -116,7 +116,7 @@ void ChangeReader::take()
     printer_.print(*entry_);
     if (Clock::now() - shown_ < kShowAgain) return;
     if (!probe_.output.flush()) {
-        throw Problem(ExitCode::Operation, "output", std::nullopt, "it could not be written");
+        throw Problem(ExitCode::kOperation, "output", std::nullopt, "it could not be written");
     }
     show_state();
 }

@@ -45,7 +45,7 @@ bool asks_for_zapi(const std::string& isid)
 std::string isid_for(const RouteWishes& wishes, const sts_volume_spec_v11_t& volume)
 {
     if (wishes.isid) return *wishes.isid;
-    std::string use_zapi = wishes.route == Route::Zapi ? "use_zapi=1" : "use_zapi=0";
+    std::string use_zapi = wishes.route == Route::kZapi ? "use_zapi=1" : "use_zapi=0";
     if (!wishes.mount) return use_zapi;
     return kMount + *wishes.mount + "|" + text_of(volume.first) + ":" + text_of(volume.second) + "," +
            use_zapi;
@@ -66,13 +66,13 @@ sts_volume_spec_v11_t as_nfs(const sts_volume_spec_v11_t& ndmp)
 
 const char* route_name(Route route)
 {
-    return route == Route::Zapi ? "zapi" : "service";
+    return route == Route::kZapi ? "zapi" : "service";
 }
 
 Route route_taken(const std::string& isid, const sts_volume_spec_v11_t& volume)
 {
     const bool zapi = has_mount(isid) ? volume.volumeType == STS_VOLUME_NDMP : asks_for_zapi(isid);
-    return zapi ? Route::Zapi : Route::Service;
+    return zapi ? Route::kZapi : Route::kService;
 }
 
 ChangeRoute plan_route(const RouteWishes& wishes, const sts_snap_info_v11_t& diff)
@@ -87,7 +87,7 @@ ChangeRoute plan_route(const RouteWishes& wishes, const sts_snap_info_v11_t& dif
         throw usage_problem("the supplier's text is too long for the host's record");
     }
     // With a mount the volume makes the difference, and of a volume that is read by NDMP there are others.
-    const bool wants_service = wishes.route ? *wishes.route == Route::Service : !wishes.isid;
+    const bool wants_service = wishes.route ? *wishes.route == Route::kService : !wishes.isid;
     if (wants_service && !wishes.volume && has_mount(plan.isid) &&
         plan.volume.volumeType == STS_VOLUME_NDMP) {
         plan.volume = as_nfs(plan.volume);

@@ -11,7 +11,7 @@
 namespace soapwrapper::probe
 {
 
-enum class Route { Service, Zapi };
+enum class Route { kService, kZapi };
 
 const char* route_name(Route route);
 
@@ -25,7 +25,7 @@ struct RouteWishes {
 };
 
 struct ChangeRoute {
-    Route route = Route::Service;
+    Route route = Route::kService;
     std::string isid;
     sts_volume_spec_v11_t volume = {};
 };

@@ -31,7 +31,7 @@ std::string refuse_failure(const std::string& text)
 
 Problem endless(const std::string& meaning)
 {
-    return Problem(ExitCode::Operation, "endless list", std::nullopt, meaning);
+    return Problem(ExitCode::kOperation, "endless list", std::nullopt, meaning);
 }
 
 // Tells an entry that came too often in a row.
@@ -90,7 +90,7 @@ ListHandle::~ListHandle()
 stsp_list_t* ListHandle::get() const
 {
     if (!handle_) {
-        throw Problem(ExitCode::Operation, "no handle", std::nullopt,
+        throw Problem(ExitCode::kOperation, "no handle", std::nullopt,
                       "the list was opened, but the library gave no handle for it");
     }
     return handle_;

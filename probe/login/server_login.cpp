@@ -51,7 +51,7 @@ OpenServer::~OpenServer()
 void OpenServer::check() const
 {
     if (handle_) return;
-    throw Problem(ExitCode::Operation, "no handle", std::nullopt,
+    throw Problem(ExitCode::kOperation, "no handle", std::nullopt,
                   "the server was opened, but the library gave no handle for it");
 }
 

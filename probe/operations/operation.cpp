@@ -24,7 +24,7 @@ constexpr std::int32_t kAskOnce = 0; // the waiting between two questions is the
 OperationWithId::OperationWithId(const Probe& probe, stsp_async_t* handle) : Operation(probe), handle_(handle)
 {
     if (!handle || !handle->op_token) {
-        throw Problem(ExitCode::Operation, "no handle", std::nullopt,
+        throw Problem(ExitCode::kOperation, "no handle", std::nullopt,
                       "the operation was started, but the library gave no handle for it");
     }
     keep_unclosed(handle);

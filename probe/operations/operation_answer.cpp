@@ -75,7 +75,7 @@ void OperationAnswer::show(const Operation& operation, Output& output) const
     properties.add("Bytes transferred", "bytes_transferred", bytes());
     add_body(properties);
     // A script gets either values with their keys or the rows of a list.
-    if (!is_difference || output.format() != Format::Separated) properties.show(output);
+    if (!is_difference || output.format() != Format::kSeparated) properties.show(output);
     if (is_difference) show_differences(output);
 }
 

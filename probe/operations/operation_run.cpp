@@ -64,7 +64,7 @@ void require_good_end(const OperationAnswer& answer, const Operation& operation)
 {
     if (answer.status() == STS_EOK) return;
     const StatusText text = status_text(answer.status());
-    throw Problem(ExitCode::Operation, text.name, answer.status(), text.meaning,
+    throw Problem(ExitCode::kOperation, text.name, answer.status(), text.meaning,
                   operation.title() + " has failed");
 }
 

@@ -55,8 +55,8 @@ std::string joined(const std::vector<std::string>& lines)
 
 void Output::print(const Table& table)
 {
-    if (format_ == Format::Aligned) print_aligned(table);
-    if (format_ == Format::Separated) print_separated(table);
+    if (format_ == Format::kAligned) print_aligned(table);
+    if (format_ == Format::kSeparated) print_separated(table);
 }
 
 void Output::print_aligned(const Table& table)
@@ -78,7 +78,7 @@ void Output::print_separated(const Table& table)
 
 void Output::title(const std::string& text)
 {
-    if (format_ == Format::Aligned) stream_ << '\n' << text << '\n';
+    if (format_ == Format::kAligned) stream_ << '\n' << text << '\n';
 }
 
 void Output::add_problem(const Problem& problem)
@@ -94,7 +94,7 @@ void Output::add_problem(const Problem& problem)
 
 void Output::print_line(const nlohmann::ordered_json& document)
 {
-    if (format_ == Format::Json) stream_ << document.dump() << '\n';
+    if (format_ == Format::kJson) stream_ << document.dump() << '\n';
 }
 
 bool Output::flush()
@@ -106,7 +106,7 @@ bool Output::flush()
 bool Output::finish()
 {
     if (!lines_) {
-        if (format_ == Format::Json) stream_ << document_.dump(2) << '\n';
+        if (format_ == Format::kJson) stream_ << document_.dump(2) << '\n';
     } else if (!document_.empty()) {
         print_line(document_);
     }

@@ -15,9 +15,9 @@ namespace soapwrapper::probe
 class Problem;
 
 enum class Format {
-    Aligned,   // columns under headings
-    Separated, // fields with a separator between them, no headings
-    Json
+    kAligned,   // columns under headings
+    kSeparated, // fields with a separator between them, no headings
+    kJson
 };
 
 // Rows of cleaned cells under headings.

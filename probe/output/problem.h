@@ -10,7 +10,7 @@
 namespace soapwrapper::probe
 {
 
-enum class ExitCode { Good = 0, Usage = 2, Library = 3, Operation = 4, Interrupted = 5 };
+enum class ExitCode { kGood = 0, kUsage = 2, kLibrary = 3, kOperation = 4, kInterrupted = 5 };
 
 class Problem : public std::runtime_error
 {
@@ -38,19 +38,19 @@ class Problem : public std::runtime_error
 // The command can't be carried out as it was given.
 inline Problem usage_problem(const std::string& meaning, std::string detail = {})
 {
-    return Problem(ExitCode::Usage, "usage", std::nullopt, meaning, std::move(detail));
+    return Problem(ExitCode::kUsage, "usage", std::nullopt, meaning, std::move(detail));
 }
 
 // The library can't be driven at all.
 inline Problem library_problem(const std::string& meaning, std::string detail = {})
 {
-    return Problem(ExitCode::Library, "library", std::nullopt, meaning, std::move(detail));
+    return Problem(ExitCode::kLibrary, "library", std::nullopt, meaning, std::move(detail));
 }
 
 // The user, or whoever ends programs here, wants to wait no longer.
 inline Problem interruption_problem(const std::string& meaning, std::string detail = {})
 {
-    return Problem(ExitCode::Interrupted, "interrupted", std::nullopt, meaning, std::move(detail));
+    return Problem(ExitCode::kInterrupted, "interrupted", std::nullopt, meaning, std::move(detail));
 }
 
 } // namespace soapwrapper::probe

@@ -29,7 +29,7 @@ void EntryList::add(const std::vector<Value>& values)
 
 void EntryList::show(Output& output, bool complete) const
 {
-    if (output.format() == Format::Json) {
+    if (output.format() == Format::kJson) {
         output.document()[key_] = entries_;
         output.document()["complete"] = complete;
         return;
@@ -57,7 +57,7 @@ void Properties::show(Output& output) const
     for (const Property& property : properties_) {
         output.document()[property.key] = property.value;
         table.add(
-            {output.format() == Format::Separated ? property.key : property.label, cell(property.value)});
+            {output.format() == Format::kSeparated ? property.key : property.label, cell(property.value)});
     }
     output.print(table);
 }

@@ -151,7 +151,7 @@ Table properties(const std::string& name, const sts_server_info_v8_t& info, Form
 {
     Table table({});
     const auto add = [&](const char* label, const char* key, std::string value) {
-        table.add({format == Format::Separated ? key : label, std::move(value)});
+        table.add({format == Format::kSeparated ? key : label, std::move(value)});
     };
     add("Name", "name", clean_line(name));
     add("Server", "server", clean_field(info.server));
@@ -168,7 +168,7 @@ Table properties(const std::string& name, const sts_server_info_v8_t& info, Form
 Table interface_table(const std::vector<OfferedInterface>& offers, bool choice_is_known, Format format)
 {
     // Without headings a row has to say what it is.
-    const bool bare = format == Format::Separated;
+    const bool bare = format == Format::kSeparated;
     std::vector<std::string> headings = {"VERSION", "TYPE", "URL"};
     if (choice_is_known) headings.insert(headings.begin(), "CHOSEN");
     Table table(headings);
@@ -195,7 +195,7 @@ void report_server(Output& output, const std::string& name, const sts_server_inf
 {
     const bool choice_is_known = !selection.empty();
     const std::vector<OfferedInterface> offers = offered_interfaces(info, selection);
-    if (output.format() == Format::Json) {
+    if (output.format() == Format::kJson) {
         fill(output.document(), name, info, offers, choice_is_known);
         return;
     }

@@ -77,7 +77,7 @@ TEST_F(AsyncCancel, LogsAFaultToTheServersSession)
 TEST_F(AsyncCancel, ReportsALostConnectionAndAFaultWithoutADetail)
 {
     service_.script(
-        {{Answer::Manner::reset, ""}, fault_answer(fault_with_detail("")), fault_answer(fault(0))});
+        {{Answer::Manner::kReset, ""}, fault_answer(fault_with_detail("")), fault_answer(fault(0))});
     EXPECT_EQ(cancel(), 2060017);
     EXPECT_EQ(cancel(), 2060021);
     EXPECT_EQ(cancel(), 0);
@@ -123,7 +123,7 @@ TEST_F(NamedAsyncStatus, IsTheStatusOfTheFault)
     service_.script({fault_answer(fault(2060005)),
                      fault_answer(fault(0)),
                      fault_answer(fault_with_detail("")),
-                     {Answer::Manner::reset, ""}});
+                     {Answer::Manner::kReset, ""}});
     EXPECT_EQ(status(), 2060005);
     EXPECT_THAT(session_.lines(), ElementsAre(record("stspi_named_async_status: enter"),
                                               record("stspi_named_async_status: SOAP return code = 1"),

@@ -65,7 +65,7 @@ class SnapResults : public SnapResultTest, public testing::WithParamInterface<Fa
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Families, SnapResults, testing::Values(Family::by_id, Family::by_name), family_of);
+INSTANTIATE_TEST_SUITE_P(Families, SnapResults, testing::Values(Family::kById, Family::kByName), family_of);
 
 TEST_P(SnapResults, HoldTheTopologyOfAValidationOrAProvision)
 {
@@ -293,7 +293,7 @@ namespace
 class LargeSnapResult : public SnapResultTest
 {
   protected:
-    LargeSnapResult() : SnapResultTest(Family::by_id) {}
+    LargeSnapResult() : SnapResultTest(Family::kById) {}
 };
 
 } // namespace

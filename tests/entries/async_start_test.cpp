@@ -166,7 +166,7 @@ TEST_P(Start, ReportsAFaultWithoutADetail)
 
 TEST_P(Start, ReportsALostConnection)
 {
-    service_.script({Answer::Manner::reset, ""});
+    service_.script({Answer::Manner::kReset, ""});
     EXPECT_EQ(start(), 2060017);
     EXPECT_EQ(async_, untouched());
     EXPECT_EQ(session_.lines().size(), 3U);

@@ -11,7 +11,7 @@ namespace
 class ConcurrentWaits : public AsyncWaitSnapTest
 {
   protected:
-    ConcurrentWaits() : AsyncWaitSnapTest(Family::by_id) {}
+    ConcurrentWaits() : AsyncWaitSnapTest(Family::kById) {}
 };
 
 } // namespace

@@ -4,11 +4,11 @@
 
 #include "tests/entries/async_wait_fixture.h"
 
-enum class Family { by_id, by_name };
+enum class Family { kById, kByName };
 
 inline std::string family_of(const testing::TestParamInfo<Family>& test)
 {
-    return test.param == Family::by_id ? "ById" : "ByName";
+    return test.param == Family::kById ? "ById" : "ByName";
 }
 
 // What a service says of an operation on a snapshot.
@@ -31,7 +31,7 @@ class AsyncWaitSnapTest : public AsyncWaitTest
   protected:
     explicit AsyncWaitSnapTest(Family family) : family_(family) { fill(record_); }
 
-    bool by_id() const { return family_ == Family::by_id; }
+    bool by_id() const { return family_ == Family::kById; }
 
     int wait(std::int32_t blockflag)
     {

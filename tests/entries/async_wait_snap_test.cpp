@@ -7,7 +7,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-INSTANTIATE_TEST_SUITE_P(Families, AsyncWaitSnap, testing::Values(Family::by_id, Family::by_name), family_of);
+INSTANTIATE_TEST_SUITE_P(Families, AsyncWaitSnap, testing::Values(Family::kById, Family::kByName), family_of);
 
 TEST_P(AsyncWaitSnap, SendsWhoAsksAndForWhat)
 {
@@ -71,7 +71,7 @@ TEST_P(AsyncWaitSnap, AsksAgainAfterEachIntervalAndLogsTheFirstReturnCodeAlone)
 
 TEST_P(AsyncWaitSnap, LeavesTheRecordAloneIfTheServiceGoesAwayInTheMiddle)
 {
-    service_.script({busy(5), {Answer::Manner::reset, ""}});
+    service_.script({busy(5), {Answer::Manner::kReset, ""}});
     EXPECT_EQ(wait(1), 2060017);
     EXPECT_TRUE(is_untouched(record_));
     const std::vector<LogLine> lines = log().lines();
@@ -160,13 +160,13 @@ namespace
 class WaitById : public AsyncWaitSnapTest
 {
   protected:
-    WaitById() : AsyncWaitSnapTest(Family::by_id) {}
+    WaitById() : AsyncWaitSnapTest(Family::kById) {}
 };
 
 class WaitByName : public AsyncWaitSnapTest
 {
   protected:
-    WaitByName() : AsyncWaitSnapTest(Family::by_name) {}
+    WaitByName() : AsyncWaitSnapTest(Family::kByName) {}
 };
 
 } // namespace

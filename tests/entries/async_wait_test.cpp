@@ -138,7 +138,7 @@ TEST_F(AsyncWait, EndsWithTheOperationsOwnErrorInTheRecord)
 
 TEST_F(AsyncWait, LeavesTheRecordAloneIfTheServiceGoesAwayInTheMiddle)
 {
-    service_.script({busy(5), {Answer::Manner::close_at_once, ""}});
+    service_.script({busy(5), {Answer::Manner::kCloseAtOnce, ""}});
     EXPECT_EQ(wait(1), 2060017);
     EXPECT_TRUE(is_untouched(record_));
     const std::vector<LogLine> lines = caller_.lines();

@@ -51,9 +51,9 @@ std::vector<Case> cases()
     const Content lsu_list = about("lsuListHandle", element("token", "L"));
     const Content image_list = about("imageListHandle", element("token", "L"));
     const Content snap_list = about("snapListHandle", element("token", "L"));
-    const Kind open = Kind::open;
-    const Kind call = Kind::call;
-    const Kind close = Kind::close;
+    const Kind open = Kind::kOpen;
+    const Kind call = Kind::kCall;
+    const Kind close = Kind::kClose;
     return {
         {"stspi_open_lsu_list_v10", "openLSUList", "openLSUListResponse", lsu_list, open,
          [](Records& r) { return open_lsu_list_v10()(r.server, nullptr, &r.out.list); }},
@@ -138,13 +138,13 @@ std::vector<Case> cases(Kind kind)
 std::vector<Case> calls_with_record()
 {
     return cases_where(
-        [](const Case& test) { return test.kind == Kind::call && !test.content.record.empty(); });
+        [](const Case& test) { return test.kind == Kind::kCall && !test.content.record.empty(); });
 }
 
 std::vector<Case> calls_without_record()
 {
     return cases_where(
-        [](const Case& test) { return test.kind == Kind::call && test.content.record.empty(); });
+        [](const Case& test) { return test.kind == Kind::kCall && test.content.record.empty(); });
 }
 
 } // namespace catalogue

@@ -40,7 +40,7 @@ struct Records {
     } out;
 };
 
-enum class Kind { call, open, close };
+enum class Kind { kCall, kOpen, kClose };
 
 // What stands in a good reply.
 struct Content {

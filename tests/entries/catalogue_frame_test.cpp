@@ -42,7 +42,7 @@ class CatalogueFrame : public CatalogueTest, public testing::WithParamInterface<
     int call()
     {
         const int status = GetParam().call(*records);
-        if (GetParam().kind == Kind::close && last_was_good) closed = true;
+        if (GetParam().kind == Kind::kClose && last_was_good) closed = true;
         return status;
     }
 
@@ -94,7 +94,7 @@ class CatalogueRecords : public CatalogueFrame
 };
 
 INSTANTIATE_TEST_SUITE_P(EveryEntry, CatalogueFrame, testing::ValuesIn(cases()), name_of);
-INSTANTIATE_TEST_SUITE_P(EveryOpen, CatalogueOpens, testing::ValuesIn(cases(Kind::open)), name_of);
+INSTANTIATE_TEST_SUITE_P(EveryOpen, CatalogueOpens, testing::ValuesIn(cases(Kind::kOpen)), name_of);
 INSTANTIATE_TEST_SUITE_P(EveryCall, CatalogueCalls, testing::ValuesIn(calls_without_record()), name_of);
 INSTANTIATE_TEST_SUITE_P(EveryRecord, CatalogueRecords, testing::ValuesIn(calls_with_record()), name_of);
 

@@ -65,7 +65,7 @@ TEST_F(CloseChangeList, OfTheServicesThatFailsForgetsWhatWasKnownAndCanBeRepeate
 
     service.script(fault_answer(fault_with_detail("")));
     EXPECT_EQ(close_list()(list), STS_EFAULTDETAIL);
-    service.script({Answer::Manner::close_at_once, ""});
+    service.script({Answer::Manner::kCloseAtOnce, ""});
     session.clear();
     EXPECT_EQ(close_list()(list), STS_ESOAPERROR);
     const Lines lines = session.lines();
@@ -104,7 +104,7 @@ TEST_F(CloseChangeList, OfThePluginsTellsOfTheVolumeAsItWasAtTheOpen)
 TEST_F(CloseChangeList, OfThePluginsThatIsRefusedKeepsEverything)
 {
     open_at_plugin();
-    plugin.answer(Operation::close_list, {2060012});
+    plugin.answer(Operation::kCloseList, {2060012});
     EXPECT_EQ(close_list()(list), STS_EINUSE);
     EXPECT_THAT(
         session.lines(),
@@ -126,7 +126,7 @@ TEST_F(CloseChangeList, OfThePluginsDoesNotMindAFilerThatRefusesTheEnd)
 TEST_F(CloseChangeList, OfThePluginsReportsAConnectionThatWontCloseAndIsOverAllTheSame)
 {
     open_at_plugin();
-    plugin.answer(Operation::close, {2060098, 2060099});
+    plugin.answer(Operation::kClose, {2060098, 2060099});
     left_open = 2;
     script("ioControlResponse", element("args") + element("len", "0"));
     EXPECT_EQ(close_list()(list), STS_EPLUGIN);
@@ -142,7 +142,7 @@ TEST_F(CloseChangeList, OfThePluginsReportsAConnectionThatWontCloseAndIsOverAllT
 TEST_F(CloseChangeList, OfThePluginsIsGoodWhereOnlyItsServerWontClose)
 {
     open_at_plugin();
-    plugin.answer(Operation::close, {2060098});
+    plugin.answer(Operation::kClose, {2060098});
     left_open = 1;
     close_at_plugin();
     EXPECT_EQ(session.lines().back(), kOk);
@@ -153,7 +153,7 @@ TEST_F(CloseChangeList, OfThePluginsSkipsTheSessionThatNeverCame)
 {
     plugin.keep_session_handles();
     open_at_plugin();
-    plugin.answer(Operation::close, {2060098});
+    plugin.answer(Operation::kClose, {2060098});
     left_open = 1;
     script("ioControlResponse", element("args") + element("len", "0"));
     EXPECT_EQ(close_list()(list), STS_EPLUGIN);

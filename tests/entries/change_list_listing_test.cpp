@@ -131,7 +131,7 @@ TEST_F(ListFiles, DoesNotWaitForAPauseThatIsOver)
     script_files(file_element("/A"), 1, 0, 30);
     EXPECT_EQ(next_path(), "/A");
     clock.set_time(1030);
-    service.script({Answer::Manner::close_at_once, ""});
+    service.script({Answer::Manner::kCloseAtOnce, ""});
     EXPECT_EQ(next(), STS_ESOAPERROR);
     EXPECT_THAT(clock.sleeps(), ElementsAre());
     EXPECT_EQ(info().retry_interval, 0);

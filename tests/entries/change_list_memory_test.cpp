@@ -75,7 +75,7 @@ TEST_F(OpenWithoutMemory, ForAHandlesCellFailsAheadOfTheConnection)
         script_mapping();
         list = reinterpret_cast<stsp_change_list_t*>(this);
         session.clear();
-        const NoMemory none(Allocator::calloc, sizeof(void*), cell);
+        const NoMemory none(Allocator::kCalloc, sizeof(void*), cell);
         EXPECT_EQ(open(), STS_ENOMEM);
         EXPECT_GE(none.refusals(), 1u);
         EXPECT_EQ(list, nullptr);
@@ -87,12 +87,12 @@ TEST_F(OpenWithoutMemory, ForAHandlesCellFailsAheadOfTheConnection)
 
 TEST_F(OpenWithoutMemory, ForTheTokenLeavesAHandleThatTheCloseRefuses)
 {
-    expect_half_made(Allocator::malloc, sizeof kZapiToken, "tokenname");
+    expect_half_made(Allocator::kMalloc, sizeof kZapiToken, "tokenname");
 }
 
 TEST_F(OpenWithoutMemory, ForTheVolumeLeavesAHandleThatTheCloseRefuses)
 {
-    expect_half_made(Allocator::malloc, kVolumeSize, "the volume");
+    expect_half_made(Allocator::kMalloc, kVolumeSize, "the volume");
 }
 
 TEST_F(OpenWithoutMemory, ForTheListLeavesNone)
@@ -100,7 +100,7 @@ TEST_F(OpenWithoutMemory, ForTheListLeavesNone)
     left_open = 2;
     base.reset();
     script_export(diff_export);
-    const NoMemory none(Allocator::operator_new_nothrow, sizeof(stsp_change_list));
+    const NoMemory none(Allocator::kOperatorNewNothrow, sizeof(stsp_change_list));
     EXPECT_EQ(open(), STS_ESOAPERROR);
     EXPECT_EQ(none.refusals(), 1u);
     EXPECT_EQ(list, nullptr);
@@ -113,7 +113,7 @@ TEST_F(OpenWithoutMemory, FallsBackToTheService)
     script_mapping();
     script_list("C1");
     {
-        const NoMemory none(Allocator::malloc, sizeof kZapiToken);
+        const NoMemory none(Allocator::kMalloc, sizeof kZapiToken);
         ASSERT_EQ(open(), 0);
         EXPECT_EQ(none.refusals(), 1u);
     }
@@ -138,8 +138,8 @@ TEST_F(ListWithoutMemory, OpensNoListOfTheServicesWithoutItsRecordOrItsToken)
 {
     const std::string token(100, 'T');
     const std::tuple<Allocator, std::size_t, const char*> cases[] = {
-        {Allocator::operator_new_nothrow, sizeof(stsp_change_list), "the list"},
-        {Allocator::malloc, token.size() + 1, "tokenname"},
+        {Allocator::kOperatorNewNothrow, sizeof(stsp_change_list), "the list"},
+        {Allocator::kMalloc, token.size() + 1, "tokenname"},
     };
     for (const auto& [allocator, size, what] : cases) {
         session.clear();
@@ -163,7 +163,7 @@ TEST_F(ListWithoutMemory, DeliversNothingOfABatchThatItHasNoRoomFor)
     fill_with_canary(*entry);
     const auto before = std::make_unique<sts_file_attr_v11_t>(*entry);
     {
-        const NoMemory none(Allocator::operator_new, 2 * kFileSize);
+        const NoMemory none(Allocator::kOperatorNew, 2 * kFileSize);
         EXPECT_EQ(list_file()(list, 0, nullptr, entry.get()), STS_ENOMEM);
         EXPECT_EQ(none.refusals(), 1u);
     }

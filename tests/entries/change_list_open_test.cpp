@@ -222,7 +222,7 @@ TEST_F(OpenChangeList, ReturnsAFaultOfAnotherCodeAndOneWithoutAStatusAtOnce)
 TEST_F(OpenChangeList, SaysThatNobodyHasAListWhereTheServiceCantBeReachedOrFailsByItself)
 {
     for (const Answer& answer :
-         {Answer{Answer::Manner::close_at_once, ""}, fault_answer(fault(2060005, "SOAP-ENV:Server"))}) {
+         {Answer{Answer::Manner::kCloseAtOnce, ""}, fault_answer(fault(2060005, "SOAP-ENV:Server"))}) {
         session.clear();
         script_mapping();
         service.script(answer);
@@ -248,7 +248,7 @@ TEST_F(OpenChangeList, GoesOnToItsEndWhereTheReturnCodeIsThatOfAFaultAndThereIsN
     for (const int http_status : {1, 12}) {
         session.clear();
         script_mapping();
-        service.script({Answer::Manner::reply, http_message("", http_status, "Odd")});
+        service.script({Answer::Manner::kReply, http_message("", http_status, "Odd")});
         EXPECT_EQ(open(), STS_ESOAPERROR);
         EXPECT_EQ(list, nullptr);
         const Lines lines = session.lines();

@@ -219,7 +219,7 @@ TEST_P(Secrets, AreGoneWhereMemoryRunsOut)
     script_export(diff_export);
     script_command();
     {
-        const hooks::NoMemory none(hooks::Allocator::malloc, sizeof(sts_volume_spec_v11_t));
+        const hooks::NoMemory none(hooks::Allocator::kMalloc, sizeof(sts_volume_spec_v11_t));
         EXPECT_EQ(call_open(), STS_ENOMEM);
     }
     ASSERT_NE(list, nullptr);

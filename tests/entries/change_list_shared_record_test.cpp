@@ -33,7 +33,7 @@ class SharedRecord : public ZapiChangeListTest
     {
         const std::size_t asked = service.requests().size();
         const std::string files = file_element("/a") + file_element("/b");
-        service.script({Answer::Manner::hold, http_message(files_reply(files, 2))});
+        service.script({Answer::Manner::kHold, http_message(files_reply(files, 2))});
         std::future<int> listing = start_listing();
         service.wait_for_requests(asked + 1);
         return listing;
@@ -191,7 +191,7 @@ TEST_F(SharedRecord, OfAListThatIsOpenedAgainMeanwhileIsANewOne)
 {
     open_two_at_service();
     const std::size_t asked = service.requests().size();
-    service.script({Answer::Manner::hold, http_message(files_reply(file_element("/a"), 1))});
+    service.script({Answer::Manner::kHold, http_message(files_reply(file_element("/a"), 1))});
     std::future<int> listing = start_listing();
     service.wait_for_requests(asked + 1);
     close(second);

@@ -153,7 +153,7 @@ TEST_F(StartRequest, WaitsLongerAheadOfEachTryUntilTheFilerIsReady)
 TEST_F(StartRequest, TriesAgainAfterAFailureOfAnotherKind)
 {
     script_starts({2060013, 2060005});
-    service.script({Answer::Manner::close_at_once, ""});
+    service.script({Answer::Manner::kCloseAtOnce, ""});
     script_start(0);
     ASSERT_EQ(open(), 0);
     EXPECT_THAT(clock.sleeps(), ElementsAre(30u, 60u, 90u));
@@ -187,10 +187,10 @@ TEST_F(StartRequest, GivesUpAfterFiveTriesAndFallsBackToTheService)
 TEST_F(StartRequest, GivesTheConnectionBackAheadOfTheServiceWithoutAWordWhereItGivesUp)
 {
     Host::instance().write_configuration("start_snapdiff_max_wait=0\n");
-    plugin.answer(Operation::close, {2060098, 2060099}); // nor does it matter what becomes of that
+    plugin.answer(Operation::kClose, {2060098, 2060099}); // nor does it matter what becomes of that
     left_open = 2;
     script_starts({2060005});
-    service.script({Answer::Manner::close_at_once, ""});
+    service.script({Answer::Manner::kCloseAtOnce, ""});
     EXPECT_EQ(open(), STS_ESOAPERROR);
     EXPECT_THAT(plugin.calls(), testing::IsSupersetOf({"close server1 0", "close session1 0"}));
     EXPECT_THAT(session.texts(), Not(Contains(testing::HasSubstr("close"))));
@@ -239,7 +239,7 @@ TEST_F(StartRequest, ForgetsThatStatusWhereTheServiceHasNoListEither)
 {
     Host::instance().write_configuration("start_snapdiff_max_wait=0\n");
     script_starts({2060005});
-    service.script({Answer::Manner::close_at_once, ""});
+    service.script({Answer::Manner::kCloseAtOnce, ""});
     EXPECT_EQ(open(), STS_ESOAPERROR);
     EXPECT_THAT(tries(), Contains(kNoList));
 }

@@ -44,7 +44,7 @@ class ZapiChangeListTest : public ChangeListTest
         std::string other_url = other.url();
         server.endpoint = other_url.data();
         script_mapping(other);
-        plugin.answer(Operation::open_session, {1});
+        plugin.answer(Operation::kOpenSession, {1});
         EXPECT_EQ(open(), STS_ENULLARG);
         plugin.forget_calls();
         session.clear();

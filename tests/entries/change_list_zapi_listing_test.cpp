@@ -102,7 +102,7 @@ TEST_F(ListZapiFiles, ReturnsAnyOtherStatusOfThePluginInSilence)
 {
     plugin.hold({entry("/a")});
     open_at_plugin();
-    plugin.answer(Operation::list_file, {2060005, 17, -1});
+    plugin.answer(Operation::kListFile, {2060005, 17, -1});
     EXPECT_EQ(next(), STS_EBUSY);
     EXPECT_EQ(next(), 17);
     EXPECT_EQ(next(), -1);

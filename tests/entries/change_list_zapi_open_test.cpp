@@ -176,14 +176,14 @@ TEST_F(OpenZapiChangeList, LetsTheExceptionOfATextWithFewerThanTwoBlanksThrough)
 
 TEST_F(OpenZapiChangeList, FailsAtOnceWhereNoSessionOpens)
 {
-    plugin.answer(Operation::open_session, {2060099});
+    plugin.answer(Operation::kOpenSession, {2060099});
     expect_no_connection(STS_ENULLARG, {record("open_zapi_connection: failed to open zapi session")});
     EXPECT_THAT(plugin.calls(), ElementsAre("open_session zapi_via_soap 15"));
 }
 
 TEST_F(OpenZapiChangeList, ClosesTheSessionWhereNoServerOpens)
 {
-    plugin.answer(Operation::open_server, {2060099});
+    plugin.answer(Operation::kOpenServer, {2060099});
     expect_no_connection(2060099, {record("open_zapi_connection: succeed to open zapi session"),
                                    record("open_zapi_connection: failed to open zapi server"),
                                    record("open_zapi_connection: succeed to close zapi session")});
@@ -193,8 +193,8 @@ TEST_F(OpenZapiChangeList, ClosesTheSessionWhereNoServerOpens)
 
 TEST_F(OpenZapiChangeList, SaysSoWhereThatSessionWontClose)
 {
-    plugin.answer(Operation::open_server, {2060099});
-    plugin.answer(Operation::close, {2060098});
+    plugin.answer(Operation::kOpenServer, {2060099});
+    plugin.answer(Operation::kClose, {2060098});
     left_open = 1;
     expect_no_connection(2060099, {record("open_zapi_connection: succeed to open zapi session"),
                                    record("open_zapi_connection: failed to open zapi server"),
@@ -204,14 +204,14 @@ TEST_F(OpenZapiChangeList, SaysSoWhereThatSessionWontClose)
 TEST_F(OpenZapiChangeList, ClosesNoSessionThatItHasNoHandleOf)
 {
     plugin.keep_session_handles();
-    plugin.answer(Operation::open_server, {2060099});
+    plugin.answer(Operation::kOpenServer, {2060099});
     expect_no_connection(2060099, {record("open_zapi_connection: succeed to open zapi session"),
                                    record("open_zapi_connection: failed to open zapi server")});
 }
 
 TEST_F(OpenZapiChangeList, FallsBackToTheServiceWhereThePluginRefusesTheList)
 {
-    plugin.answer(Operation::open_list, {2060099});
+    plugin.answer(Operation::kOpenList, {2060099});
     left_open = 2; // the connection stays
     script_mapping();
     script_list("C1");
@@ -234,7 +234,7 @@ TEST_F(OpenZapiChangeList, FallsBackToTheServiceWhereThePluginRefusesTheList)
 
 TEST_F(OpenZapiChangeList, ReturnsTheServicesFaultAtOnceWhereItFallsBackInVain)
 {
-    plugin.answer(Operation::open_list, {2060099});
+    plugin.answer(Operation::kOpenList, {2060099});
     left_open = 2;
     script_mapping();
     service.script(fault_answer(fault(2060013)));
@@ -245,10 +245,10 @@ TEST_F(OpenZapiChangeList, ReturnsTheServicesFaultAtOnceWhereItFallsBackInVain)
 
 TEST_F(OpenZapiChangeList, HasNoListWhereThePluginAndTheServiceRefuse)
 {
-    plugin.answer(Operation::open_list, {2060099});
+    plugin.answer(Operation::kOpenList, {2060099});
     left_open = 2;
     script_mapping();
-    service.script({Answer::Manner::close_at_once, ""});
+    service.script({Answer::Manner::kCloseAtOnce, ""});
     EXPECT_EQ(open(), STS_ESOAPERROR);
     EXPECT_EQ(list, nullptr);
     const Lines lines = session.lines();
@@ -260,7 +260,7 @@ TEST_F(OpenZapiChangeList, HasNoListWhereThePluginAndTheServiceRefuse)
 TEST_F(OpenZapiChangeList, HasNoListWhereThePluginRefusesAndThereIsNoBaseSnapshot)
 {
     base.reset();
-    plugin.answer(Operation::open_list, {2060099});
+    plugin.answer(Operation::kOpenList, {2060099});
     left_open = 2;
     script_export(diff_export);
     EXPECT_EQ(open(), STS_ESOAPERROR);

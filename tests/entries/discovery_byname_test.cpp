@@ -254,7 +254,7 @@ TEST_F(DiscoveryByFile, KeepsTheChoiceOfTheOneThatEndsLast)
 {
     const std::string name = own_name();
     Answer held = discovered({"11;1;2;http;" + dead_url("last")});
-    held.manner = Answer::Manner::hold;
+    held.manner = Answer::Manner::kHold;
     service_.script({held, discovered({"11;1;2;http;" + dead_url("first")})});
     host().write_configuration("host=" + service_.url() + "\n");
     RecordedSession other;

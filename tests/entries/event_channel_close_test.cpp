@@ -97,7 +97,7 @@ TEST_F(CloseEventChannel, ReportsAFaultWithoutAStatus)
 
 TEST_F(CloseEventChannel, ReportsATransportErrorThoughTheChannelIsGone)
 {
-    EXPECT_EQ(close_with({Answer::Manner::reset, ""}, closed(), true), 2060017);
+    EXPECT_EQ(close_with({Answer::Manner::kReset, ""}, closed(), true), 2060017);
     const std::vector<LogLine> lines = session_.lines();
     EXPECT_EQ(lines.at(lines.size() - 2), ok("stspi_close_server"));
     EXPECT_EQ(lines.back().level, 4);

@@ -336,7 +336,7 @@ TEST_F(GetEvent, MapsOtherFailuresLikeAnyCall)
 {
     EXPECT_EQ(get(fault_answer(fault_with_detail(""))), 2060021);
     EXPECT_EQ(get(fault_answer(fault(2060013, "SOAP-ENV:Server"))), 2060017);
-    EXPECT_EQ(get({Answer::Manner::reset, ""}), 2060017);
+    EXPECT_EQ(get({Answer::Manner::kReset, ""}), 2060017);
     EXPECT_EQ(get(answer("<garbage")), 2060017);
     EXPECT_TRUE(same_bytes(*event_, *expected_));
 }

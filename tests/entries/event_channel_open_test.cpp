@@ -261,7 +261,7 @@ TEST_F(OpenEventChannel, ClosesTheServerAfterAServerFault)
 
 TEST_F(OpenEventChannel, ClosesTheServerAfterATransportError)
 {
-    EXPECT_EQ(failed_open({Answer::Manner::reply, ""}), 2060017);
+    EXPECT_EQ(failed_open({Answer::Manner::kReply, ""}), 2060017);
     EXPECT_EQ(session_.lines().back(), ok("stspi_close_server"));
 }
 

@@ -208,7 +208,7 @@ TEST_F(GetEventPayload, ReturnsAFaultAndLeavesTheRecordAlone)
     }
     EXPECT_EQ(payload(fault_answer(fault_with_detail(""))), 2060021);
     EXPECT_EQ(payload(fault_answer(fault(5, "SOAP-ENV:Server"))), 2060017);
-    EXPECT_EQ(payload(Answer{Answer::Manner::reset, ""}), 2060017);
+    EXPECT_EQ(payload(Answer{Answer::Manner::kReset, ""}), 2060017);
     EXPECT_TRUE(same_bytes(*activity_, *expected_));
 }
 
@@ -350,7 +350,7 @@ TEST_F(DeleteEvent, ReturnsAFault)
                     ElementsAre(enter(kDelete), return_code(kDelete, 1), failure(rendered_fault(status))));
     }
     EXPECT_EQ(remove(fault_answer(fault_with_detail(""))), 2060021);
-    EXPECT_EQ(remove({Answer::Manner::reset, ""}), 2060017);
+    EXPECT_EQ(remove({Answer::Manner::kReset, ""}), 2060017);
 }
 
 TEST_F(DeleteEvent, IsSilentWithoutASessionOrACallback)

@@ -43,7 +43,7 @@ class CloseOnExec : public ServerTest
     void expect_of_the_socket(bool tls)
     {
         const ServerHandle server = make_server(session_, tls ? service_.tls_url() : service_.url(), tls);
-        service_.script({Answer::Manner::hold, closed().bytes});
+        service_.script({Answer::Manner::kHold, closed().bytes});
         std::thread caller([&] {
             const auto info = std::make_unique<sts_server_info_v8_t>();
             get_server_prop()(server.get(), info.get());

@@ -120,7 +120,7 @@ class CostlyReplies : public ServerTest
     int ask(const std::string& message)
     {
         session_.clear();
-        service_.script({Answer::Manner::reply, message});
+        service_.script({Answer::Manner::kReply, message});
         *info_ = {};
         return get_server_prop()(server_.get(), info_.get());
     }

@@ -187,7 +187,7 @@ TEST_F(Frame, Returns2060017ForATransportError)
 
 TEST_F(Frame, Returns2060017ForAnHttpError)
 {
-    const Outcome outcome = outcome_of({Answer::Manner::reply, http_message("<p>no</p>", 404, "Not Found")});
+    const Outcome outcome = outcome_of({Answer::Manner::kReply, http_message("<p>no</p>", 404, "Not Found")});
     EXPECT_EQ(outcome.status, 2060017);
     EXPECT_THAT(outcome.lines,
                 ElementsAre(return_code(404), failure("Error 404 fault detected[no subcode]\n\"HTTP Error\"\n"

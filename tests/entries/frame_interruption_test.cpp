@@ -52,7 +52,7 @@ class Interruptions : public ServerTest
         std::thread caller(
             [&] { status = open_target_server()(source.get(), "t", credential.get(), "", &target); });
         service_.wait_for_connections(1);
-        if (manner == Manner::hold) service_.wait_for_requests(1);
+        if (manner == Manner::kHold) service_.wait_for_requests(1);
         interrupt(caller);
         service_.release();
         caller.join();
@@ -73,25 +73,25 @@ class Interruptions : public ServerTest
 
 TEST_F(Interruptions, DontSpoilAPlainCallThatReceives)
 {
-    call_interrupted(Manner::hold, false, 3);
+    call_interrupted(Manner::kHold, false, 3);
 }
 
 TEST_F(Interruptions, DontSpoilATlsCallThatReceives)
 {
-    call_interrupted(Manner::hold, true, 3);
+    call_interrupted(Manner::kHold, true, 3);
 }
 
 TEST_F(Interruptions, DontSpoilAPlainCallThatSends)
 {
-    call_interrupted(Manner::late_read, false, 16 << 20);
+    call_interrupted(Manner::kLateRead, false, 16 << 20);
 }
 
 TEST_F(Interruptions, DontSpoilATlsCallThatSends)
 {
-    call_interrupted(Manner::late_read, true, 16 << 20);
+    call_interrupted(Manner::kLateRead, true, 16 << 20);
 }
 
 TEST_F(Interruptions, DontSpoilATlsHandshake)
 {
-    call_interrupted(Manner::late_handshake, true, 3);
+    call_interrupted(Manner::kLateHandshake, true, 3);
 }

@@ -85,11 +85,11 @@ TEST_F(StandardStreams, AreLeftAloneByCallsThatSucceedAndFail)
     open_and_close({fault_answer(fault(5))});
     open_and_close({fault_answer(fault_with_detail("<x/>", "SOAP-ENV:Server"))});
     open_and_close({answer("this is no XML")});
-    open_and_close({{Answer::Manner::reply, "this is no HTTP"}});
-    open_and_close({{Answer::Manner::close_at_once, ""}});
+    open_and_close({{Answer::Manner::kReply, "this is no HTTP"}});
+    open_and_close({{Answer::Manner::kCloseAtOnce, ""}});
     host().write_configuration("host=" + service_.tls_url() + "\n");
     auto info = std::make_unique<sts_server_info_v8_t>();
-    service_.script({Answer::Manner::refuse_handshake, ""});
+    service_.script({Answer::Manner::kRefuseHandshake, ""});
     get_server_prop_byname()(session_.get(), "Network_X:host", info.get());
     service_.script(discovered({"x", "12;0;0;http;u"}));
     get_server_prop_byname()(session_.get(), "Network_X:host", info.get());

@@ -96,8 +96,8 @@ TEST_F(Secrets, OfAnOpenAreGoneBehindIt)
 TEST_F(Secrets, OfAnOpenThatIsNotAnsweredAreGoneBehindIt)
 {
     for (const bool tls : {false, true}) {
-        for (const Manner manner : {Manner::close_at_once, Manner::reset_at_once, Manner::close_mid_request,
-                                    Manner::refuse_handshake, Manner::reset}) {
+        for (const Manner manner : {Manner::kCloseAtOnce, Manner::kResetAtOnce, Manner::kCloseMidRequest,
+                                    Manner::kRefuseHandshake, Manner::kReset}) {
             expect_no_secret_behind_an_open({manner, ""}, tls);
         }
     }

@@ -74,8 +74,8 @@ class Signals : public ServerTest
     {
         const Credential long_credential(std::string(4 << 20, 'c'));
         const ServerHandle source = make_server(session_, tls ? service_.tls_url() : service_.url(), tls);
-        for (const Answer::Manner manner : {Answer::Manner::close_mid_request, Answer::Manner::close_at_once,
-                                            Answer::Manner::reset_at_once, Answer::Manner::reset}) {
+        for (const Answer::Manner manner : {Answer::Manner::kCloseMidRequest, Answer::Manner::kCloseAtOnce,
+                                            Answer::Manner::kResetAtOnce, Answer::Manner::kReset}) {
             service_.script({manner, ""});
             stsp_server_t* target = nullptr;
             EXPECT_EQ(open_target_server()(source.get(), "t", long_credential.get(), "", &target), 2060017);
@@ -145,7 +145,7 @@ TEST_F(Signals, StayOpenOnOtherThreadsWhileACallWaits)
 {
     // A mask that a call changes is its own thread's.
     const ServerHandle server = make_server(session_, service_.tls_url(), true);
-    service_.script({Answer::Manner::hold, closed().bytes});
+    service_.script({Answer::Manner::kHold, closed().bytes});
     bool blocked_behind_the_call = true;
     std::thread caller([&] {
         auto info = std::make_unique<sts_server_info_v8_t>();

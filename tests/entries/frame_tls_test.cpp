@@ -54,7 +54,7 @@ TEST_F(Tls, IsNotUsedByAPlainHandleWhateverTheCaseOfTheScheme)
 TEST_F(Tls, ReportsAPeerThatSpeaksNoTlsLikeAnyOtherTransportError)
 {
     const ServerHandle server = make_server(session_, service_.tls_url(), true);
-    service_.script({Answer::Manner::refuse_handshake, ""});
+    service_.script({Answer::Manner::kRefuseHandshake, ""});
     EXPECT_EQ(close_server()(server.get()), 2060017);
     const std::vector<LogLine> lines = session_.lines();
     ASSERT_EQ(lines.size(), 4U);
@@ -67,7 +67,7 @@ TEST_F(Tls, ReportsAPeerThatSpeaksNoTlsLikeAnyOtherTransportError)
 TEST_F(Tls, ReportsAPeerThatHangsUpInTheHandshake)
 {
     const ServerHandle server = make_server(session_, service_.tls_url(), true);
-    service_.script({{Answer::Manner::close_at_once, ""}, {Answer::Manner::reset_at_once, ""}});
+    service_.script({{Answer::Manner::kCloseAtOnce, ""}, {Answer::Manner::kResetAtOnce, ""}});
     EXPECT_EQ(close_server()(server.get()), 2060017);
     EXPECT_EQ(close_server()(server.get()), 2060017);
 }

@@ -90,12 +90,12 @@ extern "C" {
 
 SHOWN void* malloc(std::size_t size)
 {
-    return hooks::refused(hooks::Allocator::malloc, size) ? nullptr : SYSTEM(malloc)(size);
+    return hooks::refused(hooks::Allocator::kMalloc, size) ? nullptr : SYSTEM(malloc)(size);
 }
 
 SHOWN void* calloc(std::size_t count, std::size_t size)
 {
-    return hooks::refused(hooks::Allocator::calloc, count * size) ? nullptr : SYSTEM(calloc)(count, size);
+    return hooks::refused(hooks::Allocator::kCalloc, count * size) ? nullptr : SYSTEM(calloc)(count, size);
 }
 
 SHOWN void* realloc(void* block, std::size_t size)
@@ -114,7 +114,7 @@ SHOWN void free(void* block)
 
 SHOWN void* operator new(std::size_t size)
 {
-    if (void* block = hooks::allocate(hooks::Allocator::operator_new, size)) return block;
+    if (void* block = hooks::allocate(hooks::Allocator::kOperatorNew, size)) return block;
     throw std::bad_alloc();
 }
 SHOWN void* operator new[](std::size_t size)
@@ -123,11 +123,11 @@ SHOWN void* operator new[](std::size_t size)
 }
 SHOWN void* operator new(std::size_t size, const std::nothrow_t& /*nothrow*/) noexcept
 {
-    return hooks::allocate(hooks::Allocator::operator_new_nothrow, size);
+    return hooks::allocate(hooks::Allocator::kOperatorNewNothrow, size);
 }
 SHOWN void* operator new[](std::size_t size, const std::nothrow_t& /*nothrow*/) noexcept
 {
-    return hooks::allocate(hooks::Allocator::operator_new_nothrow, size);
+    return hooks::allocate(hooks::Allocator::kOperatorNewNothrow, size);
 }
 SHOWN void operator delete(void* block) noexcept
 {

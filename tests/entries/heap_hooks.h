@@ -10,7 +10,7 @@
 namespace hooks
 {
 
-enum class Allocator { malloc, calloc, operator_new, operator_new_nothrow };
+enum class Allocator { kMalloc, kCalloc, kOperatorNew, kOperatorNewNothrow };
 
 // While one lives, the allocator has no memory for blocks of this size; the first `granted` of them it still
 // has. One at a time on a thread.

@@ -6,7 +6,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
-typedef void (*slot)(void);
+typedef void (*Slot)(void);
 
 __attribute__((visibility("default"))) int late_manager_starts = 0;
 
@@ -36,15 +36,15 @@ static int open_list(const void* lsu, const void* base, const void* diff, const 
     return STS_EOK;
 }
 
-__attribute__((visibility("default"))) int stsm_init(uint64_t version, const char* path, const slot** api)
+__attribute__((visibility("default"))) int stsm_init(uint64_t version, const char* path, const Slot** api)
 {
-    static slot table[128];
-    table[24] = (slot)close_handle;
-    table[25] = (slot)close_handle;
-    table[79] = (slot)list_file;
-    table[109] = (slot)open_server;
-    table[110] = (slot)open_session;
-    table[111] = (slot)open_list;
+    static Slot table[128];
+    table[24] = (Slot)close_handle;
+    table[25] = (Slot)close_handle;
+    table[79] = (Slot)list_file;
+    table[109] = (Slot)open_server;
+    table[110] = (Slot)open_session;
+    table[111] = (Slot)open_list;
     ++late_manager_starts;
     *api = table;
     return version == 12 && path ? STS_EOK : STS_EINTERFACE;

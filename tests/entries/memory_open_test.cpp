@@ -40,7 +40,7 @@ class NoMemoryAfterTheReply
     static int listen(const char* session_id, const char* message, int level)
     {
         if (std::strstr(message, "SOAP return code = 0")) {
-            current_->shortage_.emplace(hooks::Allocator::malloc, current_->size_);
+            current_->shortage_.emplace(hooks::Allocator::kMalloc, current_->size_);
         }
         return current_->callback_(session_id, message, level);
     }
@@ -149,7 +149,7 @@ class ListWithoutMemory : public catalogue::CatalogueTest, public testing::WithP
 } // namespace
 
 INSTANTIATE_TEST_SUITE_P(EveryOpen, ListWithoutMemory,
-                         testing::ValuesIn(catalogue::cases(catalogue::Kind::open)), catalogue::name_of);
+                         testing::ValuesIn(catalogue::cases(catalogue::Kind::kOpen)), catalogue::name_of);
 
 TEST_P(ListWithoutMemory, ForItsTokenIsRefusedByAllThatReadOrCloseIt)
 {

@@ -23,7 +23,7 @@ class WaitWithoutMemory : public AsyncWaitSnap
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Families, WaitWithoutMemory, testing::Values(Family::by_id, Family::by_name),
+INSTANTIATE_TEST_SUITE_P(Families, WaitWithoutMemory, testing::Values(Family::kById, Family::kByName),
                          family_of);
 
 TEST_P(WaitWithoutMemory, ForTheRowsOfADifferenceDeliversNothingAndMayBeRepeated)
@@ -33,7 +33,7 @@ TEST_P(WaitWithoutMemory, ForTheRowsOfADifferenceDeliversNothingAndMayBeRepeated
     const std::string before = bytes_of(record_);
     service_.script({difference(3), difference(3)});
     {
-        const hooks::NoMemory shortage(hooks::Allocator::operator_new_nothrow, 3 * sizeof(sts_snap_diff_t));
+        const hooks::NoMemory shortage(hooks::Allocator::kOperatorNewNothrow, 3 * sizeof(sts_snap_diff_t));
         EXPECT_EQ(wait(1), 2060002);
         EXPECT_EQ(shortage.refusals(), 1U);
     }

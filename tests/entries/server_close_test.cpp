@@ -46,7 +46,7 @@ TEST_F(CloseServer, KeepsTheHandleAfterARefusalForASecondTry)
 {
     ServerHandle server = make_server(session_, service_.url());
     service_.script({fault_answer(fault(2060005)),
-                     {Answer::Manner::close_at_once, ""},
+                     {Answer::Manner::kCloseAtOnce, ""},
                      fault_answer(fault_with_detail("")),
                      closed()});
     EXPECT_EQ(close_server()(server.get()), 2060005);

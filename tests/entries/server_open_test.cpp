@@ -261,7 +261,7 @@ TEST_F(OpenServer, HoldsNoLockWhileTheServiceThinks)
 {
     host().write_configuration("slow=" + service_.url() + "/slow\nquick=" + service_.url() + "/quick\n");
     Answer held = opened("slow");
-    held.manner = Answer::Manner::hold;
+    held.manner = Answer::Manner::kHold;
     service_.script(held);
     service_.script(opened("quick"));
     RecordedSession other;
@@ -288,7 +288,7 @@ TEST_F(OpenServer, BehavesTheSameWithNobodyListening)
     service_.script({opened(),
                      fault_answer(fault(77)),
                      fault_answer(fault_with_detail("")),
-                     {Answer::Manner::close_at_once, ""}});
+                     {Answer::Manner::kCloseAtOnce, ""}});
     stsp_server_t* server = nullptr;
     EXPECT_EQ(open("Network_X:host", &server), 0);
     const ServerHandle owner(server);

@@ -1,8 +1,8 @@
 #include "tests/interface/c_host.h"
 
-c_host_layout c_host_layout_seen(void)
+CHostLayout c_host_layout_seen(void)
 {
-    const c_host_layout layout = {
+    const CHostLayout layout = {
         sizeof(stspi_plugin_def_t),
         offsetof(stspi_plugin_def_t, release),
         sizeof(stspi_plugin_def3_t),

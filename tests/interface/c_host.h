@@ -10,7 +10,7 @@
 extern "C" {
 #endif
 
-typedef struct c_host_layout {
+typedef struct CHostLayout {
     size_t plugin_def;
     size_t plugin_def_release;
     size_t plugin_def3;
@@ -26,9 +26,9 @@ typedef struct c_host_layout {
     size_t file_attributes;
     size_t operation;
     size_t operation_id;
-} c_host_layout;
+} CHostLayout;
 
-c_host_layout c_host_layout_seen(void);
+CHostLayout c_host_layout_seen(void);
 
 /* Asks the claim entry of a table for this name: of the main one, and of the old one. */
 int c_host_claims(const stspi_slot_t* main_table, const char* name);

@@ -98,7 +98,7 @@ void expect_that_the_neighbour_works(const LoadedLibrary& neighbour)
     EXPECT_STREQ(reply_text, "it went wrong");
 }
 
-enum class First { ours, theirs };
+enum class First { kOurs, kTheirs };
 
 class Company : public testing::TestWithParam<std::tuple<First, int>>
 {
@@ -112,7 +112,7 @@ class Company : public testing::TestWithParam<std::tuple<First, int>>
         ScriptedService service;
         const std::string configuration = "host=" + service.url() + "\n";
         std::optional<LoadedLibrary> neighbour;
-        if (first() == First::theirs) neighbour.emplace(NEIGHBOUR_LIBRARY, mode());
+        if (first() == First::kTheirs) neighbour.emplace(NEIGHBOUR_LIBRARY, mode());
         const Plugin plugin(mode(), configuration);
         if (!neighbour) neighbour.emplace(NEIGHBOUR_LIBRARY, mode());
         expect_that_calls_work(plugin, service);
@@ -130,7 +130,7 @@ class Company : public testing::TestWithParam<std::tuple<First, int>>
     {
         ScriptedService service;
         std::optional<LoadedLibrary> impostor;
-        if (first() == First::theirs) impostor.emplace(IMPOSTOR_LIBRARY, RTLD_GLOBAL);
+        if (first() == First::kTheirs) impostor.emplace(IMPOSTOR_LIBRARY, RTLD_GLOBAL);
         const Plugin plugin(mode(), "host=" + service.url() + "\n");
         if (!impostor) impostor.emplace(IMPOSTOR_LIBRARY, RTLD_GLOBAL);
         for (std::size_t i = 0; i < STSPI_V11_SLOTS; ++i) {
@@ -162,9 +162,10 @@ TEST_P(Company, OfAPluginWithTheSameNamesDoesntDivertOurs)
 }
 
 INSTANTIATE_TEST_SUITE_P(Order, Company,
-                         testing::Combine(testing::Values(First::ours, First::theirs),
+                         testing::Combine(testing::Values(First::kOurs, First::kTheirs),
                                           testing::Values(RTLD_LOCAL, RTLD_GLOBAL)),
                          [](const auto& named) {
-                             return std::string(std::get<0>(named.param) == First::ours ? "Ours" : "Theirs") +
+                             return std::string(std::get<0>(named.param) == First::kOurs ? "Ours"
+                                                                                         : "Theirs") +
                                     "First" + (std::get<1>(named.param) == RTLD_LOCAL ? "Local" : "Global");
                          });

@@ -218,7 +218,7 @@ TEST(Terminate, Returns0AndTheHostMayBeginAgain)
 
 TEST(PublicHeaders, MeanTheSameToAHostInC)
 {
-    const c_host_layout in_c = c_host_layout_seen();
+    const CHostLayout in_c = c_host_layout_seen();
     EXPECT_EQ(in_c.plugin_def, sizeof(stspi_plugin_def_t));
     EXPECT_EQ(in_c.plugin_def_release, 560U);
     EXPECT_EQ(in_c.plugin_def3, sizeof(stspi_plugin_def3_t));

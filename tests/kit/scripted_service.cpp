@@ -142,12 +142,12 @@ std::string http_message(std::string_view soap, int code, std::string_view reaso
 
 Answer answer(std::string_view soap)
 {
-    return {Answer::Manner::reply, http_message(soap)};
+    return {Answer::Manner::kReply, http_message(soap)};
 }
 
 Answer fault_answer(std::string_view soap)
 {
-    return {Answer::Manner::reply, http_message(soap, 500, "Internal Server Error")};
+    return {Answer::Manner::kReply, http_message(soap, 500, "Internal Server Error")};
 }
 
 ScriptedService::ScriptedService(Choice choice) : tls_(make_tls_server_context()), choice_(std::move(choice))
@@ -258,7 +258,7 @@ Answer ScriptedService::next_answer()
     const std::lock_guard<std::mutex> lock(mutex_);
     ++connections_;
     changed_.notify_all();
-    if (answers_.empty()) return {choice_ ? Answer::Manner::choose : Answer::Manner::close_at_once, ""};
+    if (answers_.empty()) return {choice_ ? Answer::Manner::kChoose : Answer::Manner::kCloseAtOnce, ""};
     Answer answer = std::move(answers_.front());
     answers_.pop_front();
     return answer;
@@ -288,27 +288,27 @@ void ScriptedService::serve_connection(int connection, const Answer& answer)
     using Manner = Answer::Manner;
     Stream stream(connection);
     // A client that is dropped too early in the handshake could not tell it from a dead port.
-    if (answer.manner == Manner::close_at_once) return;
-    if (answer.manner == Manner::reset_at_once) return stream.reset();
+    if (answer.manner == Manner::kCloseAtOnce) return;
+    if (answer.manner == Manner::kResetAtOnce) return stream.reset();
     const bool tls = stream.first_byte() == kTlsHandshake;
-    if (answer.manner == Manner::late_handshake) keep_silent();
-    if (answer.manner == Manner::refuse_handshake) return stream.write_all("this is no TLS\r\n\r\n");
+    if (answer.manner == Manner::kLateHandshake) keep_silent();
+    if (answer.manner == Manner::kRefuseHandshake) return stream.write_all("this is no TLS\r\n\r\n");
     if (tls && !stream.secure(tls_.get())) return;
-    if (answer.manner == Manner::late_read) keep_silent();
+    if (answer.manner == Manner::kLateRead) keep_silent();
 
     Request request;
     std::string text;
     if (!read_head(stream, text, request)) return;
-    if (answer.manner == Manner::close_mid_request) return;
+    if (answer.manner == Manner::kCloseMidRequest) return;
     if (!read_body(stream, text, request)) return;
     {
         std::unique_lock<std::mutex> lock(mutex_);
         requests_.push_back(request);
         changed_.notify_all();
-        if (answer.manner == Manner::hold) keep_silent(lock);
+        if (answer.manner == Manner::kHold) keep_silent(lock);
     }
-    stream.write_all(answer.manner == Manner::choose ? choice_(request) : answer.bytes);
-    if (answer.manner == Manner::reset) return stream.reset();
+    stream.write_all(answer.manner == Manner::kChoose ? choice_(request) : answer.bytes);
+    if (answer.manner == Manner::kReset) return stream.reset();
     stream.end();
 }
 

@@ -19,18 +19,18 @@ namespace kit
 // What one connection gets.
 struct Answer {
     enum class Manner {
-        reply,             // read the request, send `bytes`, close
-        reset,             // read the request, send `bytes`, reset the connection
-        close_at_once,     // close without reading
-        reset_at_once,     // reset without reading
-        close_mid_request, // close when the request's header has arrived, its body unread
-        hold,              // read the request and keep silent until release() or the end of the service
-        late_handshake,    // reply, but keep silent likewise ahead of the TLS handshake
-        late_read,         // reply, but keep silent likewise ahead of reading the request
-        refuse_handshake,  // over TLS: answer the client's hello with garbage
-        choose             // read the request, send what the service chooses to answer it with, close
+        kReply,           // read the request, send `bytes`, close
+        kReset,           // read the request, send `bytes`, reset the connection
+        kCloseAtOnce,     // close without reading
+        kResetAtOnce,     // reset without reading
+        kCloseMidRequest, // close when the request's header has arrived, its body unread
+        kHold,            // read the request and keep silent until release() or the end of the service
+        kLateHandshake,   // reply, but keep silent likewise ahead of the TLS handshake
+        kLateRead,        // reply, but keep silent likewise ahead of reading the request
+        kRefuseHandshake, // over TLS: answer the client's hello with garbage
+        kChoose           // read the request, send what the service chooses to answer it with, close
     };
-    Manner manner = Manner::reply;
+    Manner manner = Manner::kReply;
     std::string bytes;
 };
 

@@ -214,7 +214,7 @@ int SecondPlugin::open_session(const sts_session_def_v7_t* session, sts_handle_s
     calls_.push_back(std::string("open_session ") + session->session_id + " " +
                      std::to_string(session->session_flags) + (is_zero(rest.proxy) ? "" : " with a proxy"));
     last_session_ = session;
-    const int status = next_status(Operation::open_session);
+    const int status = next_status(Operation::kOpenSession);
     if (status == STS_EOK && !keeps_session_handles_) *out = make_handle("session");
     return status;
 }
@@ -229,7 +229,7 @@ int SecondPlugin::open_server(const sts_handle_s* session, const char* server_na
     std::memset(rest.texts, 0, user.size() + password.size() + 2);
     calls_.push_back("open_server " + name(session) + " \"" + server_name + "\" \"" + user + "\" \"" +
                      password + "\" \"" + empty + "\"" + (is_zero(rest) ? "" : " and more"));
-    const int status = next_status(Operation::open_server);
+    const int status = next_status(Operation::kOpenServer);
     // What a failing open leaves behind is of no use to anybody.
     *out = status == STS_EOK ? make_handle("server") : reinterpret_cast<sts_handle_s*>(kNoHandle);
     return status;
@@ -244,7 +244,7 @@ int SecondPlugin::open_list(const stsp_lsu_v7_t* lsu, const sts_snap_def_v11_t* 
                      (is_zero(lsu->name) ? "" : " with a name") + " base=" + snapshot(base) +
                      " diff=" + snapshot(diff) + " volume=" + volume->first + ";" + volume->second + ";" +
                      std::to_string(volume->volumeType) + " flags=" + std::to_string(flags));
-    const int status = next_status(Operation::open_list);
+    const int status = next_status(Operation::kOpenList);
     if (status == STS_EOK) *out = make_handle("list");
     return status;
 }
@@ -263,7 +263,7 @@ int SecondPlugin::list_file(const sts_handle_s* list, std::uint32_t count, const
     if (!filters) call += " null";
     for (std::uint32_t i = 0; filters && i < count; ++i) call += " " + std::string(filters + i * 1024);
     calls_.push_back(call);
-    if (const int status = next_status(Operation::list_file)) return status;
+    if (const int status = next_status(Operation::kListFile)) return status;
     Handle* handle = find(list);
     if (!handle || handle->delivered == entries_.size()) return STS_ENOENT;
     *entry = entries_[handle->delivered++];
@@ -274,7 +274,7 @@ int SecondPlugin::close_list(const sts_handle_s* list)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     calls_.push_back("close_list " + name(list));
-    const int status = next_status(Operation::close_list);
+    const int status = next_status(Operation::kCloseList);
     if (Handle* handle = find(list); handle && status == STS_EOK) handle->open = false;
     return status;
 }
@@ -283,7 +283,7 @@ int SecondPlugin::close(const sts_handle_s* handle, int zero)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     calls_.push_back("close " + name(handle) + " " + std::to_string(zero));
-    const int status = next_status(Operation::close);
+    const int status = next_status(Operation::kClose);
     if (Handle* known = find(handle); known && status == STS_EOK) known->open = false;
     return status;
 }

@@ -38,7 +38,7 @@ PluginManager& plugin_manager();
 class SecondPlugin
 {
   public:
-    enum class Operation { open_session, open_server, open_list, list_file, close_list, close };
+    enum class Operation { kOpenSession, kOpenServer, kOpenList, kListFile, kCloseList, kClose };
 
     SecondPlugin();
     ~SecondPlugin();

@@ -33,20 +33,20 @@ ChangeRoute planned(const RouteWishes& wishes)
 
 TEST(RouteTaken, WithAMountTheVolumeDecidesAndWithoutOneTheText)
 {
-    EXPECT_EQ(route_taken("mount=a|b,use_zapi=0", kNdmp), Route::Zapi);
-    EXPECT_EQ(route_taken("use_zapi=1,mount=a", kNfs), Route::Service);
-    EXPECT_EQ(route_taken("use_zapi=1", kNfs), Route::Zapi);
-    EXPECT_EQ(route_taken("use_zapi=0", kNdmp), Route::Service);
-    EXPECT_EQ(route_taken("use_zapi=2", kNdmp), Route::Service);
-    EXPECT_EQ(route_taken("x,use_zapi=1x", kNdmp), Route::Zapi);
-    EXPECT_EQ(route_taken("use_zapi=0,use_zapi=1", kNdmp), Route::Service) << "the first one counts";
-    EXPECT_EQ(route_taken("", kNdmp), Route::Service);
+    EXPECT_EQ(route_taken("mount=a|b,use_zapi=0", kNdmp), Route::kZapi);
+    EXPECT_EQ(route_taken("use_zapi=1,mount=a", kNfs), Route::kService);
+    EXPECT_EQ(route_taken("use_zapi=1", kNfs), Route::kZapi);
+    EXPECT_EQ(route_taken("use_zapi=0", kNdmp), Route::kService);
+    EXPECT_EQ(route_taken("use_zapi=2", kNdmp), Route::kService);
+    EXPECT_EQ(route_taken("x,use_zapi=1x", kNdmp), Route::kZapi);
+    EXPECT_EQ(route_taken("use_zapi=0,use_zapi=1", kNdmp), Route::kService) << "the first one counts";
+    EXPECT_EQ(route_taken("", kNdmp), Route::kService);
 }
 
 TEST(PlanRoute, WithoutWishesItIsTheServiceWithTheVolumeOfTheSnapshot)
 {
     const ChangeRoute plan = planned({});
-    EXPECT_EQ(plan.route, Route::Service);
+    EXPECT_EQ(plan.route, Route::kService);
     EXPECT_EQ(plan.isid, "use_zapi=0");
     EXPECT_EQ(plan.volume.volumeType, STS_VOLUME_NDMP);
     EXPECT_STREQ(plan.volume.second, "/vol/v/.snapshot/b");
@@ -57,7 +57,7 @@ TEST(PlanRoute, AMountOnTheWayToTheServiceNeedsAnotherVolume)
     RouteWishes wishes;
     wishes.mount = "/mnt/v";
     const ChangeRoute plan = planned(wishes);
-    EXPECT_EQ(plan.route, Route::Service);
+    EXPECT_EQ(plan.route, Route::kService);
     EXPECT_EQ(plan.isid, "mount=/mnt/v|filer:/vol/v/.snapshot/b,use_zapi=0");
     EXPECT_EQ(plan.volume.volumeType, STS_VOLUME_NFS);
     EXPECT_STREQ(plan.volume.first, "filer");
@@ -67,10 +67,10 @@ TEST(PlanRoute, AMountOnTheWayToTheServiceNeedsAnotherVolume)
 TEST(PlanRoute, ToTheSecondPlugInTheVolumeStaysAsItIs)
 {
     RouteWishes wishes;
-    wishes.route = Route::Zapi;
+    wishes.route = Route::kZapi;
     EXPECT_EQ(planned(wishes).isid, "use_zapi=1");
     wishes.mount = "/mnt/v";
-    EXPECT_EQ(planned(wishes).route, Route::Zapi);
+    EXPECT_EQ(planned(wishes).route, Route::kZapi);
     EXPECT_EQ(planned(wishes).volume.volumeType, STS_VOLUME_NDMP);
 }
 
@@ -78,8 +78,8 @@ TEST(PlanRoute, ATextOfTheUsersIsTakenAsItIs)
 {
     RouteWishes wishes;
     wishes.isid = "mount=/mnt|x";
-    EXPECT_EQ(planned(wishes).route, Route::Zapi) << "the volume of the snapshot makes it so";
-    wishes.route = Route::Service;
+    EXPECT_EQ(planned(wishes).route, Route::kZapi) << "the volume of the snapshot makes it so";
+    wishes.route = Route::kService;
     EXPECT_EQ(planned(wishes).volume.volumeType, STS_VOLUME_NFS);
     EXPECT_EQ(planned(wishes).isid, "mount=/mnt|x");
     wishes.isid = "";
@@ -92,7 +92,7 @@ TEST(PlanRoute, WishesThatCannotBeMetTogetherAreRefused)
         try {
             planned(wishes);
         } catch (const Problem& problem) {
-            EXPECT_EQ(problem.code(), ExitCode::Usage);
+            EXPECT_EQ(problem.code(), ExitCode::kUsage);
             return problem.meaning();
         }
         return std::string("accepted");
@@ -100,15 +100,15 @@ TEST(PlanRoute, WishesThatCannotBeMetTogetherAreRefused)
     RouteWishes wishes;
     wishes.mount = "/mnt";
     wishes.volume = kNdmp;
-    wishes.route = Route::Service;
+    wishes.route = Route::kService;
     EXPECT_THAT(refusal(wishes), HasSubstr("takes the other route, zapi"));
     wishes.volume = kNfs;
     EXPECT_EQ(refusal(wishes), "accepted");
-    wishes.route = Route::Zapi;
+    wishes.route = Route::kZapi;
     EXPECT_THAT(refusal(wishes), HasSubstr("takes the other route, service"));
     wishes = {};
     wishes.isid = "use_zapi=0";
-    wishes.route = Route::Zapi;
+    wishes.route = Route::kZapi;
     EXPECT_THAT(refusal(wishes), HasSubstr("takes the other route, service"));
     for (const char* mount : {"a,b", "a|b"}) {
         wishes = {};

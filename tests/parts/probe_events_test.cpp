@@ -15,7 +15,7 @@ namespace
 TEST(OutputInLines, PrintsEachDocumentAsItComesAndNoneAtTheEnd)
 {
     std::ostringstream stream;
-    Output output(stream, Format::Json, "");
+    Output output(stream, Format::kJson, "");
     output.use_lines();
     output.print_line({{"a", 1}});
     EXPECT_EQ(stream.str(), "{\"a\":1}\n");
@@ -26,9 +26,9 @@ TEST(OutputInLines, PrintsEachDocumentAsItComesAndNoneAtTheEnd)
 TEST(OutputInLines, EndsWithALineForAnError)
 {
     std::ostringstream stream;
-    Output output(stream, Format::Json, "");
+    Output output(stream, Format::kJson, "");
     output.use_lines();
-    output.add_problem(Problem(ExitCode::Operation, "NAME", 5, "why", "one\ntwo"));
+    output.add_problem(Problem(ExitCode::kOperation, "NAME", 5, "why", "one\ntwo"));
     EXPECT_TRUE(output.finish());
     EXPECT_EQ(stream.str(), "{\"error\":{\"name\":\"NAME\",\"status\":5,\"meaning\":\"why\","
                             "\"detail\":\"one\\ntwo\"}}\n");
@@ -37,10 +37,10 @@ TEST(OutputInLines, EndsWithALineForAnError)
 TEST(OutputInLines, PrintsNoDocumentInTheTextForms)
 {
     std::ostringstream stream;
-    Output output(stream, Format::Separated, ";");
+    Output output(stream, Format::kSeparated, ";");
     output.use_lines();
     output.print_line({{"a", 1}});
-    output.add_problem(Problem(ExitCode::Operation, "NAME", 5, "why"));
+    output.add_problem(Problem(ExitCode::kOperation, "NAME", 5, "why"));
     EXPECT_TRUE(output.finish());
     EXPECT_EQ(stream.str(), "");
 }
@@ -48,7 +48,7 @@ TEST(OutputInLines, PrintsNoDocumentInTheTextForms)
 TEST(OutputInLines, TellsThatItCouldNotBeWritten)
 {
     std::ostringstream stream;
-    Output output(stream, Format::Json, "");
+    Output output(stream, Format::kJson, "");
     EXPECT_TRUE(output.flush());
     stream.setstate(std::ios::badbit);
     EXPECT_FALSE(output.flush());

@@ -133,7 +133,7 @@ TEST(StatusText, LeavesOtherNumbersToTheService)
 TEST(Output, AlignsByCharactersAndNotByBytes)
 {
     std::ostringstream stream;
-    Output output(stream, Format::Aligned, "");
+    Output output(stream, Format::kAligned, "");
     Table table({"NAME", "SIZE"});
     table.add({"Gr\xC3\xBC\xC3\x9F"
                "e",
@@ -148,7 +148,7 @@ TEST(Output, AlignsByCharactersAndNotByBytes)
 TEST(Output, SeparatesFieldsWithoutHeadingsOrTitles)
 {
     std::ostringstream stream;
-    Output output(stream, Format::Separated, "::");
+    Output output(stream, Format::kSeparated, "::");
     Table table({"NAME", "SIZE"});
     table.add({"a", ""});
     table.add({"b", "2"});
@@ -160,11 +160,11 @@ TEST(Output, SeparatesFieldsWithoutHeadingsOrTitles)
 TEST(Output, OfJsonIsOneDocumentAndNothingElse)
 {
     std::ostringstream stream;
-    Output output(stream, Format::Json, "");
+    Output output(stream, Format::kJson, "");
     output.title("Things");
     output.print(Table({"NAME"}));
     output.document()["a"] = 1;
-    output.add_problem(Problem(ExitCode::Operation, "STS_EBUSY", 2060005, "busy", "one\x1B\ntwo\n"));
+    output.add_problem(Problem(ExitCode::kOperation, "STS_EBUSY", 2060005, "busy", "one\x1B\ntwo\n"));
     EXPECT_TRUE(output.finish());
     EXPECT_EQ(nlohmann::json::parse(stream.str()),
               nlohmann::json({{"a", 1},

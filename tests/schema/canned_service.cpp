@@ -11,7 +11,7 @@ namespace
 {
 
 // Any number will do: no system call ever sees it.
-constexpr SOAP_SOCKET pretended_socket = 1 << 20;
+constexpr SOAP_SOCKET kPretendedSocket = 1 << 20;
 
 CannedService& service_of(soap* context)
 {
@@ -42,7 +42,7 @@ std::string CannedService::envelope(const std::string& content, const std::strin
 {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?><E:Envelope xmlns:E=\"" + envelope_namespace +
            "\" xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" xmlns:ns1=\"" +
-           std::string(service_namespace) + "\"><E:Body>" + content + "</E:Body></E:Envelope>";
+           std::string(kServiceNamespace) + "\"><E:Body>" + content + "</E:Body></E:Envelope>";
 }
 
 std::string content_of_body(const std::string& message)
@@ -83,7 +83,7 @@ SOAP_SOCKET CannedService::open(soap* context, const char* endpoint, const char*
         context->error = SOAP_TCP_ERROR;
         return SOAP_INVALID_SOCKET;
     }
-    return pretended_socket;
+    return kPretendedSocket;
 }
 
 int CannedService::send(soap* context, const char* text, size_t length)

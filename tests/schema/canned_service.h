@@ -11,9 +11,9 @@
 namespace schema_test
 {
 
-inline const char* const service_namespace = SERVICE_NAMESPACE;
-inline const char* const soap_1_1_envelope = "http://schemas.xmlsoap.org/soap/envelope/";
-inline const char* const soap_1_2_envelope = "http://www.w3.org/2003/05/soap-envelope";
+inline const char* const kServiceNamespace = SERVICE_NAMESPACE;
+inline const char* const kSoap11Envelope = "http://schemas.xmlsoap.org/soap/envelope/";
+inline const char* const kSoap12Envelope = "http://www.w3.org/2003/05/soap-envelope";
 
 // What stands in the body of an envelope that the proxy wrote.
 std::string content_of_body(const std::string& message);
@@ -36,7 +36,7 @@ class CannedService
 
     // The prefix ns1 is bound to the service's namespace, xsi to that of schema instances.
     static std::string envelope(const std::string& content,
-                                const std::string& envelope_namespace = soap_1_1_envelope);
+                                const std::string& envelope_namespace = kSoap11Envelope);
 
     const std::string& sent() const { return sent_; }
     // The HTTP header, with its line ends, and what follows it.

@@ -8,10 +8,10 @@
 namespace schema_test
 {
 
-#define VALUE(NAME, TYPE) {#NAME, TYPE, Form::value},
-#define NILLABLE(NAME, TYPE) {#NAME, TYPE, Form::nillable},
-#define CHOICE(NUMBER, NAME, TYPE) {#NAME, TYPE, Form::choice, NUMBER},
-#define REPEATED(NAME, TYPE) {#NAME, TYPE, Form::repeated},
+#define VALUE(NAME, TYPE) {#NAME, TYPE, Form::kValue},
+#define NILLABLE(NAME, TYPE) {#NAME, TYPE, Form::kNillable},
+#define CHOICE(NUMBER, NAME, TYPE) {#NAME, TYPE, Form::kChoice, NUMBER},
+#define REPEATED(NAME, TYPE) {#NAME, TYPE, Form::kRepeated},
 #define AS_DATA(NAME, ELEMENTS) {#NAME, {ELEMENTS}},
 
 const std::vector<ComplexType>& all_types()
@@ -44,12 +44,12 @@ std::string blank_text(const std::string& name)
 {
     std::string text;
     for (const Element& member : elements_of(name)) {
-        if (member.form == Form::nillable) text += nil(member.name);
-        if (member.form != Form::value) continue;
-        if (member.type == integer || member.type == long_integer) text += zero(member.name);
-        if (member.type == boolean) text += element(member.name, "false");
-        if (member.type == string) text += empty(member.name);
-        if (member.type == bytes) text += element(member.name, "");
+        if (member.form == Form::kNillable) text += nil(member.name);
+        if (member.form != Form::kValue) continue;
+        if (member.type == kInteger || member.type == kLongInteger) text += zero(member.name);
+        if (member.type == kBoolean) text += element(member.name, "false");
+        if (member.type == kString) text += empty(member.name);
+        if (member.type == kBytes) text += element(member.name, "");
     }
     return text;
 }

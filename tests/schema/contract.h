@@ -12,10 +12,10 @@ namespace schema_test
 {
 
 enum class Form {
-    value,    // written always, once
-    nillable, // the same, and as xsi:nil when there is nothing
-    choice,   // at most one of the type's choices is written
-    repeated  // any number of times
+    kValue,    // written always, once
+    kNillable, // the same, and as xsi:nil when there is nothing
+    kChoice,   // at most one of the type's choices is written
+    kRepeated  // any number of times
 };
 
 struct Element {
@@ -30,11 +30,11 @@ struct ComplexType {
     std::vector<Element> elements;
 };
 
-inline const char* const integer = "xsd:int";
-inline const char* const long_integer = "xsd:long";
-inline const char* const boolean = "xsd:boolean";
-inline const char* const string = "xsd:string";
-inline const char* const bytes = "xsd:base64Binary";
+inline const char* const kInteger = "xsd:int";
+inline const char* const kLongInteger = "xsd:long";
+inline const char* const kBoolean = "xsd:boolean";
+inline const char* const kString = "xsd:string";
+inline const char* const kBytes = "xsd:base64Binary";
 
 const std::vector<ComplexType>& all_types();
 const std::vector<ComplexType>& all_messages();

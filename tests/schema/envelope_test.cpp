@@ -17,37 +17,37 @@ using testing::StartsWith;
 
 using Proxy = PSVWSSoapBindingProxy;
 
-const char* const url = "http://storage.example:8085/deep/er/service?x=1";
+const char* const kUrl = "http://storage.example:8085/deep/er/service?x=1";
 
-const std::string envelope_begin =
+const std::string kEnvelopeBegin =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     "<SOAP-ENV:Envelope xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\""
     " xmlns:SOAP-ENC=\"http://schemas.xmlsoap.org/soap/encoding/\""
     " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\""
     " xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\""
     " xmlns:ns1=\"" SERVICE_NAMESPACE "\"><SOAP-ENV:Body>";
-const std::string envelope_end = "</SOAP-ENV:Body></SOAP-ENV:Envelope>\r\n";
+const std::string kEnvelopeEnd = "</SOAP-ENV:Body></SOAP-ENV:Envelope>\r\n";
 
 TEST(Envelope, IsSoap11WithNothingButTheRequestInItsBody)
 {
-    Proxy proxy(url);
+    Proxy proxy(kUrl);
     CannedService service(proxy);
     _ns1__closeServer request;
     ASSERT_EQ(proxy.send_closeServer(nullptr, nullptr, &request), SOAP_OK);
     EXPECT_EQ(service.sent_body(),
-              envelope_begin + "<ns1:closeServer><ns1:serverHandle xsi:nil=\"true\"/></ns1:closeServer>" +
-                  envelope_end);
+              kEnvelopeBegin + "<ns1:closeServer><ns1:serverHandle xsi:nil=\"true\"/></ns1:closeServer>" +
+                  kEnvelopeEnd);
 }
 
 TEST(Envelope, IsTheSameForEachOfTheOperations)
 {
     for (const OperationEntry& operation : operation_entries()) {
         SCOPED_TRACE(operation.name);
-        Proxy proxy(url);
+        Proxy proxy(kUrl);
         CannedService service(proxy);
         const auto request = operation.make_request();
         ASSERT_EQ(operation.send(proxy, *request), SOAP_OK);
-        EXPECT_EQ(service.sent_body(), envelope_begin + service.sent_content() + envelope_end);
+        EXPECT_EQ(service.sent_body(), kEnvelopeBegin + service.sent_content() + kEnvelopeEnd);
         EXPECT_THAT(service.sent_content(), StartsWith("<ns1:" + operation.name + ">"));
     }
 }
@@ -56,7 +56,7 @@ TEST(Envelope, GoesOutAsAPostWithAnEmptySoapAction)
 {
     for (const OperationEntry& operation : operation_entries()) {
         SCOPED_TRACE(operation.name);
-        Proxy proxy(url);
+        Proxy proxy(kUrl);
         CannedService service(proxy);
         const auto request = operation.make_request();
         ASSERT_EQ(operation.send(proxy, *request), SOAP_OK);
@@ -72,7 +72,7 @@ TEST(Envelope, GoesOutAsAPostWithAnEmptySoapAction)
 
 TEST(Envelope, CarriesAnActionOnlyWhenTheCallerNamesOne)
 {
-    Proxy proxy(url);
+    Proxy proxy(kUrl);
     CannedService service(proxy);
     _ns1__closeServer request;
     ASSERT_EQ(proxy.send_closeServer(nullptr, "urn:close", &request), SOAP_OK);
@@ -81,7 +81,7 @@ TEST(Envelope, CarriesAnActionOnlyWhenTheCallerNamesOne)
 
 TEST(Envelope, GetsAHeaderOnlyWhenTheContextHoldsOne)
 {
-    Proxy proxy(url);
+    Proxy proxy(kUrl);
     CannedService service(proxy);
     _ns1__closeServer request;
     SOAP_ENV__Header header;
@@ -96,7 +96,7 @@ TEST(Envelope, GetsAHeaderOnlyWhenTheContextHoldsOne)
 
 TEST(Envelope, ForgetsTheEncodingStyleOfAnEarlierUse)
 {
-    Proxy proxy(url);
+    Proxy proxy(kUrl);
     CannedService service(proxy);
     proxy.encodingStyle = "http://schemas.xmlsoap.org/soap/encoding/";
     _ns1__closeServer request;
@@ -106,14 +106,14 @@ TEST(Envelope, ForgetsTheEncodingStyleOfAnEarlierUse)
 
 TEST(Envelope, ReturnsToSoap11AfterASoap12Reply)
 {
-    Proxy proxy(url);
+    Proxy proxy(kUrl);
     CannedService service(proxy);
-    service.reply("200 OK", CannedService::envelope("<ns1:closeServerResponse/>", soap_1_2_envelope));
+    service.reply("200 OK", CannedService::envelope("<ns1:closeServerResponse/>", kSoap12Envelope));
     _ns1__closeServer request;
     _ns1__closeServerResponse response;
     ASSERT_EQ(proxy.closeServer(&request, response), SOAP_OK);
     ASSERT_EQ(proxy.send_closeServer(nullptr, nullptr, &request), SOAP_OK);
-    EXPECT_THAT(service.sent_body(), StartsWith(envelope_begin));
+    EXPECT_THAT(service.sent_body(), StartsWith(kEnvelopeBegin));
 }
 
 } // namespace

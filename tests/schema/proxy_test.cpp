@@ -16,8 +16,8 @@ namespace
 
 using Proxy = PSVWSSoapBindingProxy;
 
-const char* const default_url = "http://localhost:8080/test/services/PSVWS";
-const char* const some_url = "http://storage.example:8085/service";
+const char* const kDefaultUrl = "http://localhost:8080/test/services/PSVWS";
+const char* const kSomeUrl = "http://storage.example:8085/service";
 
 std::string text_or_null(const char* text)
 {
@@ -66,8 +66,8 @@ TEST(Proxy, SharesOneConstantNamespaceTableAmongAllProxies)
 
 TEST(Proxy, TakesEndpointAndModesFromItsConstructors)
 {
-    Proxy with_endpoint(some_url);
-    EXPECT_EQ(with_endpoint.soap_endpoint, some_url);
+    Proxy with_endpoint(kSomeUrl);
+    EXPECT_EQ(with_endpoint.soap_endpoint, kSomeUrl);
     EXPECT_EQ(with_endpoint.imode, 0U);
 
     Proxy with_mode(SOAP_XML_STRICT);
@@ -75,8 +75,8 @@ TEST(Proxy, TakesEndpointAndModesFromItsConstructors)
     EXPECT_EQ(with_mode.imode, static_cast<soap_mode>(SOAP_XML_STRICT));
     EXPECT_EQ(with_mode.omode, static_cast<soap_mode>(SOAP_XML_STRICT));
 
-    Proxy with_both(some_url, SOAP_XML_STRICT);
-    EXPECT_EQ(with_both.soap_endpoint, some_url);
+    Proxy with_both(kSomeUrl, SOAP_XML_STRICT);
+    EXPECT_EQ(with_both.soap_endpoint, kSomeUrl);
     EXPECT_EQ(with_both.imode, static_cast<soap_mode>(SOAP_XML_STRICT));
 
     Proxy with_two_modes(SOAP_XML_STRICT, SOAP_XML_INDENT);
@@ -88,11 +88,11 @@ TEST(Proxy, TakesEndpointAndModesFromItsConstructors)
 
 TEST(Proxy, TakesTheStateOfAContextAndTheEndpointOfAProxyItIsCopiedFrom)
 {
-    Proxy original(some_url, SOAP_XML_STRICT);
+    Proxy original(kSomeUrl, SOAP_XML_STRICT);
     original.connect_timeout = 7;
 
     Proxy of_proxy(original);
-    EXPECT_EQ(of_proxy.soap_endpoint, some_url);
+    EXPECT_EQ(of_proxy.soap_endpoint, kSomeUrl);
     EXPECT_EQ(of_proxy.imode, original.imode);
     EXPECT_EQ(of_proxy.connect_timeout, 7);
 
@@ -101,14 +101,14 @@ TEST(Proxy, TakesTheStateOfAContextAndTheEndpointOfAProxyItIsCopiedFrom)
     EXPECT_EQ(of_context.imode, original.imode);
     EXPECT_EQ(of_context.connect_timeout, 7);
 
-    Proxy elsewhere(context, default_url);
-    EXPECT_EQ(elsewhere.soap_endpoint, default_url);
+    Proxy elsewhere(context, kDefaultUrl);
+    EXPECT_EQ(elsewhere.soap_endpoint, kDefaultUrl);
     EXPECT_EQ(elsewhere.connect_timeout, 7);
 }
 
 TEST(Proxy, CopiesItselfAsANewProxyThatCanCall)
 {
-    Proxy original(some_url);
+    Proxy original(kSomeUrl);
     original.connect_timeout = 7;
     const std::unique_ptr<Proxy> copy(original.copy());
     ASSERT_NE(copy, nullptr);
@@ -120,7 +120,7 @@ TEST(Proxy, CopiesItselfAsANewProxyThatCanCall)
     service.reply_body("<ns1:closeServerResponse/>");
     _ns1__closeServer request;
     _ns1__closeServerResponse response;
-    EXPECT_EQ(copy->closeServer(some_url, nullptr, &request, response), SOAP_OK);
+    EXPECT_EQ(copy->closeServer(kSomeUrl, nullptr, &request, response), SOAP_OK);
 }
 
 TEST(Proxy, DestroyGivesBackAllObjectsAndMemory)
@@ -137,7 +137,7 @@ TEST(Proxy, DestroyGivesBackAllObjectsAndMemory)
 
 TEST(Proxy, ResetReturnsToTheStateOfANewProxy)
 {
-    Proxy proxy(some_url, SOAP_XML_STRICT);
+    Proxy proxy(kSomeUrl, SOAP_XML_STRICT);
     proxy.connect_timeout = 7;
     soap_new_ns1__LSUInformation(&proxy);
     proxy.reset();
@@ -158,8 +158,8 @@ TEST(Proxy, FallsBackToTheDefaultUrlAndFailsByConnection)
         nobody.refuse_connections();
         EXPECT_EQ(operation.call(proxy, *operation.make_request(), *operation.make_response()),
                   SOAP_TCP_ERROR);
-        EXPECT_EQ(text_or_null(proxy.soap_endpoint), default_url);
-        EXPECT_EQ(nobody.endpoint(), default_url);
+        EXPECT_EQ(text_or_null(proxy.soap_endpoint), kDefaultUrl);
+        EXPECT_EQ(nobody.endpoint(), kDefaultUrl);
         EXPECT_EQ(nobody.host(), "localhost");
         EXPECT_EQ(nobody.port(), 8080);
         EXPECT_EQ(nobody.opened(), 1);
@@ -173,8 +173,8 @@ TEST(Proxy, RemembersTheEndpointThatACallWasGiven)
     service.reply_body("<ns1:closeServerResponse/>");
     _ns1__closeServer request;
     _ns1__closeServerResponse response;
-    EXPECT_EQ(proxy.closeServer(some_url, nullptr, &request, response), SOAP_OK);
-    EXPECT_EQ(proxy.soap_endpoint, some_url);
+    EXPECT_EQ(proxy.closeServer(kSomeUrl, nullptr, &request, response), SOAP_OK);
+    EXPECT_EQ(proxy.soap_endpoint, kSomeUrl);
     EXPECT_EQ(proxy.closeServer(&request, response), SOAP_OK);
     EXPECT_EQ(service.host(), "storage.example");
     EXPECT_EQ(service.port(), 8085);
@@ -184,7 +184,7 @@ TEST(Proxy, RemembersTheEndpointThatACallWasGiven)
 
 TEST(Proxy, ClosesTheConnectionOfASendHalfOnRequest)
 {
-    Proxy proxy(some_url);
+    Proxy proxy(kSomeUrl);
     CannedService service(proxy);
     _ns1__closeServer request;
     ASSERT_EQ(proxy.send_closeServer(nullptr, nullptr, &request), SOAP_OK);
@@ -196,7 +196,7 @@ TEST(Proxy, ClosesTheConnectionOfASendHalfOnRequest)
 
 TEST(Proxy, ForceClosesTheSocketThroughTheRuntime)
 {
-    Proxy proxy(some_url);
+    Proxy proxy(kSomeUrl);
     CannedService service(proxy);
     static int closed_sockets = 0;
     closed_sockets = 0;
@@ -234,7 +234,7 @@ TEST(Proxy, MakesAFaultRecordWhenAskedForItsTexts)
 
 TEST(Proxy, RendersAFaultToStreamFileAndBuffer)
 {
-    Proxy proxy(some_url);
+    Proxy proxy(kSomeUrl);
     CannedService service(proxy);
     service.fault_body("<E:Fault><faultcode>E:Client</faultcode><faultstring>no such snapshot</faultstring>"
                        "</E:Fault>");

@@ -12,7 +12,7 @@ namespace
 
 using Proxy = PSVWSSoapBindingProxy;
 
-const char* const url = "http://storage.example:8085/service";
+const char* const kUrl = "http://storage.example:8085/service";
 
 std::string fault(const std::string& detail, const std::string& code = "E:Server")
 {
@@ -27,7 +27,7 @@ std::string sts_exception(const std::string& code)
 
 // One call of deleteSnap, answered with a fault.
 struct FailingCall {
-    Proxy proxy{url};
+    Proxy proxy{kUrl};
     CannedService service{proxy};
 
     int with_fault(const std::string& content)
@@ -48,7 +48,7 @@ TEST(ReadFaults, EachOperationFindsTheErrorCodeInTheFaultsDetail)
     int code = 2060000;
     for (const OperationEntry& operation : operation_entries()) {
         SCOPED_TRACE(operation.name);
-        Proxy proxy(url);
+        Proxy proxy(kUrl);
         CannedService service(proxy);
         service.fault_body(fault(sts_exception(std::to_string(++code))));
         const auto response = operation.make_response();
@@ -68,7 +68,7 @@ TEST(ReadFaults, AFaultIsSeenUnderAnyHttpStatus)
 {
     for (const char* status : {"200 OK", "400 Bad Request", "500 Internal Server Error"}) {
         SCOPED_TRACE(status);
-        Proxy proxy(url);
+        Proxy proxy(kUrl);
         CannedService service(proxy);
         service.reply(status, CannedService::envelope(fault(sts_exception("5"))));
         _ns1__deleteSnap request;
@@ -156,14 +156,14 @@ TEST(ReadFaults, AFaultDoesNotStayForTheNextCall)
 // The 1.1 member stays empty: only a fault of SOAP 1.1 gives its code to the callers.
 TEST(ReadFaults, ASoap12FaultHasItsTextsAndItsDetailInTheSoap12Members)
 {
-    Proxy proxy(url);
+    Proxy proxy(kUrl);
     CannedService service(proxy);
     service.reply("500 Internal Server Error",
                   CannedService::envelope("<E:Fault><E:Code><E:Value>E:Receiver</E:Value><E:Subcode>"
                                           "<E:Value>ns1:sub</E:Value></E:Subcode></E:Code><E:Reason>"
                                           "<E:Text xml:lang=\"en\">why</E:Text></E:Reason><E:Detail>" +
                                               sts_exception("5") + "</E:Detail></E:Fault>",
-                                          soap_1_2_envelope));
+                                          kSoap12Envelope));
     _ns1__deleteSnap request;
     _ns1__deleteSnapResponse response;
     EXPECT_EQ(proxy.deleteSnap(&request, response), SOAP_FAULT);

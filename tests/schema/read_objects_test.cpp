@@ -16,13 +16,13 @@ namespace
 
 using Proxy = PSVWSSoapBindingProxy;
 
-// Eight rounds take each choice of each choice type through all its numbers.
-constexpr int rounds = 8;
+// Eight kRounds take each choice of each choice type through all its numbers.
+constexpr int kRounds = 8;
 
 // The element "any" with this content, which binds the prefix for itself.
 std::string document_with(const std::string& content, const std::string& prefix = "ns1:")
 {
-    const std::string uri = std::string("\"") + service_namespace + "\"";
+    const std::string uri = std::string("\"") + kServiceNamespace + "\"";
     std::string document =
         "<" + prefix + "any xmlns:ns1=" + uri + " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"";
     if (prefix.empty()) document += " xmlns=" + uri;
@@ -34,7 +34,7 @@ void expect_all_filled(const Rendering& how)
 {
     for (const WireClass& wire_class : wire_classes()) {
         SCOPED_TRACE(wire_class.name);
-        for (int round = 1; round <= rounds; ++round) {
+        for (int round = 1; round <= kRounds; ++round) {
             Filler filler("any", round);
             wire_class.make()->fill(filler);
 
@@ -50,7 +50,7 @@ size_t count_required(const WireClass& wire_class)
 {
     const std::vector<Element>& elements = elements_of(wire_class.name);
     return static_cast<size_t>(std::count_if(elements.begin(), elements.end(), [](const Element& element) {
-        return element.form == Form::value || element.form == Form::nillable;
+        return element.form == Form::kValue || element.form == Form::kNillable;
     }));
 }
 
@@ -113,7 +113,7 @@ TEST(ReadObjects, ReadANilElementAsANullPointer)
         SCOPED_TRACE(wire_class.name);
         std::string content;
         for (const Element& element : elements_of(wire_class.name)) {
-            if (element.form == Form::nillable) content += nil(element.name);
+            if (element.form == Form::kNillable) content += nil(element.name);
         }
         expect_defaults_from(wire_class, content);
     }

@@ -14,11 +14,11 @@ namespace
 
 using Proxy = PSVWSSoapBindingProxy;
 
-const char* const url = "http://storage.example:8085/service";
+const char* const kUrl = "http://storage.example:8085/service";
 
 // One call of getServerProp, answered with a text.
 struct ServerPropCall {
-    Proxy proxy{url};
+    Proxy proxy{kUrl};
     CannedService service{proxy};
     _ns1__getServerPropResponse response;
 
@@ -50,7 +50,7 @@ TEST(ReadReplies, EachFilledResponseIsReadInFull)
             CannedService service(proxy);
             service.reply_body(rendered(filler.node()));
             const auto response = operation.make_response();
-            ASSERT_EQ(operation.call_endpoint(proxy, url, *operation.make_request(), *response), SOAP_OK);
+            ASSERT_EQ(operation.call_endpoint(proxy, kUrl, *operation.make_request(), *response), SOAP_OK);
             response->expect_filled(round);
             EXPECT_EQ(service.closed(), 1);
         }
@@ -61,7 +61,7 @@ TEST(ReadReplies, EachEmptyResponseLeavesNothingOfAnEarlierOne)
 {
     for (const OperationEntry& operation : operation_entries()) {
         SCOPED_TRACE(operation.name);
-        Proxy proxy(url);
+        Proxy proxy(kUrl);
         CannedService service(proxy);
         service.reply_body("<ns1:" + operation.response_name + "/>");
         Filler stale("any", 1);
@@ -76,7 +76,7 @@ TEST(ReadReplies, EachEmptyResponseLeavesNothingOfAnEarlierOne)
 
 TEST(ReadReplies, OpenSnapListByVolumeIsAnsweredByTheResponseOfOpenSnapList)
 {
-    Proxy proxy(url);
+    Proxy proxy(kUrl);
     CannedService service(proxy);
     service.reply_body("<ns1:openSnapListResponse><ns1:snapListHandle><ns1:token>list 7</ns1:token>"
                        "</ns1:snapListHandle></ns1:openSnapListResponse>");
@@ -116,7 +116,7 @@ TEST(ReadReplies, AServersPropertiesInFull)
 
 TEST(ReadReplies, AFileListInFullWithItsNumbersAheadOfItsFiles)
 {
-    Proxy proxy(url);
+    Proxy proxy(kUrl);
     CannedService service(proxy);
     service.reply_body(
         "<ns1:listFileResponse><ns1:retryInterval>30</ns1:retryInterval><ns1:error>0</ns1:error>"
@@ -145,7 +145,7 @@ TEST(ReadReplies, AFileListInFullWithItsNumbersAheadOfItsFiles)
 
 TEST(ReadReplies, TheFirstOfTwoChoicesOfAVolumeIsKept)
 {
-    Proxy proxy(url);
+    Proxy proxy(kUrl);
     CannedService service(proxy);
     service.reply_body("<ns1:addExportResponse><ns1:exportedVolume><ns1:volumeType>1</ns1:volumeType>"
                        "<ns1:cifs><ns1:shareName>share</ns1:shareName></ns1:cifs>"
@@ -166,7 +166,7 @@ TEST(ReadReplies, AnEventsEmptyOrUnknownPayloadMakesNoChoiceAndHarmsNothing)
     for (const char* payload : {"<ns1:body/>", "<ns1:body></ns1:body>", "<ns1:body> </ns1:body>",
                                 "<ns1:body><ns1:unheardOf><ns1:op/></ns1:unheardOf></ns1:body>"}) {
         SCOPED_TRACE(payload);
-        Proxy proxy(url);
+        Proxy proxy(kUrl);
         CannedService service(proxy);
         service.reply_body("<ns1:getEventResponse><ns1:event><ns1:seqno>1</ns1:seqno>" +
                            std::string(payload) +
@@ -184,7 +184,7 @@ TEST(ReadReplies, ADifferenceWithoutEntriesHasAnEmptyOrANilList)
 {
     for (const char* list : {"<ns1:diffObjectList/>", "<ns1:diffObjectList xsi:nil=\"true\"/>", ""}) {
         SCOPED_TRACE(list);
-        Proxy proxy(url);
+        Proxy proxy(kUrl);
         CannedService service(proxy);
         service.reply_body(
             "<ns1:asyncWaitSnapResponse><ns1:result><ns1:getSnapDiff><ns1:numDiffs>0</ns1:numDiffs>" +
@@ -211,7 +211,7 @@ TEST(ReadReplies, AListHasNoBound)
 
 TEST(ReadReplies, BytesOfAnyValueAreReadAndWhiteSpaceBetweenThemSkipped)
 {
-    Proxy proxy(url);
+    Proxy proxy(kUrl);
     CannedService service(proxy);
     service.reply_body("<ns1:readImageMetaResponse><ns1:readResult><ns1:bytesread>4</ns1:bytesread>"
                        "<ns1:buf> AP+\n/ AA== </ns1:buf></ns1:readResult></ns1:readImageMetaResponse>");
@@ -258,9 +258,9 @@ TEST(ReadReplies, ASoap12EnvelopeIsAccepted)
         SCOPED_TRACE(operation.name);
         Filler filler(operation.response_name, 1);
         operation.make_response()->fill(filler);
-        Proxy proxy(url);
+        Proxy proxy(kUrl);
         CannedService service(proxy);
-        service.reply("200 OK", CannedService::envelope(rendered(filler.node()), soap_1_2_envelope));
+        service.reply("200 OK", CannedService::envelope(rendered(filler.node()), kSoap12Envelope));
         const auto response = operation.make_response();
         ASSERT_EQ(operation.call(proxy, *operation.make_request(), *response), SOAP_OK);
         response->expect_filled(1);
@@ -287,7 +287,7 @@ TEST(ReadReplies, AHeaderOfTheServiceIsSkipped)
 
 TEST(ReadReplies, AnotherPrefixOrNoneForTheServiceNamespaceIsAccepted)
 {
-    const std::string uri = std::string("\"") + service_namespace + "\"";
+    const std::string uri = std::string("\"") + kServiceNamespace + "\"";
     ServerPropCall other;
     ASSERT_EQ(other.with_body("<x:getServerPropResponse xmlns:x=" + uri +
                               "><x:info><x:flags>3</x:flags></x:info>"

@@ -19,9 +19,9 @@ namespace
 
 using namespace xercesc;
 
-const std::string schema_namespace = "http://www.w3.org/2001/XMLSchema";
-const std::string wsdl_namespace = "http://schemas.xmlsoap.org/wsdl/";
-const std::string wsdl_soap_namespace = "http://schemas.xmlsoap.org/wsdl/soap/";
+const std::string kSchemaNamespace = "http://www.w3.org/2001/XMLSchema";
+const std::string kWsdlNamespace = "http://schemas.xmlsoap.org/wsdl/";
+const std::string kWsdlSoapNamespace = "http://schemas.xmlsoap.org/wsdl/soap/";
 
 struct XercesRuntime {
     XercesRuntime() { XMLPlatformUtils::Initialize(); }
@@ -117,7 +117,7 @@ std::string resolved(const DOMElement& node, const std::string& qname, const std
     const Wide wide_prefix(prefix);
     const XMLCh* lookup = prefix.empty() ? nullptr : wide_prefix.text();
     const std::string uri = plain(node.lookupNamespaceURI(lookup));
-    if (uri == schema_namespace) return "xsd:" + local;
+    if (uri == kSchemaNamespace) return "xsd:" + local;
     if (uri == target_namespace) return "ns1:" + local;
     return "{" + uri + "}" + local;
 }
@@ -203,8 +203,8 @@ std::map<std::string, std::string> message_elements(const DOMElement& definition
                                                     const std::string& target_namespace)
 {
     std::map<std::string, std::string> elements;
-    for (const DOMElement* message : children(definitions, wsdl_namespace, "message")) {
-        const DOMElement& part = child(*message, wsdl_namespace, "part");
+    for (const DOMElement* message : children(definitions, kWsdlNamespace, "message")) {
+        const DOMElement& part = child(*message, kWsdlNamespace, "part");
         elements["ns1:" + attribute(*message, "name")] =
             resolved(part, attribute(part, "element"), target_namespace);
     }
@@ -213,8 +213,8 @@ std::map<std::string, std::string> message_elements(const DOMElement& definition
 
 std::string use_of_body(const DOMElement& operation, const std::string& direction)
 {
-    const DOMElement& message = child(operation, wsdl_namespace, direction);
-    return attribute(child(message, wsdl_soap_namespace, "body"), "use");
+    const DOMElement& message = child(operation, kWsdlNamespace, direction);
+    return attribute(child(message, kWsdlSoapNamespace, "body"), "use");
 }
 
 } // namespace
@@ -224,8 +224,8 @@ SchemaDocument read_schema(const std::string& path)
     const XercesRuntime runtime;
     XercesDOMParser parser;
     const DOMElement& root = parsed(parser, path);
-    if (is_in(root, schema_namespace)) return described(root);
-    return described(child(child(root, wsdl_namespace, "types"), schema_namespace, "schema"));
+    if (is_in(root, kSchemaNamespace)) return described(root);
+    return described(child(child(root, kWsdlNamespace, "types"), kSchemaNamespace, "schema"));
 }
 
 WsdlDocument read_wsdl(const std::string& path)
@@ -239,20 +239,20 @@ WsdlDocument read_wsdl(const std::string& path)
     auto elements = message_elements(root, document.target_namespace);
     std::map<std::string, std::pair<std::string, std::string>> messages;
     for (const DOMElement* node :
-         children(child(root, wsdl_namespace, "portType"), wsdl_namespace, "operation")) {
+         children(child(root, kWsdlNamespace, "portType"), kWsdlNamespace, "operation")) {
         const auto element_of = [&](const std::string& direction) {
-            const DOMElement& message = child(*node, wsdl_namespace, direction);
+            const DOMElement& message = child(*node, kWsdlNamespace, direction);
             return elements[resolved(message, attribute(message, "message"), document.target_namespace)];
         };
         document.port_type_operations.push_back(attribute(*node, "name"));
         messages[attribute(*node, "name")] = {element_of("input"), element_of("output")};
     }
 
-    const DOMElement& binding = child(root, wsdl_namespace, "binding");
-    const DOMElement& soap_binding = child(binding, wsdl_soap_namespace, "binding");
+    const DOMElement& binding = child(root, kWsdlNamespace, "binding");
+    const DOMElement& soap_binding = child(binding, kWsdlSoapNamespace, "binding");
     document.transport = attribute(soap_binding, "transport");
-    for (const DOMElement* node : children(binding, wsdl_namespace, "operation")) {
-        const DOMElement& soap_operation = child(*node, wsdl_soap_namespace, "operation");
+    for (const DOMElement* node : children(binding, kWsdlNamespace, "operation")) {
+        const DOMElement& soap_operation = child(*node, kWsdlSoapNamespace, "operation");
         WsdlOperation operation;
         operation.name = attribute(*node, "name");
         operation.input = messages[operation.name].first;
@@ -263,8 +263,8 @@ WsdlDocument read_wsdl(const std::string& path)
         operation.output_use = use_of_body(*node, "output");
         document.operations.push_back(operation);
     }
-    for (const DOMElement* port : children(child(root, wsdl_namespace, "service"), wsdl_namespace, "port")) {
-        document.addresses.push_back(attribute(child(*port, wsdl_soap_namespace, "address"), "location"));
+    for (const DOMElement* port : children(child(root, kWsdlNamespace, "service"), kWsdlNamespace, "port")) {
+        document.addresses.push_back(attribute(child(*port, kWsdlSoapNamespace, "address"), "location"));
     }
     return document;
 }

@@ -19,8 +19,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAreArray;
 
-const std::string schema_path = std::string(BINDING_FILES) + "/ns1.xsd";
-const std::string wsdl_path = std::string(BINDING_FILES) + "/PSVWSSoapBinding.wsdl";
+const std::string kSchemaPath = std::string(BINDING_FILES) + "/ns1.xsd";
+const std::string kWsdlPath = std::string(BINDING_FILES) + "/PSVWSSoapBinding.wsdl";
 
 // The lines that the schema must have for a type of the contract.
 std::vector<std::string> expected_lines(const ComplexType& type)
@@ -29,16 +29,16 @@ std::vector<std::string> expected_lines(const ComplexType& type)
     for (const Element& element : type.elements) {
         const std::string typed_name = element.name + " " + element.type;
         switch (element.form) {
-        case Form::value:
+        case Form::kValue:
             lines.push_back(typed_name + " 1..1");
             break;
-        case Form::nillable:
+        case Form::kNillable:
             lines.push_back(typed_name + " 1..1 nillable");
             break;
-        case Form::repeated:
+        case Form::kRepeated:
             lines.push_back(typed_name + " 0..unbounded");
             break;
-        case Form::choice:
+        case Form::kChoice:
             if (element.choice_number == 1) lines.push_back("choice 0..1");
             lines.push_back("choice " + std::to_string(element.choice_number) + ": " + typed_name);
             break;
@@ -61,7 +61,7 @@ class SchemaFile : public testing::TestWithParam<std::string>
     SchemaDocument document_ = read_schema(GetParam());
 };
 
-INSTANTIATE_TEST_SUITE_P(XsdAndWsdl, SchemaFile, testing::Values(schema_path, wsdl_path),
+INSTANTIATE_TEST_SUITE_P(XsdAndWsdl, SchemaFile, testing::Values(kSchemaPath, kWsdlPath),
                          [](const auto& instance) { return instance.index == 0 ? "Xsd" : "Wsdl"; });
 
 TEST(ContractTables, Hold58TypesAnd147MessagesUnderDifferentNames)
@@ -77,7 +77,7 @@ TEST(ContractTables, Hold58TypesAnd147MessagesUnderDifferentNames)
 
 TEST(ContractTables, NameOnlyTypesThatAreInThem)
 {
-    std::set<std::string> known = {integer, long_integer, boolean, string, bytes};
+    std::set<std::string> known = {kInteger, kLongInteger, kBoolean, kString, kBytes};
     for (const std::string& name : names_of(all_types())) known.insert("ns1:" + name);
     for (const ComplexType& type : joined({all_types(), all_messages()})) {
         for (const Element& element : type.elements) {
@@ -120,7 +120,7 @@ TEST_P(SchemaFile, HasTheMessagesAndTheFaultDetailAsItsOnlyGlobalElements)
 
 TEST(WsdlFile, HasThe74OperationsAsDocumentLiteralWithAnEmptyAction)
 {
-    const WsdlDocument document = read_wsdl(wsdl_path);
+    const WsdlDocument document = read_wsdl(kWsdlPath);
     EXPECT_EQ(document.target_namespace, SERVICE_NAMESPACE);
     EXPECT_EQ(document.transport, "http://schemas.xmlsoap.org/soap/http");
     ASSERT_EQ(document.operations.size(), 74U);
@@ -140,7 +140,7 @@ TEST(WsdlFile, HasThe74OperationsAsDocumentLiteralWithAnEmptyAction)
 
 TEST(WsdlFile, HasThePortTypesOperationsInTheSameOrder)
 {
-    const WsdlDocument document = read_wsdl(wsdl_path);
+    const WsdlDocument document = read_wsdl(kWsdlPath);
     std::vector<std::string> names;
     each_operation([&](const auto& operation) { names.push_back(operation.name); });
     EXPECT_EQ(document.port_type_operations, names);
@@ -148,7 +148,7 @@ TEST(WsdlFile, HasThePortTypesOperationsInTheSameOrder)
 
 TEST(WsdlFile, NamesTheDefaultAddress)
 {
-    EXPECT_THAT(read_wsdl(wsdl_path).addresses, ElementsAre("http://localhost:8080/test/services/PSVWS"));
+    EXPECT_THAT(read_wsdl(kWsdlPath).addresses, ElementsAre("http://localhost:8080/test/services/PSVWS"));
 }
 
 // The schema is installed for others to read, so it must describe what the library writes.
@@ -169,14 +169,14 @@ TEST(XsdFile, DescribesEveryMessageBlankAndFilled)
         }
     }
     EXPECT_EQ(documents.size(), 147U * 9U);
-    EXPECT_THAT(SchemaValidator(schema_path).complaints(documents), IsEmpty());
+    EXPECT_THAT(SchemaValidator(kSchemaPath).complaints(documents), IsEmpty());
 }
 
 TEST(XsdFile, LetsAValidatorSeeAWrongMessage)
 {
     const std::string document =
         std::string("<labelLSU xmlns=\"") + SERVICE_NAMESPACE + "\"><lsuLabel/></labelLSU>";
-    EXPECT_FALSE(SchemaValidator(schema_path).complaints({{"without an LSU", document}}).empty());
+    EXPECT_FALSE(SchemaValidator(kSchemaPath).complaints({{"without an LSU", document}}).empty());
 }
 
 } // namespace

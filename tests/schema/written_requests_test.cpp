@@ -13,8 +13,8 @@ namespace
 
 using Proxy = PSVWSSoapBindingProxy;
 
-// Eight rounds take each choice of each choice type through all its numbers.
-constexpr int rounds = 8;
+// Eight kRounds take each choice of each choice type through all its numbers.
+constexpr int kRounds = 8;
 
 TEST(WrittenTypes, EachBlankTypeWritesItsDefaultsAndNilsInOrder)
 {
@@ -29,7 +29,7 @@ TEST(WrittenTypes, EachFilledTypeAndMessageWritesEveryElementInOrder)
 {
     for (const WireClass& wire_class : wire_classes()) {
         SCOPED_TRACE(wire_class.name);
-        for (int round = 1; round <= rounds; ++round) {
+        for (int round = 1; round <= kRounds; ++round) {
             const auto object = wire_class.make();
             Filler filler("any", round);
             object->fill(filler);
@@ -55,7 +55,7 @@ TEST(WrittenRequests, EachFilledRequestWritesEveryElementInOrder)
 {
     for (const OperationEntry& operation : operation_entries()) {
         SCOPED_TRACE(operation.name);
-        for (int round = 1; round <= rounds; ++round) {
+        for (int round = 1; round <= kRounds; ++round) {
             Proxy proxy;
             CannedService service(proxy);
             const auto request = operation.make_request();

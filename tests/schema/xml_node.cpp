@@ -9,7 +9,7 @@ namespace
 {
 
 // Known names stand inside, so that a reader that skips the tag alone would take them.
-const char* const unknown_subtree =
+const char* const kUnknownSubtree =
     "<!-- not in the contract --><ns1:unheardOf lang=\"x\"><ns1:item>4</ns1:item><ns1:token>t</ns1:token>"
     "<deep xmlns=\"urn:other\"><ns1:flags>9</ns1:flags></deep></ns1:unheardOf>";
 
@@ -32,11 +32,11 @@ std::string inner(const Node& node, const Rendering& how)
 
     std::string text;
     for (const Node& child : children) {
-        if (how.with_unknown) text += unknown_subtree;
+        if (how.with_unknown) text += kUnknownSubtree;
         text += rendered(child, how);
         if (how.each_twice && !is_list) text += second_occurrence(child, how);
     }
-    if (how.with_unknown) text += unknown_subtree;
+    if (how.with_unknown) text += kUnknownSubtree;
     if (how.each_twice) {
         for (const std::string& other : node.other_choices) {
             text += "<" + how.prefix + other + "></" + how.prefix + other + ">";

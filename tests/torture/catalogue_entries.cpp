@@ -30,9 +30,9 @@ int call(const Case& test, Subject& subject)
     records->image.server = server;
 
     const int status = test.call(*records);
-    const bool list_is_gone = test.kind == Kind::close && status == 0;
+    const bool list_is_gone = test.kind == Kind::kClose && status == 0;
     if (!list_is_gone) free_list(list);
-    EXPECT_EQ(records->out.list != nullptr, test.kind == Kind::open && status == 0);
+    EXPECT_EQ(records->out.list != nullptr, test.kind == Kind::kOpen && status == 0);
     if (records->out.list) free_list(records->out.list);
     return status;
 }
@@ -41,7 +41,7 @@ std::vector<std::string> required(const Case& test)
 {
     const std::string& record = test.content.record;
     if (record.empty()) return {};
-    if (test.kind == Kind::open) return {record, "token"};
+    if (test.kind == Kind::kOpen) return {record, "token"};
     return {record};
 }
 

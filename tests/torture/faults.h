@@ -12,10 +12,10 @@ namespace torture
 
 // What a call comes to.
 enum class End {
-    succeeds,
-    fails,      // with the entry's status for a service that gives no answer
-    is_useless, // with the status of an answer that can't be used
-    survives    // either way: how much of the reply counts is the runtime's business
+    kSucceeds,
+    kFails,     // with the entry's status for a service that gives no answer
+    kIsUseless, // with the status of an answer that can't be used
+    kSurvives   // either way: how much of the reply counts is the runtime's business
 };
 
 struct Fault {

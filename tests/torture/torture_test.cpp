@@ -66,11 +66,11 @@ class Torture : public testing::TestWithParam<Case>
 
     static void expect_end(const Fault& fault, int status)
     {
-        if (fault.end == End::succeeds) {
+        if (fault.end == End::kSucceeds) {
             EXPECT_EQ(status, 0);
-        } else if (fault.end == End::fails) {
+        } else if (fault.end == End::kFails) {
             EXPECT_EQ(status, entry().status_without_answer);
-        } else if (fault.end == End::is_useless) {
+        } else if (fault.end == End::kIsUseless) {
             EXPECT_EQ(status, STS_EPLUGIN);
         }
     }
@@ -100,12 +100,12 @@ class Torture : public testing::TestWithParam<Case>
         ScriptedService service;
         Subject subject(url_of(service), tls());
         const std::size_t connections = service.connections();
-        const bool is_answered = fault.end == End::succeeds || fault.end == End::is_useless;
+        const bool is_answered = fault.end == End::kSucceeds || fault.end == End::kIsUseless;
         service.script(entry().conversation(fault.answer, is_answered));
         subject.session.clear();
         const int status = entry().call(subject);
         expect_end(fault, status);
-        if (status == entry().status_without_answer || fault.end == End::is_useless) {
+        if (status == entry().status_without_answer || fault.end == End::kIsUseless) {
             expect_a_failure_in_the_log(subject);
         }
         expect_no_other_connection(service, connections, status != entry().status_without_answer);
@@ -204,7 +204,7 @@ TEST_P(Torture, ByAServiceThatTakesItsTime)
 {
     ScriptedService service;
     Subject subject(url_of(service), tls());
-    service.script(entry().conversation({Answer::Manner::hold, http_message(entry().good_reply)}, true));
+    service.script(entry().conversation({Answer::Manner::kHold, http_message(entry().good_reply)}, true));
     std::future<int> status = std::async(std::launch::async, [&] { return entry().call(subject); });
     service.wait_for_requests(entry().ahead.size() + 1);
     service.release();
@@ -213,8 +213,8 @@ TEST_P(Torture, ByAServiceThatTakesItsTime)
 
 TEST_P(TortureOverTls, ByAServiceThatSpeaksNoTls)
 {
-    suffer_all({{"no TLS", End::fails, {Answer::Manner::refuse_handshake, ""}},
-                {"no TLS again", End::fails, {Answer::Manner::refuse_handshake, ""}}});
+    suffer_all({{"no TLS", End::kFails, {Answer::Manner::kRefuseHandshake, ""}},
+                {"no TLS again", End::kFails, {Answer::Manner::kRefuseHandshake, ""}}});
 }
 
 TEST_P(Torture, ByAnEndAtAnyByte)
@@ -227,7 +227,7 @@ TEST_P(Torture, ByAnEndAtAnyByte)
         ScriptedService service;
         Subject subject(url_of(service), tls());
         for (std::size_t i = 0; i < kCallsPerService && length < whole.size(); ++i, ++length) {
-            service.script(entry().conversation({Answer::Manner::reply, whole.substr(0, length)}, false));
+            service.script(entry().conversation({Answer::Manner::kReply, whole.substr(0, length)}, false));
             EXPECT_EQ(entry().call(subject), entry().status_without_answer) << "after " << length << " bytes";
         }
         script_well(service);
