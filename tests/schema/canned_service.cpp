@@ -4,7 +4,7 @@
 #include <cstring>
 #include <sstream>
 
-namespace schema_test
+namespace schema
 {
 
 namespace
@@ -114,4 +114,4 @@ int CannedService::poll(soap*)
     return SOAP_OK;
 }
 
-} // namespace schema_test
+} // namespace schema

@@ -1,14 +1,14 @@
 // A service without a network: it takes the place of a proxy's socket, keeps what the proxy sends, and
 // answers with a text that the test has made.
-#ifndef SCHEMA_TEST_CANNED_SERVICE_H
-#define SCHEMA_TEST_CANNED_SERVICE_H
+#ifndef SOAPWRAPPER_TESTS_SCHEMA_CANNED_SERVICE_H
+#define SOAPWRAPPER_TESTS_SCHEMA_CANNED_SERVICE_H
 
 #include <functional>
 #include <string>
 
 #include "soapwrapperPSVWSSoapBindingProxy.h"
 
-namespace schema_test
+namespace schema
 {
 
 inline const char* const kServiceNamespace = SERVICE_NAMESPACE;
@@ -68,6 +68,6 @@ class CannedService
     int closed_ = 0;
 };
 
-} // namespace schema_test
+} // namespace schema
 
 #endif

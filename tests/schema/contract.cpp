@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace schema_test
+namespace schema
 {
 
 #define VALUE(NAME, TYPE) {#NAME, TYPE, Form::kValue},
@@ -54,4 +54,4 @@ std::string blank_text(const std::string& name)
     return text;
 }
 
-} // namespace schema_test
+} // namespace schema

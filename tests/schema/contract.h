@@ -1,14 +1,14 @@
 // The service's contract as plain data: each complex type and each message element with its member elements
 // in wire order. Its lists are kept by hand, so that a slip in the type header has something to differ from;
 // all else that the tests know of types and messages follows from them.
-#ifndef SCHEMA_TEST_CONTRACT_H
-#define SCHEMA_TEST_CONTRACT_H
+#ifndef SOAPWRAPPER_TESTS_SCHEMA_CONTRACT_H
+#define SOAPWRAPPER_TESTS_SCHEMA_CONTRACT_H
 
 #include <initializer_list>
 #include <string>
 #include <vector>
 
-namespace schema_test
+namespace schema
 {
 
 enum class Form {
@@ -48,6 +48,6 @@ const std::vector<Element>& elements_of(const std::string& name);
 // pointers, nothing for a choice that isn't made and for an empty list.
 std::string blank_text(const std::string& name);
 
-} // namespace schema_test
+} // namespace schema
 
 #endif

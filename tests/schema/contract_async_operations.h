@@ -1,7 +1,7 @@
 // Asynchronous operations: their results, starting, waiting and cancelling, as the service's contract has
 // them. Kept by hand: nothing here comes from the type header or from anything made of it.
-#ifndef SCHEMA_TEST_CONTRACT_ASYNC_OPERATIONS_H
-#define SCHEMA_TEST_CONTRACT_ASYNC_OPERATIONS_H
+#ifndef SOAPWRAPPER_TESTS_SCHEMA_CONTRACT_ASYNC_OPERATIONS_H
+#define SOAPWRAPPER_TESTS_SCHEMA_CONTRACT_ASYNC_OPERATIONS_H
 
 // clang-format off
 #define TYPES_OF_ASYNC_OPERATIONS(TYPE) \

@@ -1,7 +1,7 @@
 // Events and their payloads, snapshot change lists, I/O control, as the service's contract has them.
 // Kept by hand: nothing here comes from the type header or from anything made of it.
-#ifndef SCHEMA_TEST_CONTRACT_EVENTS_CHANGELISTS_IOCONTROL_H
-#define SCHEMA_TEST_CONTRACT_EVENTS_CHANGELISTS_IOCONTROL_H
+#ifndef SOAPWRAPPER_TESTS_SCHEMA_CONTRACT_EVENTS_CHANGELISTS_IOCONTROL_H
+#define SOAPWRAPPER_TESTS_SCHEMA_CONTRACT_EVENTS_CHANGELISTS_IOCONTROL_H
 
 // clang-format off
 #define TYPES_OF_EVENTS_CHANGELISTS_IOCONTROL(TYPE) \

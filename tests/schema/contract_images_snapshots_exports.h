@@ -1,7 +1,7 @@
 // Images, snapshots, volumes, exports, hosts and file attributes, as the service's contract has them.
 // Kept by hand: nothing here comes from the type header or from anything made of it.
-#ifndef SCHEMA_TEST_CONTRACT_IMAGES_SNAPSHOTS_EXPORTS_H
-#define SCHEMA_TEST_CONTRACT_IMAGES_SNAPSHOTS_EXPORTS_H
+#ifndef SOAPWRAPPER_TESTS_SCHEMA_CONTRACT_IMAGES_SNAPSHOTS_EXPORTS_H
+#define SOAPWRAPPER_TESTS_SCHEMA_CONTRACT_IMAGES_SNAPSHOTS_EXPORTS_H
 
 // clang-format off
 #define TYPES_OF_IMAGES_SNAPSHOTS_EXPORTS(TYPE) \

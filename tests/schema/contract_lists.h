@@ -1,7 +1,7 @@
 // The contract's lists in one. Who includes them says what TYPE and MESSAGE make of a name and its elements,
 // and defines VALUE, NILLABLE, CHOICE and REPEATED, each with the name of an element and its type.
-#ifndef SCHEMA_TEST_CONTRACT_LISTS_H
-#define SCHEMA_TEST_CONTRACT_LISTS_H
+#ifndef SOAPWRAPPER_TESTS_SCHEMA_CONTRACT_LISTS_H
+#define SOAPWRAPPER_TESTS_SCHEMA_CONTRACT_LISTS_H
 
 #include "contract_async_operations.h"             // IWYU pragma: export
 #include "contract_events_changelists_iocontrol.h" // IWYU pragma: export

@@ -1,7 +1,7 @@
 // Sessions, servers, LSUs, the shared array types and the fault detail, as the service's contract has them.
 // Kept by hand: nothing here comes from the type header or from anything made of it.
-#ifndef SCHEMA_TEST_CONTRACT_SESSIONS_SERVERS_LSUS_H
-#define SCHEMA_TEST_CONTRACT_SESSIONS_SERVERS_LSUS_H
+#ifndef SOAPWRAPPER_TESTS_SCHEMA_CONTRACT_SESSIONS_SERVERS_LSUS_H
+#define SOAPWRAPPER_TESTS_SCHEMA_CONTRACT_SESSIONS_SERVERS_LSUS_H
 
 // clang-format off
 #define TYPES_OF_SESSIONS_SERVERS_LSUS(TYPE) \

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace schema_test
+namespace schema
 {
 
 namespace
@@ -118,4 +118,4 @@ TEST(Envelope, ReturnsToSoap11AfterASoap12Reply)
 
 } // namespace
 
-} // namespace schema_test
+} // namespace schema

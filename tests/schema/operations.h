@@ -1,6 +1,6 @@
 // The 74 operations in the order of the proxy's slots.
-#ifndef SCHEMA_TEST_OPERATIONS_H
-#define SCHEMA_TEST_OPERATIONS_H
+#ifndef SOAPWRAPPER_TESTS_SCHEMA_OPERATIONS_H
+#define SOAPWRAPPER_TESTS_SCHEMA_OPERATIONS_H
 
 #include "soapwrapperPSVWSSoapBindingProxy.h"
 
@@ -85,7 +85,7 @@
     OPERATION(writeImageMeta)
 // clang-format on
 
-namespace schema_test
+namespace schema
 {
 
 // One operation: its types and its four forms. The member pointers hold the forms to their exact signatures.
@@ -117,6 +117,6 @@ void each_operation(Visitor&& visit)
 #undef VISIT_ANSWERED_AS
 }
 
-} // namespace schema_test
+} // namespace schema
 
 #endif

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace schema_test
+namespace schema
 {
 
 namespace
@@ -63,4 +63,4 @@ TEST(ProxySlots, HoldFourFormsOfEachOf74OperationsInOrder)
 
 } // namespace
 
-} // namespace schema_test
+} // namespace schema

@@ -8,7 +8,7 @@
 #include <memory>
 #include <sstream>
 
-namespace schema_test
+namespace schema
 {
 
 namespace
@@ -261,4 +261,4 @@ TEST(Proxy, RendersAFaultToStreamFileAndBuffer)
 
 } // namespace
 
-} // namespace schema_test
+} // namespace schema

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace schema_test
+namespace schema
 {
 
 namespace
@@ -178,4 +178,4 @@ TEST(ReadFaults, ASoap12FaultHasItsTextsAndItsDetailInTheSoap12Members)
 
 } // namespace
 
-} // namespace schema_test
+} // namespace schema

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-namespace schema_test
+namespace schema
 {
 
 namespace
@@ -187,4 +187,4 @@ TEST(ReadObjects, RefuseASecondOccurrenceInStrictMode)
 
 } // namespace
 
-} // namespace schema_test
+} // namespace schema

@@ -6,7 +6,7 @@
 
 #include <limits>
 
-namespace schema_test
+namespace schema
 {
 
 namespace
@@ -328,4 +328,4 @@ TEST(ReadReplies, AnEmptyBodyIsAnEmptyResponse)
 
 } // namespace
 
-} // namespace schema_test
+} // namespace schema

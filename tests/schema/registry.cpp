@@ -8,7 +8,7 @@
 
 #include <sstream>
 
-namespace schema_test
+namespace schema
 {
 
 namespace
@@ -117,4 +117,4 @@ const std::vector<OperationEntry>& operation_entries()
     return all;
 }
 
-} // namespace schema_test
+} // namespace schema

@@ -1,7 +1,7 @@
 // All wire classes and all operations under one plain type each, so that a test can go through them in a
 // loop.
-#ifndef SCHEMA_TEST_REGISTRY_H
-#define SCHEMA_TEST_REGISTRY_H
+#ifndef SOAPWRAPPER_TESTS_SCHEMA_REGISTRY_H
+#define SOAPWRAPPER_TESTS_SCHEMA_REGISTRY_H
 
 #include "walkers.h"
 
@@ -12,7 +12,7 @@
 
 #include "soapwrapperPSVWSSoapBindingProxy.h"
 
-namespace schema_test
+namespace schema
 {
 
 // An object of a wire class, whichever it is.
@@ -58,6 +58,6 @@ struct OperationEntry {
 // In the order of the proxy's slots.
 const std::vector<OperationEntry>& operation_entries();
 
-} // namespace schema_test
+} // namespace schema
 
 #endif

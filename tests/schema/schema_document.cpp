@@ -11,7 +11,7 @@
 #include <stdexcept>
 #include <string_view>
 
-namespace schema_test
+namespace schema
 {
 
 namespace
@@ -297,4 +297,4 @@ SchemaValidator::complaints(const std::map<std::string, std::string>& documents)
     return all;
 }
 
-} // namespace schema_test
+} // namespace schema

@@ -1,13 +1,13 @@
 // The schema and the WSDL that are made with the binding, read back into plain lines that a test can compare.
-#ifndef SCHEMA_TEST_SCHEMA_DOCUMENT_H
-#define SCHEMA_TEST_SCHEMA_DOCUMENT_H
+#ifndef SOAPWRAPPER_TESTS_SCHEMA_SCHEMA_DOCUMENT_H
+#define SOAPWRAPPER_TESTS_SCHEMA_SCHEMA_DOCUMENT_H
 
 #include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
-namespace schema_test
+namespace schema
 {
 
 struct SchemaDocument {
@@ -58,6 +58,6 @@ class SchemaValidator
     std::string schema_path_;
 };
 
-} // namespace schema_test
+} // namespace schema
 
 #endif

@@ -9,7 +9,7 @@
 
 #include <set>
 
-namespace schema_test
+namespace schema
 {
 
 namespace
@@ -181,4 +181,4 @@ TEST(XsdFile, LetsAValidatorSeeAWrongMessage)
 
 } // namespace
 
-} // namespace schema_test
+} // namespace schema

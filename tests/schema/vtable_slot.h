@@ -1,12 +1,12 @@
 // The place of a virtual function in its class's table, as the Itanium C++ ABI keeps it in a member pointer:
 // the offset within the table plus one.
-#ifndef SCHEMA_TEST_VTABLE_SLOT_H
-#define SCHEMA_TEST_VTABLE_SLOT_H
+#ifndef SOAPWRAPPER_TESTS_SCHEMA_VTABLE_SLOT_H
+#define SOAPWRAPPER_TESTS_SCHEMA_VTABLE_SLOT_H
 
 #include <cstddef>
 #include <cstring>
 
-namespace schema_test
+namespace schema
 {
 
 // -1 for a function that isn't virtual or doesn't belong to the first base.
@@ -23,6 +23,6 @@ int vtable_slot(Function member)
     return static_cast<int>(parts.pointer / static_cast<std::ptrdiff_t>(sizeof(void*)));
 }
 
-} // namespace schema_test
+} // namespace schema
 
 #endif

@@ -1,8 +1,8 @@
 // Walkers over the wire classes. One fills an object and notes what it must look like on the wire; one looks
 // whether what was read is the same; one looks whether nothing was read at all. Each value of a message
 // differs from all others of that message, so that no two members can be mixed up unseen.
-#ifndef SCHEMA_TEST_WALKERS_H
-#define SCHEMA_TEST_WALKERS_H
+#ifndef SOAPWRAPPER_TESTS_SCHEMA_WALKERS_H
+#define SOAPWRAPPER_TESTS_SCHEMA_WALKERS_H
 
 #include "xml_node.h"
 
@@ -16,7 +16,7 @@
 
 #include "soapwrapperStub.h"
 
-namespace schema_test
+namespace schema
 {
 
 // The n-th value of a message, as the program holds it and as it stands in XML.
@@ -303,6 +303,6 @@ class DefaultCheck
     }
 };
 
-} // namespace schema_test
+} // namespace schema
 
 #endif

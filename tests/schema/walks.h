@@ -1,12 +1,12 @@
 // The members of all wire classes, for the walkers: each under the name of its element, in wire order.
-#ifndef SCHEMA_TEST_WALKS_H
-#define SCHEMA_TEST_WALKS_H
+#ifndef SOAPWRAPPER_TESTS_SCHEMA_WALKS_H
+#define SOAPWRAPPER_TESTS_SCHEMA_WALKS_H
 
 #include "contract_lists.h"
 
 #include "soapwrapperStub.h"
 
-namespace schema_test
+namespace schema
 {
 
 #define VALUE(NAME, TYPE) walker(#NAME, object.NAME);
@@ -31,6 +31,6 @@ CONTRACT_MESSAGES(WALK_MESSAGE)
 #undef WALK_TYPE
 #undef WALK_MESSAGE
 
-} // namespace schema_test
+} // namespace schema
 
 #endif

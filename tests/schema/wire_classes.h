@@ -1,6 +1,6 @@
 // The classes of the binding, a type or a message of the contract each.
-#ifndef SCHEMA_TEST_WIRE_CLASSES_H
-#define SCHEMA_TEST_WIRE_CLASSES_H
+#ifndef SOAPWRAPPER_TESTS_SCHEMA_WIRE_CLASSES_H
+#define SOAPWRAPPER_TESTS_SCHEMA_WIRE_CLASSES_H
 
 #include "contract_lists.h"
 
@@ -8,7 +8,7 @@
 
 #include "soapwrapperStub.h"
 
-namespace schema_test
+namespace schema
 {
 
 template <class WireClass>
@@ -30,6 +30,6 @@ void each_wire_class(Visitor&& visit)
 #undef VISIT_MESSAGE
 }
 
-} // namespace schema_test
+} // namespace schema
 
 #endif

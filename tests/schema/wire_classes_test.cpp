@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace schema_test
+namespace schema
 {
 
 namespace
@@ -139,4 +139,4 @@ static_assert(offsetof(SOAP_ENV__Detail, __any) == 24);
 
 } // namespace
 
-} // namespace schema_test
+} // namespace schema

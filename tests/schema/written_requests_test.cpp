@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace schema_test
+namespace schema
 {
 
 namespace
@@ -85,4 +85,4 @@ TEST(WrittenRequests, NamesNoTypeAndNoEncodingAnywhere)
 
 } // namespace
 
-} // namespace schema_test
+} // namespace schema

@@ -7,7 +7,7 @@
 #include <limits>
 #include <vector>
 
-namespace schema_test
+namespace schema
 {
 
 namespace
@@ -320,4 +320,4 @@ TEST(WrittenTexts, EachByteAbove127IsTheCharacterOfThatNumber)
 
 } // namespace
 
-} // namespace schema_test
+} // namespace schema

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace schema_test
+namespace schema
 {
 
 namespace
@@ -51,4 +51,4 @@ std::string rendered(const Node& node, const Rendering& how)
     return "<" + tag + ">" + inner(node, how) + "</" + tag + ">";
 }
 
-} // namespace schema_test
+} // namespace schema

@@ -1,13 +1,13 @@
 // Small XML texts: a tree that can be rendered in the ways in which a service may write the same content.
-#ifndef SCHEMA_TEST_XML_NODE_H
-#define SCHEMA_TEST_XML_NODE_H
+#ifndef SOAPWRAPPER_TESTS_SCHEMA_XML_NODE_H
+#define SOAPWRAPPER_TESTS_SCHEMA_XML_NODE_H
 
 #include "tests/kit/soap_text.h"
 
 #include <string>
 #include <vector>
 
-namespace schema_test
+namespace schema
 {
 
 using kit::element;
@@ -43,6 +43,6 @@ std::string rendered(const Node& node, const Rendering& how = {});
 // The inside of an element: its children alone.
 std::string inner(const Node& node, const Rendering& how = {});
 
-} // namespace schema_test
+} // namespace schema
 
 #endif

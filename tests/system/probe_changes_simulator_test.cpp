@@ -1,6 +1,6 @@
 // soapwrapper-probe changes by both routes, against the simulator and the stand-in for the second plug-in.
 #include "probe_process.h"
-#include "tests/system/simulator_changelists.h"
+#include "tests/system/simulator_change_lists.h"
 
 #include <nlohmann/json.hpp>
 
@@ -179,7 +179,7 @@ TEST_F(ProbeRoutes, SnapshotsThatAreNotReadByNdmpHaveNoChanges)
     EXPECT_THAT(result.out, IsEmpty());
 }
 
-class ProbeRoutesInBatches : private changelists::ScenarioFile, public ProbeRoutes
+class ProbeRoutesInBatches : private simulator_change_lists::ScenarioFile, public ProbeRoutes
 {
   protected:
     ProbeRoutesInBatches()

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace catalogue
+namespace simulator_catalogue
 {
 
 using kit::element;
@@ -149,6 +149,6 @@ class Client : public testing::Test
 
 inline const std::string kEnd = "fault " + std::to_string(kEndOfList);
 
-} // namespace catalogue
+} // namespace simulator_catalogue
 
 #endif

@@ -3,7 +3,7 @@
 namespace
 {
 
-using namespace catalogue;
+using namespace simulator_catalogue;
 
 const std::string kFirst = "home_1767571200_C1_F1";
 const std::string kSecond = "home_1767657600_C1_F1";

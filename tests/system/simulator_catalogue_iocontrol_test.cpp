@@ -3,7 +3,7 @@
 namespace
 {
 
-using namespace catalogue;
+using namespace simulator_catalogue;
 
 std::string command(const std::string& token, int number, const std::string& args, int ioflag, int len)
 {

@@ -3,7 +3,7 @@
 namespace
 {
 
-using namespace catalogue;
+using namespace simulator_catalogue;
 
 std::string filter(const std::string& name, const std::string& label)
 {

@@ -4,7 +4,7 @@
 namespace
 {
 
-using namespace catalogue;
+using namespace simulator_catalogue;
 
 ProcessResult run_simulator(const std::vector<std::string>& arguments)
 {

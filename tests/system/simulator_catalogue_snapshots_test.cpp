@@ -3,7 +3,7 @@
 namespace
 {
 
-using namespace catalogue;
+using namespace simulator_catalogue;
 
 class SimulatorSnapshots : public Client
 {

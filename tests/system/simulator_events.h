@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-namespace events
+namespace simulator_events
 {
 
-using namespace operations;
+using namespace simulator_operations;
 
 constexpr long kUnknownEvent = 2069020;
 
@@ -106,6 +106,6 @@ class EventsClient : public OperationsClient
     }
 };
 
-} // namespace events
+} // namespace simulator_events
 
 #endif

@@ -4,7 +4,7 @@
 namespace
 {
 
-using namespace events;
+using namespace simulator_events;
 
 constexpr long kCredentialRefused = 2069002;
 

@@ -4,7 +4,7 @@
 namespace
 {
 
-using namespace events;
+using namespace simulator_events;
 
 // The elements of an activity up to where the LSU's name stands.
 std::string activity_head(int action, const std::string& set, int time, const std::string& lsu)

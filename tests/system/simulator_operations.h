@@ -12,10 +12,10 @@
 #include <utility>
 #include <vector>
 
-namespace operations
+namespace simulator_operations
 {
 
-using namespace catalogue;
+using namespace simulator_catalogue;
 
 constexpr long kBusy = 2060005;
 constexpr long kUnknownServer = 2069001;
@@ -212,6 +212,6 @@ inline std::vector<std::string> rows(std::string result)
     }
 }
 
-} // namespace operations
+} // namespace simulator_operations
 
 #endif

@@ -3,7 +3,7 @@
 namespace
 {
 
-using namespace operations;
+using namespace simulator_operations;
 
 std::string image(const std::string& role, const std::string& name, const std::string& date = "")
 {

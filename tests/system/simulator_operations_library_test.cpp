@@ -13,7 +13,7 @@
 namespace
 {
 
-using operations::scenario;
+using simulator_operations::scenario;
 using testing::ElementsAre;
 
 constexpr std::uint32_t kBusy = 2060005;

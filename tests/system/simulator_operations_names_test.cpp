@@ -3,7 +3,7 @@
 namespace
 {
 
-using namespace operations;
+using namespace simulator_operations;
 
 class SimulatorOperationNames : public OperationsClient
 {

@@ -5,7 +5,7 @@
 namespace
 {
 
-using namespace operations;
+using namespace simulator_operations;
 
 class SimulatorTopologies : public OperationsClient
 {

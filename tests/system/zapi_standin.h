@@ -17,7 +17,7 @@
 
 struct sts_handle_s;
 
-namespace standin
+namespace zapi_standin
 {
 
 struct Credentials {
@@ -141,6 +141,6 @@ class Variable
     const char* name_;
 };
 
-} // namespace standin
+} // namespace zapi_standin
 
 #endif

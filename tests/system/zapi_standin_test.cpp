@@ -1,11 +1,11 @@
-#include "tests/system/simulator_changelists.h"
+#include "tests/system/simulator_change_lists.h"
 #include "tests/system/zapi_standin.h"
 
 namespace
 {
 
-using namespace standin;
-using changelists::ScenarioFile;
+using namespace zapi_standin;
+using simulator_change_lists::ScenarioFile;
 using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;

@@ -8,7 +8,7 @@
 namespace
 {
 
-using namespace standin;
+using namespace zapi_standin;
 
 const char* const kOlder = "/vol/projects/.snapshot/weekly.1";
 const char* const kNewer = "/vol/projects/.snapshot/weekly.3";

@@ -10,7 +10,7 @@
 
 #include <stdexcept>
 
-namespace fixtures
+namespace xmlhelper
 {
 namespace
 {
@@ -78,4 +78,4 @@ bool NamedPipe::was_touched() const
     return any;
 }
 
-} // namespace fixtures
+} // namespace xmlhelper

@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace fixtures
+namespace xmlhelper
 {
 
 class ListeningPort
@@ -44,6 +44,6 @@ class NamedPipe
     int pipe_ = -1; // keeps a reader from waiting for a writer
 };
 
-} // namespace fixtures
+} // namespace xmlhelper
 
 #endif

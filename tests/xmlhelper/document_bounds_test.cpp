@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-using namespace fixtures;
+using namespace xmlhelper;
 using testing::HasSubstr;
 
 namespace

@@ -6,7 +6,7 @@
 #include <clocale>
 #include <cstring>
 
-using namespace fixtures;
+using namespace xmlhelper;
 
 namespace
 {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <xercesc/dom/DOM.hpp>
 
-using namespace fixtures;
+using namespace xmlhelper;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::StartsWith;

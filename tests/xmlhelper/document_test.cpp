@@ -6,7 +6,7 @@
 
 #include <stdexcept>
 
-using namespace fixtures;
+using namespace xmlhelper;
 using testing::ThrowsMessage;
 
 TEST(EmptyDocument, TakesItsEncodingFromTheFlagOrTheNumber)

@@ -17,7 +17,7 @@
 #include <functional>
 #include <stdexcept>
 
-using namespace fixtures;
+using namespace xmlhelper;
 using testing::HasSubstr;
 
 namespace

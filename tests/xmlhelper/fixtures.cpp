@@ -5,7 +5,7 @@
 #include <iterator>
 #include <stdexcept>
 
-namespace fixtures
+namespace xmlhelper
 {
 
 OwnedDocument empty_document(THSupportedXmlEncoding encoding)
@@ -83,4 +83,4 @@ std::string Folder::read(const std::string& name) const
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-} // namespace fixtures
+} // namespace xmlhelper

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace fixtures
+namespace xmlhelper
 {
 
 using namespace Oskelund::Tarnholme::VMware::XMLHelper;
@@ -53,6 +53,6 @@ class Folder
     std::filesystem::path path_;
 };
 
-} // namespace fixtures
+} // namespace xmlhelper
 
 #endif

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace fixtures
+namespace xmlhelper
 {
 
 std::string repeat(std::size_t count, const std::function<std::string(std::size_t)>& piece)
@@ -53,4 +53,4 @@ void on_a_small_stack(const std::function<void()>& action)
     kit::run_on_stack_of(kStack, action);
 }
 
-} // namespace fixtures
+} // namespace xmlhelper

@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-namespace fixtures
+namespace xmlhelper
 {
 
 std::string repeat(std::size_t count, const std::function<std::string(std::size_t)>& piece);
@@ -25,6 +25,6 @@ std::string error_of(const std::string& text);
 // On a thread with as little stack as a host may give one. Sanitized frames are larger.
 void on_a_small_stack(const std::function<void()>& action);
 
-} // namespace fixtures
+} // namespace xmlhelper
 
 #endif

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-using namespace fixtures;
+using namespace xmlhelper;
 using testing::AnyOf;
 using testing::HasSubstr;
 

@@ -6,7 +6,7 @@
 
 #include <cstdio>
 
-using namespace fixtures;
+using namespace xmlhelper;
 
 namespace
 {

@@ -5,7 +5,7 @@
 
 #include <stdexcept>
 
-using namespace fixtures;
+using namespace xmlhelper;
 using testing::ThrowsMessage;
 
 namespace

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <xercesc/dom/DOM.hpp>
 
-using namespace fixtures;
+using namespace xmlhelper;
 
 namespace
 {

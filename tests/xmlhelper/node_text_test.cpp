@@ -5,7 +5,7 @@
 
 #include <limits>
 
-using namespace fixtures;
+using namespace xmlhelper;
 
 namespace
 {

@@ -9,7 +9,7 @@
 #include <functional>
 #include <thread>
 
-using namespace fixtures;
+using namespace xmlhelper;
 
 namespace
 {

@@ -8,7 +8,7 @@
 
 #include <stdexcept>
 
-using namespace fixtures;
+using namespace xmlhelper;
 using testing::StrEq;
 using testing::ThrowsMessage;
 

@@ -10,7 +10,7 @@
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
 
-using namespace fixtures;
+using namespace xmlhelper;
 
 namespace
 {

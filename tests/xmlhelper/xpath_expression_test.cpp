@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-using namespace fixtures;
+using namespace xmlhelper;
 
 namespace
 {

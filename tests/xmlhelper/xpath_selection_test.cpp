@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-using namespace fixtures;
+using namespace xmlhelper;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::ThrowsMessage;

@@ -1,16 +1,16 @@
 // A client that lists what differs between two snapshots, with its requests written by hand.
-#ifndef SOAPWRAPPER_TESTS_SYSTEM_SIMULATOR_CHANGELISTS_H
-#define SOAPWRAPPER_TESTS_SYSTEM_SIMULATOR_CHANGELISTS_H
+#ifndef SOAPWRAPPER_TESTS_SYSTEM_SIMULATOR_CHANGE_LISTS_H
+#define SOAPWRAPPER_TESTS_SYSTEM_SIMULATOR_CHANGE_LISTS_H
 
 #include "tests/kit/host.h"
 #include "tests/system/simulator_catalogue.h"
 
 #include <fstream>
 
-namespace changelists
+namespace simulator_change_lists
 {
 
-using namespace catalogue;
+using namespace simulator_catalogue;
 
 constexpr long kBusy = 2060005;
 constexpr long kUnreadableTree = 2069013;
@@ -154,6 +154,6 @@ class ScenarioLister : private ScenarioFile, public Lister
     std::filesystem::path place(const std::string& name) const { return ScenarioFile::operator/(name); }
 };
 
-} // namespace changelists
+} // namespace simulator_change_lists
 
 #endif

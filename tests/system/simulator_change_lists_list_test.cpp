@@ -1,9 +1,9 @@
-#include "tests/system/simulator_changelists.h"
+#include "tests/system/simulator_change_lists.h"
 
 namespace
 {
 
-using namespace changelists;
+using namespace simulator_change_lists;
 
 const std::string kOlder = "/vol/projects/.snapshot/weekly.1/";
 const std::string kNewer = "/vol/projects/.snapshot/weekly.2/";

@@ -1,9 +1,9 @@
-#include "tests/system/simulator_changelists.h"
+#include "tests/system/simulator_change_lists.h"
 
 namespace
 {
 
-using namespace changelists;
+using namespace simulator_change_lists;
 
 constexpr int kStart = 10102;
 constexpr int kStop = 10103;

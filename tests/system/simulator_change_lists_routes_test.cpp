@@ -2,7 +2,7 @@
 #include "plugin/base/handle_records.h"
 #include "tests/kit/clock.h"
 #include "tests/kit/scripted_service.h"
-#include "tests/system/simulator_changelists.h"
+#include "tests/system/simulator_change_lists.h"
 #include "tests/system/zapi_standin.h"
 
 #include <sys/stat.h>
@@ -14,8 +14,7 @@
 namespace
 {
 
-using changelists::ScenarioFile;
-using standin::Variable;
+using simulator_change_lists::ScenarioFile;
 using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
@@ -24,6 +23,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
+using zapi_standin::Variable;
 
 constexpr int kEnd = 2060013;
 constexpr int kBusy = 2060005;
@@ -40,7 +40,7 @@ class Routes : public testing::Test
         : variable_("SOAPWRAPPER_SIM_SCENARIO", scenario.path()), simulator_({"--scenario", scenario.path()})
     {
         // The manager's functions must be in sight when the library is loaded.
-        standin::Library::instance();
+        zapi_standin::Library::instance();
         kit::Host::instance().write_configuration(
             "filer = http://127.0.0.1:" + std::to_string(simulator_.http_port()) +
             "\nstart_snapdiff_retry_interval = 10\nstart_snapdiff_max_wait = 60\n");
