@@ -19,9 +19,16 @@ set(BINDING_SERVICE ${BINDING_DIR}/soapwrapperPSVWSSoapBindingService.cpp)
 set(BINDING_OUTPUTS
     ${BINDING_DIR}/soapwrapperC.cpp
     ${BINDING_DIR}/soapwrapperPSVWSSoapBindingProxy.cpp)
+# Named, so that what includes them is compiled again in the build that makes them anew.
+set(BINDING_HEADERS
+    ${BINDING_DIR}/soapwrapperH.h
+    ${BINDING_DIR}/soapwrapperStub.h
+    ${BINDING_DIR}/soapwrapperPSVWSSoapBindingProxy.h
+    ${BINDING_DIR}/soapwrapperPSVWSSoapBindingService.h)
 add_custom_command(
     OUTPUT ${BINDING_OUTPUTS} ${BINDING_SERVICE}
            ${BINDING_DIR}/PSVWSSoapBinding.wsdl ${BINDING_DIR}/ns1.xsd
+    BYPRODUCTS ${BINDING_HEADERS}
     COMMAND ${SOAPCPP2} -1 -i -x -psoapwrapper -I${CMAKE_SOURCE_DIR}/service:${GSOAP_IMPORT_DIR}
             -d${BINDING_DIR} ${BINDING_HEADER} > ${BINDING_DIR}/soapcpp2.log
     DEPENDS ${BINDING_HEADER} ${SCHEMA_HEADERS}
