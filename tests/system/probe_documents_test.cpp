@@ -5,12 +5,14 @@
 
 #include <algorithm>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
 namespace
 {
 
+using ::testing::AnyOf;
 using ::testing::HasSubstr;
 
 // The words of `text` that begin so and go on with characters of `alphabet`, at least one.
@@ -28,61 +30,79 @@ std::set<std::string> words(const std::string& text, const std::string& beginnin
 constexpr char kSmallLetters[] = "abcdefghijklmnopqrstuvwxyz-";
 constexpr char kCapitals[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
 
-std::string without_backslashes(std::string text)
+const std::filesystem::path kDocuments = std::filesystem::path(SOURCE_FOLDER) / "docs";
+
+std::string help_of(std::vector<std::string> command)
 {
-    text.erase(std::remove(text.begin(), text.end(), '\\'), text.end());
+    command.emplace_back("--help");
+    const ProcessResult result = run_process(PROBE_PROGRAM, command);
+    EXPECT_EQ(result.exit_code, 0) << command.front();
+    return result.out;
+}
+
+struct Command {
+    std::string words;
+    std::string help;
+};
+
+// What can be asked of the probe, as its help tells.
+void collect_commands(const std::vector<std::string>& command, std::vector<Command>& found)
+{
+    std::istringstream help(help_of(command));
+    std::string line;
+    while (std::getline(help, line) && line != "Subcommands:") continue;
+    if (!help) {
+        std::string words;
+        for (const std::string& word : command) words += (words.empty() ? "" : " ") + word;
+        found.push_back({words, help.str()});
+    }
+    while (std::getline(help, line) && !line.empty()) {
+        std::vector<std::string> below = command;
+        std::istringstream(line) >> below.emplace_back();
+        collect_commands(below, found);
+    }
+}
+
+std::vector<Command> all_commands()
+{
+    std::vector<Command> found;
+    collect_commands({}, found);
+    EXPECT_GE(found.size(), 31U);
+    return found;
+}
+
+std::string guide()
+{
+    return read_file(kDocuments / "probe.md");
+}
+
+// As it reads, but for the requests at the beginning of lines.
+std::string manual()
+{
+    std::string text = read_file(kDocuments / "man/soapwrapper-probe.1");
+    const auto is_mark = [](char c) { return c == '\\' || c == '"'; };
+    text.erase(std::remove_if(text.begin(), text.end(), is_mark), text.end());
     return text;
 }
 
-const std::filesystem::path kDocuments = std::filesystem::path(SOURCE_FOLDER) / "docs";
+TEST(ProbeDocuments, TellOfEveryCommand)
+{
+    for (const Command& command : all_commands()) {
+        const std::string usage = command.words + " NAME";
+        EXPECT_THAT(guide(), AnyOf(HasSubstr("`" + usage), HasSubstr("\n### " + usage))) << usage;
+        EXPECT_THAT(manual(), HasSubstr("\n.BI " + command.words + "  NAME")) << command.words;
+    }
+}
 
 TEST(ProbeDocuments, TellOfEveryOption)
 {
-    std::string help = run_process(PROBE_PROGRAM, {"--help"}).out;
-    using Words = std::vector<std::string>;
-    for (Words command : {Words{"discover"},
-                          Words{"server"},
-                          Words{"lsus"},
-                          Words{"lsu"},
-                          Words{"replication"},
-                          Words{"images"},
-                          Words{"image", "show"},
-                          Words{"image", "delete"},
-                          Words{"snapshots"},
-                          Words{"snapshot", "show"},
-                          Words{"snapshot", "delete"},
-                          Words{"rollback", "check"},
-                          Words{"snapshot", "create"},
-                          Words{"snapshot", "copy"},
-                          Words{"snapshot", "prepare"},
-                          Words{"snapshot", "postprocess"},
-                          Words{"snapshot", "validate"},
-                          Words{"snapshot", "import"},
-                          Words{"snapshot", "rollback"},
-                          Words{"snapshot", "diff"},
-                          Words{"topology", "provision"},
-                          Words{"operation", "wait"},
-                          Words{"operation", "status"},
-                          Words{"operation", "cancel"},
-                          Words{"export", "create"},
-                          Words{"export", "add"},
-                          Words{"export", "delete"},
-                          Words{"changes"},
-                          Words{"claim"},
-                          Words{"ioctl"},
-                          Words{"events"}}) {
-        command.emplace_back("--help");
-        const ProcessResult result = run_process(PROBE_PROGRAM, command);
-        EXPECT_EQ(result.exit_code, 0) << command.front();
-        help += result.out;
-    }
+    std::string help = help_of({});
+    for (const Command& command : all_commands()) help += command.help;
     const std::set<std::string> options = words(help, "--", kSmallLetters);
     EXPECT_GE(options.size(), 34U);
-    const std::string guide = read_file(kDocuments / "probe.md");
-    const std::string manual = without_backslashes(read_file(kDocuments / "man/soapwrapper-probe.1"));
     for (const std::string& option : options) {
-        EXPECT_THAT(guide, HasSubstr("`" + option)) << option;
-        EXPECT_THAT(manual, HasSubstr(option)) << option;
+        EXPECT_THAT(guide(), HasSubstr("`" + option)) << option;
+        EXPECT_THAT(manual(), HasSubstr(option)) << option;
     }
 }
 
@@ -91,8 +111,7 @@ TEST(ProbeDocuments, TellOfEveryStatus)
     const std::string header = read_file(std::filesystem::path(SOURCE_FOLDER) / "plugin/host/status.h");
     const std::set<std::string> names = words(header, "STS_E", kCapitals);
     EXPECT_GE(names.size(), 16U);
-    const std::string guide = read_file(kDocuments / "probe.md");
-    for (const std::string& name : names) EXPECT_THAT(guide, HasSubstr("| `" + name + "` |"));
+    for (const std::string& name : names) EXPECT_THAT(guide(), HasSubstr("| `" + name + "` |"));
 }
 
 } // namespace
