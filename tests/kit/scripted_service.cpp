@@ -1,5 +1,7 @@
 #include "tests/kit/scripted_service.h"
 
+#include "tests/kit/stream.h"
+
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -19,6 +21,8 @@ namespace
 {
 
 constexpr unsigned char kTlsHandshake = 0x16; // the first byte of a TLS client
+constexpr std::string_view kGarbage = "this is no TLS\r\n\r\n";
+constexpr std::string_view kFatalAlert("\x15\x03\x03\x00\x02\x02\x28", 7); // the handshake failed
 
 // Bound to a drawn port of the loopback address.
 std::pair<int, int> bound_socket()
@@ -35,74 +39,6 @@ std::pair<int, int> bound_socket()
     return {descriptor, ntohs(address.sin_port)};
 }
 
-// A connection, plain or TLS.
-class Stream
-{
-  public:
-    explicit Stream(int descriptor) : socket_(descriptor) {}
-    ~Stream()
-    {
-        SSL_free(tls_);
-        if (socket_ >= 0) close(socket_);
-    }
-    Stream(const Stream&) = delete;
-    Stream& operator=(const Stream&) = delete;
-
-    bool secure(SSL_CTX* context)
-    {
-        tls_ = SSL_new(context);
-        SSL_set_fd(tls_, socket_);
-        return SSL_accept(tls_) == 1;
-    }
-
-    bool is_tls() const { return tls_ != nullptr; }
-
-    // What the client begins with, left in place; 0 if it goes away.
-    unsigned char first_byte() const
-    {
-        unsigned char byte = 0;
-        return recv(socket_, &byte, 1, MSG_PEEK) == 1 ? byte : 0;
-    }
-
-    bool read_some(std::string& text)
-    {
-        char buffer[16384];
-        const auto count = tls_ ? SSL_read(tls_, buffer, sizeof buffer)
-                                : static_cast<int>(recv(socket_, buffer, sizeof buffer, 0));
-        if (count <= 0) return false;
-        text.append(buffer, static_cast<std::size_t>(count));
-        return true;
-    }
-
-    void write_all(std::string_view bytes)
-    {
-        while (!bytes.empty()) {
-            const auto count =
-                tls_ ? SSL_write(tls_, bytes.data(), static_cast<int>(bytes.size()))
-                     : static_cast<int>(send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL));
-            if (count <= 0) return;
-            bytes.remove_prefix(static_cast<std::size_t>(count));
-        }
-    }
-
-    void end()
-    {
-        if (tls_) SSL_shutdown(tls_);
-        shutdown(socket_, SHUT_WR);
-    }
-
-    void reset()
-    {
-        const linger at_once = {1, 0};
-        setsockopt(socket_, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
-        close(std::exchange(socket_, -1));
-    }
-
-  private:
-    int socket_;
-    SSL* tls_ = nullptr;
-};
-
 std::size_t content_length(const std::string& head)
 {
     const std::size_t at = head.find("Content-Length:");
@@ -116,6 +52,8 @@ bool read_head(Stream& stream, std::string& text, Request& request)
         if (!stream.read_some(text)) return false;
     }
     request.tls = stream.is_tls();
+    request.tls_version = stream.tls_version();
+    request.resumed = stream.is_resumed();
     request.head = text.substr(0, end + 2);
     text.erase(0, end + 4);
     return true;
@@ -129,6 +67,14 @@ bool read_body(Stream& stream, std::string& text, Request& request)
     }
     request.body = text;
     return true;
+}
+
+bool is_against_resumption(Answer::Manner manner)
+{
+    using Manner = Answer::Manner;
+    return manner == Manner::kAlertAtResumption || manner == Manner::kGarbageAtResumption ||
+           manner == Manner::kCloseAtResumption || manner == Manner::kResetAtResumption ||
+           manner == Manner::kSilentAtResumption;
 }
 
 } // namespace
@@ -150,7 +96,7 @@ Answer fault_answer(std::string_view soap)
     return {Answer::Manner::kReply, http_message(soap, 500, "Internal Server Error")};
 }
 
-ScriptedService::ScriptedService(Choice choice) : tls_(make_tls_server_context()), choice_(std::move(choice))
+ScriptedService::ScriptedService(Choice choice) : choice_(std::move(choice))
 {
     std::tie(listener_, port_) = bound_socket();
     if (listen(listener_, 64) != 0 || pipe2(wake_, O_CLOEXEC) != 0) throw std::runtime_error("can't listen");
@@ -229,6 +175,16 @@ void ScriptedService::wait_for_connections(std::size_t count) const
     changed_.wait(lock, [&] { return connections_ >= count; });
 }
 
+void ScriptedService::set_tls_context(TlsContext context)
+{
+    tls_.set_context(std::move(context));
+}
+
+Handshakes ScriptedService::handshakes() const
+{
+    return tls_.handshakes();
+}
+
 void ScriptedService::keep_silent(std::unique_lock<std::mutex>& lock)
 {
     changed_.wait(lock, [this] { return released_ || stopping_; });
@@ -292,8 +248,8 @@ void ScriptedService::serve_connection(int connection, const Answer& answer)
     if (answer.manner == Manner::kResetAtOnce) return stream.reset();
     const bool tls = stream.first_byte() == kTlsHandshake;
     if (answer.manner == Manner::kLateHandshake) keep_silent();
-    if (answer.manner == Manner::kRefuseHandshake) return stream.write_all("this is no TLS\r\n\r\n");
-    if (tls && !stream.secure(tls_.get())) return;
+    if (answer.manner == Manner::kRefuseHandshake) return stream.write_all(kGarbage);
+    if (tls && !secure(stream, answer.manner)) return;
     if (answer.manner == Manner::kLateRead) keep_silent();
 
     Request request;
@@ -310,6 +266,26 @@ void ScriptedService::serve_connection(int connection, const Answer& answer)
     stream.write_all(answer.manner == Manner::kChoose ? choice_(request) : answer.bytes);
     if (answer.manner == Manner::kReset) return stream.reset();
     stream.end();
+}
+
+bool ScriptedService::secure(Stream& stream, Answer::Manner manner)
+{
+    TlsAcceptor::Outcome outcome = tls_.accept(stream.socket(), is_against_resumption(manner));
+    if (outcome.tls) {
+        stream.encrypt(std::move(outcome.tls));
+        return true;
+    }
+    if (outcome.offered) refuse_resumption(stream, manner);
+    return false;
+}
+
+void ScriptedService::refuse_resumption(Stream& stream, Answer::Manner manner)
+{
+    using Manner = Answer::Manner;
+    if (manner == Manner::kAlertAtResumption) stream.write_all(kFatalAlert);
+    if (manner == Manner::kGarbageAtResumption) stream.write_all(kGarbage);
+    if (manner == Manner::kResetAtResumption) stream.reset();
+    if (manner == Manner::kSilentAtResumption) keep_silent();
 }
 
 DeadPort::DeadPort()

@@ -3,6 +3,7 @@
 #define SOAPWRAPPER_TESTS_KIT_SCRIPTED_SERVICE_H
 
 #include "tests/kit/certificate.h"
+#include "tests/kit/tls_acceptor.h"
 
 #include <condition_variable>
 #include <cstddef>
@@ -10,11 +11,14 @@
 #include <functional>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
 namespace kit
 {
+
+class Stream;
 
 // What one connection gets.
 struct Answer {
@@ -28,7 +32,13 @@ struct Answer {
         kLateHandshake,   // reply, but keep silent likewise ahead of the TLS handshake
         kLateRead,        // reply, but keep silent likewise ahead of reading the request
         kRefuseHandshake, // over TLS: answer the client's hello with garbage
-        kChoose           // read the request, send what the service chooses to answer it with, close
+        kChoose,          // read the request, send what the service chooses to answer it with, close
+        // Reply, also over TLS in a full handshake. To a hello that offers a session to resume, do this:
+        kAlertAtResumption,   // answer with a fatal alert, close
+        kGarbageAtResumption, // answer with garbage, close
+        kCloseAtResumption,   // close
+        kResetAtResumption,   // reset the connection
+        kSilentAtResumption   // keep silent likewise, close
     };
     Manner manner = Manner::kReply;
     std::string bytes;
@@ -43,7 +53,9 @@ Answer fault_answer(std::string_view soap);
 
 struct Request {
     bool tls = false;
-    std::string head; // the request line and the header
+    int tls_version = 0;  // as OpenSSL numbers them: TLS1_3_VERSION
+    bool resumed = false; // the connection's handshake has resumed a session
+    std::string head;     // the request line and the header
     std::string body;
 };
 
@@ -66,6 +78,11 @@ class ScriptedService
     std::string url() const;
     std::string tls_url() const;
 
+    // For TLS connections that come from now on. In the beginning it is a context with a certificate of its
+    // own that is signed by itself.
+    void set_tls_context(TlsContext context);
+    Handshakes handshakes() const;
+
     // Answers are used in order, one a connection.
     void script(Answer answer);
     void script(const std::vector<Answer>& answers);
@@ -87,13 +104,15 @@ class ScriptedService
     void serve();
     void serve_connection(int socket, const Answer& answer);
     Answer next_answer();
+    bool secure(Stream& stream, Answer::Manner manner);
+    void refuse_resumption(Stream& stream, Answer::Manner manner);
     void keep_silent(std::unique_lock<std::mutex>& lock);
     void keep_silent();
 
     int listener_ = -1;
     int wake_[2] = {-1, -1};
     int port_ = 0;
-    TlsContext tls_;
+    TlsAcceptor tls_{make_tls_server_context()};
     Choice choice_;
     mutable std::mutex mutex_;
     mutable std::condition_variable changed_;
