@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <stdexcept>
+#include <utility>
 
 namespace bench
 {
@@ -45,16 +46,23 @@ bool is_whole(const std::string& request)
     return request.size() >= head + 4 + length;
 }
 
+kit::TlsContext make_context(Channel channel)
+{
+    if (channel == Channel::kPlain) return nullptr;
+    kit::TlsContext context = kit::make_tls_server_context();
+    return channel == Channel::kTls12 ? kit::up_to_tls12(std::move(context)) : std::move(context);
+}
+
 } // namespace
 
-CannedService::CannedService(std::string reply, bool tls)
-    : CannedService([this](const std::string&) -> const std::string& { return reply_; }, tls)
+CannedService::CannedService(std::string reply, Channel channel, int threads)
+    : CannedService([this](const std::string&) -> const std::string& { return reply_; }, channel, threads)
 {
     reply_ = std::move(reply);
 }
 
-CannedService::CannedService(Choice choice, bool tls)
-    : choice_(std::move(choice)), tls_(tls), context_(kit::make_tls_server_context())
+CannedService::CannedService(Choice choice, Channel channel, int threads)
+    : choice_(std::move(choice)), context_(make_context(channel))
 {
     listener_ = socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address = loopback(0);
@@ -64,20 +72,26 @@ CannedService::CannedService(Choice choice, bool tls)
         throw std::runtime_error("can't listen");
     }
     port_ = ntohs(address.sin_port);
-    thread_ = std::thread([this] { serve(); });
+    for (int i = 0; i < threads; ++i) threads_.emplace_back([this] { serve(); });
 }
 
 CannedService::~CannedService()
 {
     stopping_ = true;
-    close(connected_socket(port_));
-    thread_.join();
+    for (std::size_t i = 0; i < threads_.size(); ++i) close(connected_socket(port_));
+    for (std::thread& thread : threads_) thread.join();
     close(listener_);
 }
 
 std::string CannedService::url() const
 {
-    return (tls_ ? "https://127.0.0.1:" : "http://127.0.0.1:") + std::to_string(port_);
+    return (context_ ? "https://127.0.0.1:" : "http://127.0.0.1:") + std::to_string(port_);
+}
+
+std::string CannedService::last_request() const
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return last_request_;
 }
 
 void CannedService::serve()
@@ -96,7 +110,7 @@ void CannedService::serve()
 void CannedService::serve_connection(int connection)
 {
     SSL* ssl = nullptr;
-    if (tls_) {
+    if (context_) {
         ssl = SSL_new(context_.get());
         SSL_set_fd(ssl, connection);
         if (SSL_accept(ssl) != 1) return SSL_free(ssl);
@@ -110,7 +124,10 @@ void CannedService::serve_connection(int connection)
         request.append(buffer, static_cast<std::size_t>(count));
     }
     const std::string& reply = choice_(request);
-    last_request_ = std::move(request);
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        last_request_ = std::move(request);
+    }
     if (ssl) {
         SSL_write(ssl, reply.data(), static_cast<int>(reply.size()));
         SSL_shutdown(ssl);

@@ -8,12 +8,21 @@
 #include <openssl/ssl.h>
 
 #include <atomic>
+#include <cstddef>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace bench
 {
+
+enum class Channel {
+    kPlain,
+    kTls,
+    kTls12 // no later version
+};
 
 class CannedService
 {
@@ -21,9 +30,9 @@ class CannedService
     // What a request is answered with. The text must outlive the answer.
     using Choice = std::function<const std::string&(const std::string& request)>;
 
-    // `reply` is a whole HTTP message.
-    CannedService(std::string reply, bool tls);
-    CannedService(Choice choice, bool tls);
+    // `reply` is a whole HTTP message. Each thread serves one connection at a time.
+    CannedService(std::string reply, Channel channel, int threads = 1);
+    CannedService(Choice choice, Channel channel, int threads = 1);
     ~CannedService();
     CannedService(const CannedService&) = delete;
     CannedService& operator=(const CannedService&) = delete;
@@ -31,8 +40,7 @@ class CannedService
     int port() const { return port_; }
     std::string url() const;
     // The bytes of the last request.
-    const std::string& last_request() const { return last_request_; }
-    void set_reply(std::string reply) { reply_ = std::move(reply); }
+    std::string last_request() const;
 
   private:
     void serve();
@@ -40,13 +48,13 @@ class CannedService
 
     std::string reply_;
     Choice choice_;
-    bool tls_;
-    kit::TlsContext context_;
+    kit::TlsContext context_; // none: without TLS
     int listener_ = -1;
     int port_ = 0;
     std::atomic<bool> stopping_{false};
+    mutable std::mutex mutex_;
     std::string last_request_;
-    std::thread thread_;
+    std::vector<std::thread> threads_;
 };
 
 // Connects, sends `request`, reads until the peer closes; the number of bytes read.

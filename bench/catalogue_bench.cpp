@@ -60,7 +60,8 @@ std::string lsu_reply()
 
 // An open server and an open list at a canned service, filled by hand: the opens are not what is measured.
 struct OpenHandles {
-    explicit OpenHandles(std::string reply) : service(std::move(reply), false), url(service.url())
+    explicit OpenHandles(std::string reply)
+        : service(std::move(reply), bench::Channel::kPlain), url(service.url())
     {
         std::memset(&session, 0, sizeof session);
         server.endpoint = url.data();

@@ -1,4 +1,5 @@
-// One stspi_get_server_prop beside a client that carries the same bytes and nothing more, plain and over TLS.
+// One stspi_get_server_prop beside a client that carries the same bytes and nothing more, plain and over TLS,
+// on one thread and on several. Over TLS that client makes a full handshake each time.
 #include "bench/canned_service.h"
 
 #include "plugin/base/handle_records.h"
@@ -8,10 +9,15 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstddef>
 #include <cstring>
+#include <memory>
+#include <string>
 
 namespace
 {
+
+using bench::Channel;
 
 std::string properties_reply()
 {
@@ -29,15 +35,24 @@ std::string properties_reply()
                     element("cred", element("item", "1")) + element("ndmpHost", "filer"))));
 }
 
+constexpr int kThreads = 8;
+
 // A handle to a canned service, filled by hand: the open is not what is measured.
 struct OpenHandle {
-    explicit OpenHandle(bool tls) : service(properties_reply(), tls), url(service.url())
+    OpenHandle(Channel channel, int threads)
+        : service(properties_reply(), channel, threads), url(service.url())
     {
         std::memset(&session, 0, sizeof session);
         server.endpoint = url.data();
         server.service_handle = token.data();
         server.session = &session;
-        server.use_https = tls;
+        server.use_https = channel != Channel::kPlain;
+    }
+
+    bool get_server_prop()
+    {
+        const auto info = std::make_unique<sts_server_info_v8_t>();
+        return kit::get_server_prop()(&server, info.get()) == 0;
     }
 
     bench::CannedService service;
@@ -47,51 +62,56 @@ struct OpenHandle {
     stsp_server server{};
 };
 
-void get_server_prop(benchmark::State& state, bool tls)
+// Calls of the entry by each thread, all with one handle. The first thread makes it ahead of the loop, which
+// all begin together; it stays until the next run, because a thread that fails leaves ahead of the others.
+template <Channel kChannel>
+void entry(benchmark::State& state)
 {
-    OpenHandle handle(tls);
-    const auto entry = kit::get_server_prop();
-    auto info = std::make_unique<sts_server_info_v8_t>();
+    static std::unique_ptr<OpenHandle> handle;
+    if (state.thread_index() == 0) handle = std::make_unique<OpenHandle>(kChannel, state.threads());
+    const auto get_server_prop = kit::get_server_prop();
+    const auto info = std::make_unique<sts_server_info_v8_t>();
     for (auto _ : state) {
-        if (entry(&handle.server, info.get()) != 0) return state.SkipWithError("the entry failed");
+        if (get_server_prop(&handle->server, info.get()) != 0) {
+            state.SkipWithError("the entry failed");
+            break;
+        }
     }
 }
 
-void get_server_prop_floor(benchmark::State& state, bool tls)
+// The request of such a call, carried by a client that makes a full handshake each time.
+template <Channel kChannel>
+void bare(benchmark::State& state)
 {
-    OpenHandle handle(tls);
-    auto info = std::make_unique<sts_server_info_v8_t>();
-    if (kit::get_server_prop()(&handle.server, info.get()) != 0)
-        return state.SkipWithError("no request to copy");
-    const std::string request = handle.service.last_request();
+    static std::unique_ptr<OpenHandle> handle;
+    static std::string request;
+    if (state.thread_index() == 0) {
+        handle = std::make_unique<OpenHandle>(kChannel, state.threads());
+        if (!handle->get_server_prop()) state.SkipWithError("no request to copy");
+        request = handle->service.last_request();
+    }
     const kit::TlsContext context(SSL_CTX_new(TLS_client_method()));
     for (auto _ : state) {
-        const std::size_t size = tls ? bench::bare_tls_exchange(handle.service.port(), request, context.get())
-                                     : bench::bare_exchange(handle.service.port(), request);
-        if (size == 0) return state.SkipWithError("no reply");
+        const int port = handle->service.port();
+        const std::size_t size = kChannel == Channel::kPlain
+                                     ? bench::bare_exchange(port, request)
+                                     : bench::bare_tls_exchange(port, request, context.get());
+        if (size == 0) {
+            state.SkipWithError("no reply");
+            break;
+        }
     }
-}
-
-void http(benchmark::State& state)
-{
-    get_server_prop(state, false);
-}
-void http_floor(benchmark::State& state)
-{
-    get_server_prop_floor(state, false);
-}
-void tls(benchmark::State& state)
-{
-    get_server_prop(state, true);
-}
-void tls_floor(benchmark::State& state)
-{
-    get_server_prop_floor(state, true);
 }
 
 } // namespace
 
-BENCHMARK(http)->UseRealTime();
-BENCHMARK(http_floor)->UseRealTime();
-BENCHMARK(tls)->UseRealTime();
-BENCHMARK(tls_floor)->UseRealTime();
+BENCHMARK(entry<Channel::kPlain>)->Name("http")->UseRealTime();
+BENCHMARK(bare<Channel::kPlain>)->Name("http_floor")->UseRealTime();
+BENCHMARK(entry<Channel::kTls>)->Name("tls")->UseRealTime();
+BENCHMARK(bare<Channel::kTls>)->Name("tls_floor")->UseRealTime();
+BENCHMARK(entry<Channel::kTls12>)->Name("tls12")->UseRealTime();
+BENCHMARK(bare<Channel::kTls12>)->Name("tls12_floor")->UseRealTime();
+BENCHMARK(entry<Channel::kTls>)->Name("tls_threads")->Threads(kThreads)->UseRealTime();
+BENCHMARK(bare<Channel::kTls>)->Name("tls_threads_floor")->Threads(kThreads)->UseRealTime();
+BENCHMARK(entry<Channel::kTls12>)->Name("tls12_threads")->Threads(kThreads)->UseRealTime();
+BENCHMARK(bare<Channel::kTls12>)->Name("tls12_threads_floor")->Threads(kThreads)->UseRealTime();

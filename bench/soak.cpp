@@ -103,7 +103,7 @@ class Soak
     explicit Soak(int threads)
         : replies_(entries_),
           choice_([this](const std::string& r) -> const std::string& { return replies_.to(r); }),
-          plain_(choice_, false), tls_(choice_, true)
+          plain_(choice_, bench::Channel::kPlain), tls_(choice_, bench::Channel::kTls)
     {
         // The file that entries find their service by is the last subject's.
         for (int i = 0; i < threads; ++i) {
