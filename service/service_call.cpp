@@ -6,6 +6,7 @@
 #include "plugin/host/status.h"
 #include "service/endpoint.h"
 #include "service/reply_bounds.h"
+#include "service/tls_connection.h"
 #include "service/tls_context.h"
 #include "service/transport.h"
 
@@ -82,8 +83,10 @@ int ServiceCall::prepare()
 // Whether a connection is encrypted is settled ahead of the URL, which has a say only against it.
 int ServiceCall::connect(soap* context, const char* url, const char* host, int port)
 {
-    const bool encrypted = call_of(context).use_https_ && is_https(url);
-    return encrypted ? open_tls_connection(context, host, port) : open_connection(context, host, port);
+    ServiceCall& call = call_of(context);
+    const bool encrypted = call.use_https_ && is_https(url);
+    return encrypted ? open_tls_connection(context, host, port, call.full_handshake_)
+                     : open_connection(context, host, port);
 }
 
 std::size_t ServiceCall::receive(soap* context, char* bytes, std::size_t count)
@@ -96,6 +99,14 @@ std::size_t ServiceCall::receive(soap* context, char* bytes, std::size_t count)
 int ServiceCall::check_block(soap* context, const char* /*bytes*/, std::size_t count)
 {
     return call_of(context).bounds_.check(context, count);
+}
+
+// A refusal by the service is an answer as good as any; whatever else fails speaks against the connection.
+int ServiceCall::finish(int result)
+{
+    const int checked = bounds_.check_call(&proxy_, result);
+    if (checked == SOAP_OK || is_service_fault(checked)) keep_tls_session(&proxy_, full_handshake_);
+    return checked;
 }
 
 int ServiceCall::status_of(int result, int without_fault)

@@ -12,6 +12,7 @@
 #include "service/sigpipe_guard.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 
 #include "soapwrapperPSVWSSoapBindingProxy.h"
@@ -68,7 +69,7 @@ class ServiceCall
     int send_quietly(Operation<Request, Response> operation, Request& request, Response& response)
     {
         if (const int error = prepare()) return error;
-        return bounds_.check_call(&proxy_, (proxy_.*operation)(nullptr, nullptr, &request, response));
+        return finish((proxy_.*operation)(nullptr, nullptr, &request, response));
     }
 
     // What a result of send_quietly means, logged if it is a failure.
@@ -100,6 +101,8 @@ class ServiceCall
     void install_hooks();
     // Ahead of a request: a SOAP error number where it mustn't be sent.
     int prepare();
+    // Behind its reply: what the call came to, as a SOAP error number.
+    int finish(int result);
     int status_of_fault(const sts_session_def_v7_t* session);
 
     const EntryLog& log_;
@@ -108,6 +111,7 @@ class ServiceCall
     Service proxy_;
     ReplyBounds bounds_;
     bool use_https_ = false;
+    std::int64_t full_handshake_ = 0; // when it was that a TLS connection goes back to
 };
 
 } // namespace soapwrapper

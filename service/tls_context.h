@@ -1,5 +1,8 @@
+// What all TLS connections share: one TLS context and the sessions that servers gave out.
 #ifndef SOAPWRAPPER_SERVICE_TLS_CONTEXT_H
 #define SOAPWRAPPER_SERVICE_TLS_CONTEXT_H
+
+#include "service/tls_sessions.h"
 
 struct soap;
 
@@ -7,9 +10,11 @@ namespace soapwrapper
 {
 
 // The SOAP runtime's hook for making a TLS context: hands out the one that all calls share. Made by the
-// runtime, each call would read the machine's whole bundle of certificate authorities, for certificates that
-// nobody checks. Returns a SOAP error number.
+// runtime, each call would read the machine's whole bundle of certificate authorities, of which none is used.
+// Returns a SOAP error number.
 int share_tls_context(soap* context);
+
+TlsSessions& tls_sessions();
 
 } // namespace soapwrapper
 

@@ -6,8 +6,6 @@
 #include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
-#include <openssl/bio.h>
-#include <openssl/err.h>
 #include <openssl/ssl.h>
 #include <openssl/types.h>
 #include <poll.h>
@@ -35,20 +33,7 @@ struct FreeAddresses {
 };
 using Addresses = std::unique_ptr<addrinfo, FreeAddresses>;
 
-void set_blocking(int socket, bool blocking)
-{
-    const int flags = fcntl(socket, F_GETFL);
-    fcntl(socket, F_SETFL, blocking ? flags & ~O_NONBLOCK : flags | O_NONBLOCK);
-}
-
-// The texts are those that the runtime's own connection tells.
-int fail(soap* context, const char* reason, const char* where)
-{
-    soap_set_receiver_error(context, reason, where, SOAP_TCP_ERROR);
-    return SOAP_INVALID_SOCKET;
-}
-
-int fail(soap* context, int error, const char* where)
+int fail_by_error(soap* context, int error, const char* where)
 {
     context->errnum = error;
     return fail(context, soap_strdup(context, std::strerror(error)), where); // the text is the thread's own
@@ -87,7 +72,7 @@ int connect_within(int socket, const addrinfo& address, int seconds)
 int connect_to(soap* context, const addrinfo& address)
 {
     const int made = socket(address.ai_family, address.ai_socktype | SOCK_CLOEXEC, address.ai_protocol);
-    if (made < 0) return fail(context, errno, "socket failed in tcp_connect()");
+    if (made < 0) return fail_by_error(context, errno, "socket failed in tcp_connect()");
     const int on = 1;
     setsockopt(made, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
     const int seconds = context->connect_timeout;
@@ -99,76 +84,7 @@ int connect_to(soap* context, const addrinfo& address)
     }
     close(made);
     if (seconds > 0 && error == ETIMEDOUT) return fail(context, "Timeout", kConnectFailed);
-    return fail(context, error, kConnectFailed);
-}
-
-int close_after_failure(soap* context)
-{
-    context->fclosesocket(context, context->socket);
-    return context->socket = SOAP_INVALID_SOCKET;
-}
-
-// The session of the connection before, where there was one to the same server.
-void resume_session(soap* context, const char* host, int port)
-{
-    if (!context->session) return;
-    if (std::strcmp(context->session_host, host) == 0 && context->session_port == port) {
-        SSL_set_session(context->ssl, context->session);
-    }
-    SSL_SESSION_free(context->session);
-    context->session = nullptr;
-}
-
-// False, and the context's error, if the TLS library can't begin at all.
-bool prepare_tls(soap* context, const char* host, int port)
-{
-    ERR_clear_error();
-    context->ssl_flags |= SOAP_SSL_CLIENT;
-    if (!context->ctx && context->fsslauth(context) != SOAP_OK) {
-        context->error = SOAP_SSL_ERROR;
-        return false;
-    }
-    if (context->ssl) SSL_free(context->ssl);
-    context->ssl = SSL_new(context->ctx);
-    BIO* stream = context->ssl ? BIO_new_socket(context->socket, BIO_NOCLOSE) : nullptr;
-    if (!stream) {
-        context->error = SOAP_SSL_ERROR;
-        return false;
-    }
-    SSL_set_bio(context->ssl, stream, stream);
-    resume_session(context, host, port);
-    if (SSL_set_tlsext_host_name(context->ssl, host) == 1) return true;
-    soap_set_receiver_error(context, "SSL/TLS error", "SNI failed", SOAP_SSL_ERROR);
-    return false;
-}
-
-// Whether the operation that gave `result` is to be tried again once the socket is ready for these events.
-bool wants_again(SSL* tls, int result, short& events)
-{
-    const int error = SSL_get_error(tls, result);
-    events = error == SSL_ERROR_WANT_READ ? POLLIN : POLLOUT;
-    return error == SSL_ERROR_WANT_READ || error == SSL_ERROR_WANT_WRITE;
-}
-
-bool shake_hands(soap* context)
-{
-    Deadline deadline(context->connect_timeout);
-    for (;;) {
-        const int result = SSL_connect(context->ssl);
-        if (result > 0) return true;
-        short events = 0;
-        if (!wants_again(context->ssl, result, events)) {
-            context->errnum = errno;
-            const int error = SSL_get_error(context->ssl, result);
-            soap_set_sender_error(context, soap_ssl_error(context, result, error), "SSL/TLS handshake failed",
-                                  SOAP_SSL_ERROR);
-            return false;
-        }
-        if (!deadline.wait_for(context->socket, events)) {
-            fail(context, "Timeout", "SSL_connect() failed in tcp_connect()");
-            return false;
-        }
-    }
+    return fail_by_error(context, error, kConnectFailed);
 }
 
 // What a transfer over TLS comes to: above 0, or 0 and below at its end. A signal makes it want again.
@@ -214,6 +130,25 @@ bool send_all(soap* context, const char* bytes, std::size_t count)
 
 } // namespace
 
+void set_blocking(int socket, bool blocking)
+{
+    const int flags = fcntl(socket, F_GETFL);
+    fcntl(socket, F_SETFL, blocking ? flags & ~O_NONBLOCK : flags | O_NONBLOCK);
+}
+
+int fail(soap* context, const char* reason, const char* where)
+{
+    soap_set_receiver_error(context, reason, where, SOAP_TCP_ERROR);
+    return SOAP_INVALID_SOCKET;
+}
+
+bool wants_again(SSL* tls, int result, short& events)
+{
+    const int error = SSL_get_error(tls, result);
+    events = error == SSL_ERROR_WANT_READ ? POLLIN : POLLOUT;
+    return error == SSL_ERROR_WANT_READ || error == SSL_ERROR_WANT_WRITE;
+}
+
 int open_connection(soap* context, const char* host, int port)
 {
     context->errnum = 0;
@@ -229,18 +164,6 @@ int open_connection(soap* context, const char* host, int port)
     context->imode &= ~SOAP_ENC_SSL;
     context->omode &= ~SOAP_ENC_SSL;
     return context->socket = made;
-}
-
-int open_tls_connection(soap* context, const char* host, int port)
-{
-    if (open_connection(context, host, port) == SOAP_INVALID_SOCKET) return SOAP_INVALID_SOCKET;
-    if (!prepare_tls(context, host, port)) return close_after_failure(context);
-    if (context->connect_timeout > 0) set_blocking(context->socket, false);
-    if (!shake_hands(context)) return close_after_failure(context);
-    set_blocking(context->socket, true);
-    context->imode |= SOAP_ENC_SSL;
-    context->omode |= SOAP_ENC_SSL;
-    return context->socket;
 }
 
 int send_bytes(soap* context, const char* bytes, std::size_t count)

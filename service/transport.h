@@ -3,6 +3,8 @@
 #ifndef SOAPWRAPPER_SERVICE_TRANSPORT_H
 #define SOAPWRAPPER_SERVICE_TRANSPORT_H
 
+#include <openssl/types.h>
+
 #include <cstddef>
 
 struct soap;
@@ -14,15 +16,22 @@ namespace soapwrapper
 // in order, each for the context's connect_timeout in seconds (0: for as long as it takes).
 int open_connection(soap* context, const char* host, int port);
 
-// TLS on the context's new socket, in the same manner. The peer's certificate is not checked.
-int open_tls_connection(soap* context, const char* host, int port);
-
 // Sends all bytes and wipes them from the context's buffer, because a request may hold a credential. SOAP_OK
 // or SOAP_EOF.
 int send_bytes(soap* context, const char* bytes, std::size_t count);
 
 // What has come, at most `count` bytes; 0 at the end or at a failure.
 std::size_t receive_bytes(soap* context, char* bytes, std::size_t count);
+
+// For a connection that goes on from there.
+
+void set_blocking(int socket, bool blocking);
+
+// SOAP_INVALID_SOCKET, with the context's error. The texts are those that the runtime's own connection tells.
+int fail(soap* context, const char* reason, const char* where);
+
+// Whether the operation that gave `result` is to be tried again once the socket is ready for these events.
+bool wants_again(SSL* tls, int result, short& events);
 
 } // namespace soapwrapper
 
