@@ -37,11 +37,15 @@ add_custom_command(
 
 # The generated code is not ours to warn about. It is position independent and hidden, so that the same
 # objects serve the library, the tests and the simulator.
-add_library(soapwrapper_binding OBJECT ${BINDING_OUTPUTS})
+add_library(soapwrapper_binding OBJECT ${BINDING_OUTPUTS} ${CMAKE_SOURCE_DIR}/service/wire_text.cpp)
 set_source_files_properties(${BINDING_OUTPUTS} ${BINDING_SERVICE} PROPERTIES COMPILE_OPTIONS "-w")
+# Texts are read and written by functions of ours, which know what to do with broken UTF-8.
+set_property(SOURCE ${BINDING_OUTPUTS} PROPERTY COMPILE_DEFINITIONS
+    soap_string_in=soapwrapper_string_in soap_string_out=soapwrapper_string_out)
+target_include_directories(soapwrapper_binding PRIVATE ${CMAKE_SOURCE_DIR})
 target_include_directories(soapwrapper_binding SYSTEM PUBLIC ${BINDING_DIR})
 target_compile_options(soapwrapper_binding PUBLIC ${GSOAP_CFLAGS_OTHER} ${GSOAP_CFLAGS})
-target_link_libraries(soapwrapper_binding PRIVATE soapwrapper_hardening)
+target_link_libraries(soapwrapper_binding PRIVATE soapwrapper_hardening soapwrapper_warnings)
 
 # The runtime is linked statically: the distribution's shared one takes its namespace table from whichever
 # plug-in was loaded first.

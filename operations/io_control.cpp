@@ -39,7 +39,7 @@ void write_bytes(char* buffer, std::size_t length, const std::string& args, int 
 {
     const std::size_t told = count < 0 ? args.size() : static_cast<std::size_t>(count);
     const std::size_t come = std::min(told, args.size() + 1); // with the terminator, which may be counted
-    const std::size_t written = come < length ? come : length - 1;
+    const std::size_t written = come < length ? come : whole_characters(args.c_str(), length - 1);
     std::memcpy(buffer, args.c_str(), written);
     buffer[written] = '\0';
 }

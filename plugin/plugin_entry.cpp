@@ -2,6 +2,7 @@
 #include "plugin/base/bounded_text.h"
 #include "plugin/base/plugin_globals.h"
 #include "plugin/host/entry_points.h"
+#include "service/channel_settings.h"
 #include "service/discovery.h"
 
 #include <openssl/crypto.h>
@@ -63,6 +64,7 @@ int stspi_init(uint64_t host_version, const char* path, stspi_plugin_def_t* defi
     if (!definition) return STS_ENULLARG;
     // Ahead of the version test, so that a refused load still leaves the path in place.
     pluginPath = path ? path : "";
+    read_channel_settings();
     if (host_version < kInterfaceVersion) return STS_EVERSION;
 
     definition->version = kInterfaceVersion;

@@ -4,11 +4,13 @@
 #include "plugin/host/handles.h"
 #include "plugin/host/host_records.h"
 #include "plugin/host/status.h"
+#include "service/channel_settings.h"
 #include "service/endpoint.h"
 #include "service/reply_bounds.h"
 #include "service/tls_connection.h"
 #include "service/tls_context.h"
 #include "service/transport.h"
+#include "service/wire_text.h"
 
 #include <sys/socket.h>
 
@@ -17,6 +19,7 @@
 #include <limits>
 #include <optional>
 #include <sstream>
+#include <string>
 
 namespace soapwrapper
 {
@@ -27,6 +30,12 @@ namespace
 ServiceCall& call_of(soap* context)
 {
     return *static_cast<ServiceCall*>(context->user);
+}
+
+// A fault's rendering, in the encoding that the host's log has.
+std::string loggable(const std::ostringstream& text)
+{
+    return channel_settings().texts_are_utf8 ? to_valid_utf8(text.str()) : text.str();
 }
 
 } // namespace
@@ -42,6 +51,11 @@ ServiceCall::ServiceCall(const EntryLog& log) : log_(log)
     proxy_.recv_maxlength = 0;
     proxy_.maxoccurs = std::numeric_limits<decltype(proxy_.maxoccurs)>::max();
     proxy_.maxlevel = kDeepestLevel;
+    const ChannelSettings& settings = channel_settings();
+    proxy_.connect_timeout = settings.connect_timeout;
+    proxy_.send_timeout = settings.reply_timeout;
+    proxy_.recv_timeout = settings.reply_timeout;
+    if (settings.texts_are_utf8) soap_set_mode(&proxy_, SOAP_C_UTFSTRING);
 }
 
 void ServiceCall::install_hooks()
@@ -85,6 +99,13 @@ int ServiceCall::connect(soap* context, const char* url, const char* host, int p
 {
     ServiceCall& call = call_of(context);
     const bool encrypted = call.use_https_ && is_https(url);
+    const ChannelSettings& settings = channel_settings();
+    if (settings.unusable) {
+        return fail(context, "soapwrapper.conf has a value that can't be followed", settings.unusable);
+    }
+    if (!encrypted && settings.require_tls) {
+        return fail(context, "require_tls in soapwrapper.conf forbids a plain connection", url);
+    }
     return encrypted ? open_tls_connection(context, host, port, call.full_handshake_)
                      : open_connection(context, host, port);
 }
@@ -115,7 +136,7 @@ int ServiceCall::status_of(int result, int without_fault)
     if (somebody_listens(log_.session())) {
         std::ostringstream text;
         proxy_.soap_stream_fault(text);
-        log_message(log_.session(), STS_LOG_FAILURE, text.str());
+        log_message(log_.session(), STS_LOG_FAILURE, loggable(text));
     }
     return without_fault;
 }
@@ -128,7 +149,7 @@ int ServiceCall::status_of_fault(const sts_session_def_v7_t* session)
     const SOAP_ENV__Fault* fault = proxy_.fault;
     const bool has_code = fault && fault->detail && fault->detail->ns1__STSException_;
     const int status = has_code ? fault->detail->ns1__STSException_->errorCode : STS_EFAULTDETAIL;
-    if (listening) log_message(session, STS_LOG_FAILURE, text.str(), "HANDLE_SOAP_FAULT: ", status);
+    if (listening) log_message(session, STS_LOG_FAILURE, loggable(text), "HANDLE_SOAP_FAULT: ", status);
     return status;
 }
 

@@ -47,11 +47,13 @@ class ServiceCall
     // The URL is borrowed. A null one leads nowhere, as an empty one does.
     void set_endpoint(const char* url) { proxy_.soap_endpoint = url ? url : ""; }
     void set_https(bool use_https) { use_https_ = use_https; }
-    // In seconds; 0 waits for as long as it takes.
-    void set_connect_timeout(int seconds) { proxy_.connect_timeout = seconds; }
+    // In seconds; 0 waits for as long as the channel's settings let it.
+    void set_connect_timeout(int seconds)
+    {
+        if (seconds > 0) proxy_.connect_timeout = seconds;
+    }
 
-    // Sets up TLS where the call is to use it. The peer's certificate is not checked. A failure is told to
-    // the log's session, or to another.
+    // Sets up TLS where the call is to use it. A failure is told to the log's session, or to another.
     Failure secure() { return secure(log_.session()); }
     Failure secure(const sts_session_def_v7_t* session);
 

@@ -6,10 +6,14 @@
 #include "service/tls_sessions.h"
 #include "service/transport.h"
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
 #include <openssl/bio.h>
 #include <openssl/err.h>
 #include <openssl/ssl.h>
 #include <openssl/types.h>
+#include <openssl/x509_vfy.h>
+#include <sys/socket.h>
 
 #include <cerrno>
 #include <cstdint>
@@ -28,6 +32,22 @@ enum class Outcome {
     kFailed   // otherwise, or for want of time
 };
 
+bool is_address(const char* host)
+{
+    unsigned char bytes[sizeof(in6_addr)];
+    return inet_pton(AF_INET, host, bytes) == 1 || inet_pton(AF_INET6, host, bytes) == 1;
+}
+
+// The name or address that a certificate must be for, where it is checked.
+bool expect_host(SSL* tls, const char* host)
+{
+    if (SSL_get_verify_mode(tls) == SSL_VERIFY_NONE) return true;
+    X509_VERIFY_PARAM* expected = SSL_get0_param(tls);
+    X509_VERIFY_PARAM_set_hostflags(expected, X509_CHECK_FLAG_NO_PARTIAL_WILDCARDS);
+    return is_address(host) ? X509_VERIFY_PARAM_set1_ip_asc(expected, host) == 1
+                            : X509_VERIFY_PARAM_set1_host(expected, host, 0) == 1;
+}
+
 // False, and the context's error, if the TLS library can't begin at all.
 bool prepare_tls(soap* context, const char* host)
 {
@@ -45,6 +65,10 @@ bool prepare_tls(soap* context, const char* host)
         return false;
     }
     SSL_set_bio(context->ssl, stream, stream);
+    if (!expect_host(context->ssl, host)) {
+        context->error = SOAP_SSL_ERROR;
+        return false;
+    }
     if (SSL_set_tlsext_host_name(context->ssl, host) == 1) return true;
     soap_set_receiver_error(context, "SSL/TLS error", "SNI failed", SOAP_SSL_ERROR);
     return false;
@@ -100,7 +124,8 @@ int open_tls_connection(soap* context, const char* host, int port, std::int64_t&
     }
     if (outcome != Outcome::kDone) return SOAP_INVALID_SOCKET;
     full_handshake = SSL_session_reused(context->ssl) == 1 ? known.full_handshake : now();
-    set_blocking(context->socket, true);
+    // A limit on the transfer is kept by waiting for the socket, which then mustn't block by itself.
+    set_blocking(context->socket, context->recv_timeout == 0);
     context->imode |= SOAP_ENC_SSL;
     context->omode |= SOAP_ENC_SSL;
     return context->socket;

@@ -10,7 +10,8 @@ namespace soapwrapper
 
 // As open_connection, with TLS on the new socket: SOAP_INVALID_SOCKET and the context's error if that fails.
 // A session that the server gave out before is resumed if the server will have it; `full_handshake` is when
-// the handshake was that the connection goes back to. The peer's certificate is not checked.
+// the handshake was that the connection goes back to. The peer's certificate is checked only where the
+// channel's settings say so.
 int open_tls_connection(soap* context, const char* host, int port, std::int64_t& full_handshake);
 
 // For a connection that carried its call to the end: keeps the session that the server left for the next one.

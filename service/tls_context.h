@@ -16,6 +16,11 @@ int share_tls_context(soap* context);
 
 TlsSessions& tls_sessions();
 
+// From now on no older version than this (TLS1_VERSION and later) is spoken, and where a PEM file is named,
+// peers' certificates are checked against those that it holds. False if it can't be read or holds none.
+// Sessions are forgotten. No call may be under way.
+bool begin_tls_anew(int oldest_version, const char* ca_file);
+
 } // namespace soapwrapper
 
 #endif

@@ -87,33 +87,51 @@ int connect_to(soap* context, const addrinfo& address)
     return fail_by_error(context, error, kConnectFailed);
 }
 
+// For each bit of progress in a transfer. One that times out leaves no system's error behind.
+bool wait_within_limit(const soap* context, short events, int limit)
+{
+    if (Deadline(limit).wait_for(context->socket, events)) return true;
+    // The peer that has been waited for isn't waited for again when the connection is closed.
+    if (context->ssl) SSL_set_quiet_shutdown(context->ssl, 1);
+    errno = 0;
+    return false;
+}
+
 // What a transfer over TLS comes to: above 0, or 0 and below at its end. A signal makes it want again.
 template <class Transfer>
-int repeat_encrypted(const soap* context, Transfer transfer)
+int repeat_encrypted(const soap* context, int limit, Transfer transfer)
 {
     for (;;) {
         const int result = transfer();
         short events = 0;
         if (result > 0 || !wants_again(context->ssl, result, events)) return result;
-        Deadline(0).wait_for(context->socket, events);
+        if (!wait_within_limit(context, events, limit)) return 0;
     }
 }
 
+// The same for a plain one, which is given the flags that keep it within its limit.
 template <class Transfer>
-ssize_t repeat_plain(Transfer transfer)
+ssize_t repeat_plain(const soap* context, short events, int limit, Transfer transfer)
 {
+    const int flags = context->socket_flags | (limit > 0 ? MSG_DONTWAIT : 0);
     for (;;) {
-        const ssize_t result = transfer();
-        if (result >= 0 || errno != EINTR) return result;
+        const ssize_t result = transfer(flags);
+        if (result >= 0) return result;
+        const bool must_wait = limit > 0 && errno == EAGAIN;
+        if (must_wait && !wait_within_limit(context, events, limit)) return result;
+        if (!must_wait && errno != EINTR) return result;
     }
 }
 
 ssize_t send_some(soap* context, const char* bytes, std::size_t count)
 {
-    if (!context->ssl) {
-        return repeat_plain([&] { return send(context->socket, bytes, count, context->socket_flags); });
+    const int limit = context->send_timeout;
+    if (context->ssl) {
+        return repeat_encrypted(context, limit,
+                                [&] { return SSL_write(context->ssl, bytes, static_cast<int>(count)); });
     }
-    return repeat_encrypted(context, [&] { return SSL_write(context->ssl, bytes, static_cast<int>(count)); });
+    return repeat_plain(context, POLLOUT, limit,
+                        [&](int flags) { return send(context->socket, bytes, count, flags); });
 }
 
 // Sends all; false if the connection has ended before.
@@ -180,13 +198,14 @@ std::size_t receive_bytes(soap* context, char* bytes, std::size_t count)
 {
     context->errnum = 0;
     if (!soap_valid_socket(context->socket)) return 0;
+    const int limit = context->recv_timeout;
     if (context->ssl) {
-        const int received =
-            repeat_encrypted(context, [&] { return SSL_read(context->ssl, bytes, static_cast<int>(count)); });
+        const int received = repeat_encrypted(
+            context, limit, [&] { return SSL_read(context->ssl, bytes, static_cast<int>(count)); });
         return received > 0 ? static_cast<std::size_t>(received) : 0;
     }
-    const ssize_t received =
-        repeat_plain([&] { return recv(context->socket, bytes, count, context->socket_flags); });
+    const ssize_t received = repeat_plain(
+        context, POLLIN, limit, [&](int flags) { return recv(context->socket, bytes, count, flags); });
     if (received < 0) context->errnum = errno;
     return received > 0 ? static_cast<std::size_t>(received) : 0;
 }

@@ -17,10 +17,11 @@ namespace soapwrapper
 int open_connection(soap* context, const char* host, int port);
 
 // Sends all bytes and wipes them from the context's buffer, because a request may hold a credential. SOAP_OK
-// or SOAP_EOF.
+// or SOAP_EOF. The peer may be silent for the context's send_timeout in seconds (0: for as long as it likes).
 int send_bytes(soap* context, const char* bytes, std::size_t count);
 
-// What has come, at most `count` bytes; 0 at the end or at a failure.
+// What has come, at most `count` bytes; 0 at the end or at a failure. The peer may be silent for the
+// context's recv_timeout.
 std::size_t receive_bytes(soap* context, char* bytes, std::size_t count);
 
 // For a connection that goes on from there.

@@ -1,4 +1,5 @@
-// Bounded copy and format: at most size - 1 characters and always a terminator; longer text is cut silently.
+// Bounded copy and format: at most size - 1 characters and always a terminator; longer text is cut silently,
+// and not within a character where texts are UTF-8.
 #ifndef SOAPWRAPPER_PLUGIN_BASE_BOUNDED_TEXT_H
 #define SOAPWRAPPER_PLUGIN_BASE_BOUNDED_TEXT_H
 
@@ -10,10 +11,17 @@
 namespace soapwrapper
 {
 
+// Whether texts are UTF-8, of which no character may be cut in two. Off at first. No call may be under way.
+void keep_characters_whole(bool on);
+
+// How much of a text that a bound cut to `length` bytes may stay.
+std::size_t whole_characters(const char* text, std::size_t length);
+
 inline void V_strlncpy(char* destination, const char* source, std::size_t size)
 {
     if (size == 0) return;
-    const std::size_t length = strnlen(source, size - 1);
+    std::size_t length = strnlen(source, size - 1);
+    if (length == size - 1) length = whole_characters(source, length);
     std::memcpy(destination, source, length);
     destination[length] = '\0';
 }

@@ -69,7 +69,9 @@ typedef struct stspi_plugin_def3 {
 /* ---- handshakes; none of them logs, and no other call may be under way during them ---- */
 
 /* Fills `definition` and remembers `path`, the path of this library: its directory is where soapwrapper.conf
- * is looked for. 2060001: null definition. 2060008: host_version below 11; the path is remembered even so. */
+ * is looked for. What that file says of the channel to the services is read here and not later: a second call
+ * reads it anew, and forgets the TLS sessions of the services. 2060001: null definition, and nothing else has
+ * happened. 2060008: host_version below 11; the path is remembered and the file read even so. */
 STSPI_EXPORT int stspi_init(uint64_t host_version, const char* path, stspi_plugin_def_t* definition);
 
 /* Fills `definition`, starts the TLS library's thread support and makes the lock of the change lists ready.

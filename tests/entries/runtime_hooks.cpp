@@ -21,6 +21,7 @@ std::atomic<std::size_t> g_tls_contexts{0};
 std::atomic<bool> g_refuse_tls_contexts{false};
 thread_local DeadNetwork* t_network = nullptr;
 thread_local InterruptedConnections* t_interrupted = nullptr;
+thread_local PassedLimits* t_limits = nullptr;
 
 // The system's function of this name.
 template <class Function>
@@ -88,6 +89,16 @@ InterruptedConnections::~InterruptedConnections()
     t_interrupted = nullptr;
 }
 
+PassedLimits::PassedLimits()
+{
+    t_limits = this;
+}
+
+PassedLimits::~PassedLimits()
+{
+    t_limits = nullptr;
+}
+
 int InterruptedConnections::connect(int result)
 {
     ++tried_;
@@ -117,7 +128,11 @@ __attribute__((visibility("default"))) int connect(int socket, const sockaddr* a
 __attribute__((visibility("default"))) int poll(pollfd* descriptors, nfds_t count, int milliseconds)
 {
     if (hooks::t_network) return hooks::t_network->wait(milliseconds);
-    return hooks::next<int(pollfd*, nfds_t, int)>("poll")(descriptors, count, milliseconds);
+    const auto wait = hooks::next<int(pollfd*, nfds_t, int)>("poll");
+    const bool has_limit = hooks::t_limits && milliseconds > 0;
+    const int ready = wait(descriptors, count, has_limit ? 0 : milliseconds);
+    if (has_limit && ready == 0) hooks::t_limits->passed(milliseconds);
+    return ready;
 }
 
 __attribute__((visibility("default"))) int select(int count, fd_set* readable, fd_set* writable,

@@ -66,6 +66,26 @@ class InterruptedConnections
     int tried_ = 0;
 };
 
+// While one lives, no wait of the calling thread that has a limit takes any time: what is ready is told, and
+// otherwise the limit has passed.
+class PassedLimits
+{
+  public:
+    PassedLimits();
+    ~PassedLimits();
+    PassedLimits(const PassedLimits&) = delete;
+    PassedLimits& operator=(const PassedLimits&) = delete;
+
+    // In milliseconds, of the waits that came to nothing.
+    const std::vector<int>& limits() const { return limits_; }
+
+    // A wait of so long came to nothing.
+    void passed(int milliseconds) { limits_.push_back(milliseconds); }
+
+  private:
+    std::vector<int> limits_;
+};
+
 } // namespace hooks
 
 #endif

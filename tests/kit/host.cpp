@@ -34,10 +34,17 @@ Host::Host() : library_(dlopen(SOAPWRAPPER_LIBRARY, RTLD_NOW | RTLD_LOCAL))
         std::cerr << "can't load " << SOAPWRAPPER_LIBRARY << ": " << dlerror() << '\n';
         std::abort();
     }
+    initialise();
+    if (symbol<decltype(stspi_init3)>("stspi_init3")(11, &definition3_) != STS_EOK) {
+        std::cerr << "the library refuses the second handshake\n";
+        std::abort();
+    }
+}
+
+void Host::initialise()
+{
     const std::string path = (folder_.path() / "libsoapwrapper.so").string();
-    const auto init = symbol<decltype(stspi_init)>("stspi_init");
-    const auto init3 = symbol<decltype(stspi_init3)>("stspi_init3");
-    if (init(11, path.c_str(), &definition_) != STS_EOK || init3(11, &definition3_) != STS_EOK) {
+    if (symbol<decltype(stspi_init)>("stspi_init")(11, path.c_str(), &definition_) != STS_EOK) {
         std::cerr << "the library refuses the handshake\n";
         std::abort();
     }

@@ -61,6 +61,8 @@ class Host
     std::filesystem::path configuration_file() const { return folder_.path() / "soapwrapper.conf"; }
     void write_configuration(std::string_view text);
     void remove_configuration();
+    // The first handshake once more, with which the library reads the file's settings of the channel.
+    void initialise();
 
   private:
     Host();
