@@ -1,6 +1,7 @@
 // The configuration file is an administrator's, and may hold anything. The first line of the input is the key
-// that is asked for, the rest is the file.
+// that is asked for, the rest is the file, of which the settings of the channel are read too.
 #include "plugin/base/plugin_globals.h"
+#include "service/channel_settings.h"
 #include "service/configuration.h"
 
 #include <cstdint>
@@ -49,5 +50,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     soapwrapper::get_conf_setting_as_int(nullptr, key.c_str(), number);
     soapwrapper::get_conf_setting_as_bool(nullptr, key.c_str(), flag);
     soapwrapper::find_ss_name_in_conf(nullptr, key.c_str(), value);
+    soapwrapper::read_channel_settings();
     return 0;
 }

@@ -1,5 +1,5 @@
-// What a service may answer. The first byte of the input chooses the operation, the rest is what arrives on
-// the connection, HTTP header included. What is read goes through the conversion, as it does in the entries.
+// What a service may answer. The first byte of the input chooses the operation, and by its highest bit whether
+// texts are UTF-8; the rest is what arrives on the connection, HTTP header included. What is read goes through the conversion, as it does in the entries.
 #include "conversion/events_from_soap.h"
 #include "conversion/file_attributes.h"
 #include "conversion/image_definition.h"
@@ -7,6 +7,7 @@
 #include "conversion/server_information.h"
 #include "conversion/snap_definition.h"
 #include "operations/async_result.h"
+#include "plugin/base/bounded_text.h"
 #include "service/reply_bounds.h"
 
 #include <algorithm>
@@ -174,6 +175,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     proxy.frecv = read_input;
     proxy.fpreparerecv = check_block;
     proxy.maxlevel = soapwrapper::kDeepestLevel;
-    kExercises[*data % std::size(kExercises)](proxy);
+    const bool utf8 = (*data & 0x80U) != 0;
+    if (utf8) soap_set_mode(&proxy, SOAP_C_UTFSTRING);
+    soapwrapper::keep_characters_whole(utf8);
+    kExercises[(*data & 0x7FU) % std::size(kExercises)](proxy);
     return 0;
 }
