@@ -1,5 +1,6 @@
 // Each entry against each fault of the wire: the status is right, nothing is left open, and the handle serves
 // the next call as if nothing had happened.
+#include "plugin/host/slots.h"
 #include "tests/entries/standard_descriptors.h"
 #include "tests/torture/faults.h"
 #include "tests/torture/subject.h"
@@ -10,6 +11,7 @@
 #include <filesystem>
 #include <future>
 #include <ostream>
+#include <set>
 
 using namespace kit;
 using namespace torture;
@@ -239,3 +241,17 @@ TEST_P(Torture, ByAnEndAtAnyByte)
 INSTANTIATE_TEST_SUITE_P(Plain, Torture, testing::ValuesIn(plain_cases()), name_of);
 INSTANTIATE_TEST_SUITE_P(Tls, Torture, testing::ValuesIn(tls_cases()), name_of);
 INSTANTIATE_TEST_SUITE_P(Tls, TortureOverTls, testing::ValuesIn(tls_cases()), name_of);
+
+// An entry that is added to a table without a row here would be tried by no fault at all.
+TEST(TortureCases, AreThereForEveryEntryThatCallsTheService)
+{
+    std::set<std::string> tortured;
+    for (const Case& test : plain_cases()) tortured.insert(test.entry.name);
+    const std::set<std::string> without_a_call = {"stspi_claim", "stspi_terminate"};
+#define SOAPWRAPPER_EXPECT(slot, entry)                                                                      \
+    EXPECT_EQ(tortured.count(#entry) + without_a_call.count(#entry), 1U) << "slot " #slot ", " #entry;
+    STSPI_V10_ENTRIES(SOAPWRAPPER_EXPECT)
+    STSPI_V11_ENTRIES(SOAPWRAPPER_EXPECT)
+    STSPI3_V11_ENTRIES(SOAPWRAPPER_EXPECT)
+#undef SOAPWRAPPER_EXPECT
+}
