@@ -11,6 +11,7 @@
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 
+#include <atomic>
 #include <chrono>
 #include <future>
 #include <memory>
@@ -185,6 +186,41 @@ TEST(SimulatorServer, AClientThatVanishesWhileItIsServedMakesRoom)
     vanishing.reset();
     EXPECT_EQ(get(server, "/").body, "hello");
     go_on.set_value();
+}
+
+TEST(SimulatorServer, ARequestThatWaitsIsNotServedOnceItsClientHasVanished)
+{
+    std::promise<void> go;
+    const std::shared_future<void> gone(go.get_future());
+    std::promise<void> both_at_work;
+    std::atomic<int> at_work{0};
+    std::atomic<bool> served_for_nobody{false};
+    const Handler busy = [&, gone](const Request&) {
+        if (++at_work == 2) both_at_work.set_value();
+        gone.wait();
+        return text_answer("");
+    };
+    const Handler waits = [&](const Request&) {
+        served_for_nobody = true;
+        return text_answer("");
+    };
+    RunningServer server({}, {{"GET", "/busy", busy}, {"GET", "/waits", waits}, {"GET", "/", says("hello")}});
+    const ClientSocket first(server.port());
+    const ClientSocket second(server.port());
+    for (const ClientSocket* client : {&first, &second})
+        client->send("GET /busy HTTP/1.1\r\nHost: x\r\n\r\n");
+    both_at_work.get_future().wait(); // and no thread is left
+    ClientSocket vanishing(server.port());
+    vanishing.send("GET /waits HTTP/1.1\r\nHost: x\r\n\r\n");
+    // Answered by the loop itself, which has taken the request ahead of that.
+    EXPECT_EQ(get(server, "/nowhere").status, 404);
+    vanishing.reset();
+    // By the time of the second of these it has seen the client go.
+    EXPECT_EQ(get(server, "/nowhere").status, 404);
+    EXPECT_EQ(get(server, "/nowhere").status, 404);
+    go.set_value();
+    EXPECT_EQ(get(server, "/").body, "hello");
+    EXPECT_FALSE(served_for_nobody);
 }
 
 TEST(SimulatorServer, AClientThatSendsNoMoreStillGetsItsAnswer)

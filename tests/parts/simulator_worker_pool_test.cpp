@@ -1,0 +1,107 @@
+// The threads that serve the simulator's requests.
+#include "simulator/front/http.h"
+#include "simulator/front/limits.h"
+#include "simulator/front/worker_pool.h"
+
+#include <gmock/gmock.h>
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <fstream>
+#include <future>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace
+{
+
+using namespace soapwrapper::simulator;
+
+// What the system says that a thread of this process does: 'S' if it waits for something.
+char state_of(pid_t thread)
+{
+    std::string text;
+    std::getline(std::ifstream("/proc/self/task/" + std::to_string(thread) + "/stat"), text);
+    const std::size_t behind_name = text.rfind(')');
+    return behind_name + 2 < text.size() ? text[behind_name + 2] : '?';
+}
+
+// Serves a request until it is let go.
+class Busy
+{
+  public:
+    Busy() : handler_([this](const Request&) { return serve(); }) {}
+
+    void submit_to(WorkerPool& pool)
+    {
+        pool.submit(1, handler_, {});
+        begun_.get_future().wait();
+    }
+    void let_go() { go_.set_value(); }
+
+  private:
+    Answer serve()
+    {
+        begun_.set_value();
+        go_.get_future().wait();
+        return {};
+    }
+
+    std::promise<void> begun_;
+    std::promise<void> go_;
+    Handler handler_;
+};
+
+TEST(SimulatorWorkerPool, EndsAsSoonAsTheLastHandlerIsDone)
+{
+    WorkerPool pool(1);
+    Busy busy;
+    busy.submit_to(pool);
+    std::promise<pid_t> ending;
+    auto end = std::async(std::launch::async, [&] {
+        ending.set_value(gettid());
+        return pool.end(Clock::now() + std::chrono::hours(1));
+    });
+    const pid_t thread = ending.get_future().get();
+    while (state_of(thread) != 'S') std::this_thread::yield();
+    busy.let_go();
+    EXPECT_TRUE(end.get());
+}
+
+TEST(SimulatorWorkerPool, DoesNotWaitForAHandlerBeyondItsTime)
+{
+    WorkerPool pool(1);
+    Busy busy;
+    busy.submit_to(pool);
+    EXPECT_FALSE(pool.end(Clock::now()));
+    busy.let_go();
+}
+
+TEST(SimulatorWorkerPool, ServesNoRequestThatWasForgottenWhileItWaited)
+{
+    WorkerPool pool(1);
+    Busy busy;
+    busy.submit_to(pool);
+    std::vector<int> served;
+    const Handler second = [&](const Request&) {
+        served.push_back(2);
+        return Answer();
+    };
+    std::promise<void> done;
+    const Handler third = [&](const Request&) {
+        served.push_back(3);
+        done.set_value();
+        return Answer();
+    };
+    pool.submit(2, second, {});
+    pool.submit(3, third, {});
+    pool.forget(2);
+    busy.let_go();
+    done.get_future().wait();
+    EXPECT_THAT(served, testing::ElementsAre(3));
+}
+
+} // namespace
