@@ -99,7 +99,7 @@ Front open_front(const Options& options)
         const std::string host = advertised_host(options, bound);
         front.urls.push_back("https://" + to_string(bound));
         https_url = "https://" + to_string({host, bound.port});
-        front.listeners.push_back({std::move(socket), make_tls_identity(host)});
+        front.listeners.push_back({std::move(socket), make_tls_identity({host, bound.host}).identity});
     }
     front.interfaces = interface_rows(http_url, https_url);
     return front;

@@ -1,8 +1,9 @@
-// The simulator's TLS identity, made at the start and kept in memory only.
+// The simulator's TLS identity, and how one is made at the start that is kept in memory only.
 #ifndef SOAPWRAPPER_SIMULATOR_FRONT_TLS_IDENTITY_H
 #define SOAPWRAPPER_SIMULATOR_FRONT_TLS_IDENTITY_H
 
 #include <string>
+#include <vector>
 
 namespace soapwrapper::simulator
 {
@@ -13,9 +14,16 @@ struct TlsIdentity {
     std::string key;
 };
 
-// A fresh key on P-256 and a certificate, signed by itself, for the host and for the names of the loopback.
-// Throws a std::runtime_error.
-TlsIdentity make_tls_identity(const std::string& host);
+// One that was made here, and the certificate, in PEM, of the authority that signed it.
+struct MadeTlsIdentity {
+    TlsIdentity identity;
+    std::string authority;
+};
+
+// A fresh key on P-256 and a certificate, signed by an authority that signs nothing else, for the hosts,
+// which are names or addresses, and for those of the loopback. The first host is its common name. Throws a
+// std::runtime_error.
+MadeTlsIdentity make_tls_identity(const std::vector<std::string>& hosts);
 
 } // namespace soapwrapper::simulator
 

@@ -306,7 +306,8 @@ TEST(SimulatorEntrance, AClientStuckInItsHandshakeKeepsNoProcessorBusy)
     const auto ignore = [](void*, MHD_Connection*, void**, MHD_ConnectionNotificationCode) {};
     Descriptor socket = listen_on({"127.0.0.1", 0});
     const ClientSocket client(address_of(socket.get()).port);
-    Entrance entrance({std::move(socket), make_tls_identity("localhost")}, {refuse, ignore, nullptr}, 1);
+    Entrance entrance({std::move(socket), make_tls_identity({"localhost"}).identity},
+                      {refuse, ignore, nullptr}, 1);
     ASSERT_TRUE(entrance.accept());
     client.send("\x16\x03\x01");
     pollfd polled{entrance.fd(), POLLIN, 0};

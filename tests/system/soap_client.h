@@ -4,6 +4,7 @@
 
 #include <openssl/ssl.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -32,8 +33,10 @@ class ClientSocket
 class TlsClient
 {
   public:
-    // Shakes hands; throws if that fails.
-    explicit TlsClient(int port);
+    // Shakes hands as it was prepared to; throws if that fails.
+    using Prepare = std::function<void(SSL*)>;
+    explicit TlsClient(
+        int port, const Prepare& prepare = [](SSL*) {});
 
     void send(std::string_view bytes) const;
     std::string receive_all() const;
