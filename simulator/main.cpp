@@ -1,3 +1,4 @@
+#include "simulator/ca_file.h"
 #include "simulator/front/address.h"
 #include "simulator/front/descriptor.h"
 #include "simulator/front/entrance.h"
@@ -79,6 +80,7 @@ struct Front {
     std::vector<Listener> listeners;
     std::vector<std::string> urls; // as they are bound
     std::vector<std::string> interfaces;
+    std::string authority; // in PEM; empty without HTTPS
 };
 
 Front open_front(const Options& options)
@@ -99,7 +101,9 @@ Front open_front(const Options& options)
         const std::string host = advertised_host(options, bound);
         front.urls.push_back("https://" + to_string(bound));
         https_url = "https://" + to_string({host, bound.port});
-        front.listeners.push_back({std::move(socket), make_tls_identity({host, bound.host}).identity});
+        MadeTlsIdentity made = make_tls_identity({host, bound.host});
+        front.listeners.push_back({std::move(socket), std::move(made.identity)});
+        front.authority = std::move(made.authority);
     }
     front.interfaces = interface_rows(http_url, https_url);
     return front;
@@ -118,6 +122,7 @@ void simulate(const Options& options)
     Server server(std::move(front.listeners), {{"POST", "", soap}}, options.threads, log, stop_signals.get(),
                   [&interference] { interference.stop(); });
 
+    if (!options.ca_out.empty()) write_ca_file(options.ca_out, front.authority);
     for (const std::string& url : front.urls) std::cout << url << '\n';
     std::cout << "ready" << std::endl;
     if (server.run()) return;

@@ -114,6 +114,20 @@ void add_delay(std::vector<DelayRule>& delays, const std::string& text)
     delays.push_back(std::move(rule));
 }
 
+CLI::Option* add_file_option(CLI::App& app, const std::string& name, std::string& file,
+                             const std::string& description)
+{
+    const auto trouble = [](const std::string& given) { return given.empty() ? "names no file" : ""; };
+    return app.add_option(name, file, description)->type_name("FILE")->check(trouble);
+}
+
+void add_tls_options(CLI::App& app, Options& options, CLI::Option* no_https)
+{
+    add_file_option(app, "--ca-out", options.ca_out,
+                    "Write the authority's certificate, by which clients can check the one made at the start")
+        ->excludes(no_https);
+}
+
 } // namespace
 
 CommandLine parse_command_line(const std::vector<std::string>& arguments)
@@ -138,16 +152,15 @@ CommandLine parse_command_line(const std::vector<std::string>& arguments)
         ->type_name("HOST:PORT")
         ->capture_default_str();
     app.add_flag("--no-http", no_http, "Don't serve plain HTTP");
-    app.add_flag("--no-https", no_https, "Don't serve HTTPS");
+    CLI::Option* no_https_flag = app.add_flag("--no-https", no_https, "Don't serve HTTPS");
     CLI::Option* advertise = app.add_option("--advertise", options.advertise,
                                             "Name this host in the interfaces, not the address bound")
                                  ->type_name("HOST");
+    add_tls_options(app, options, no_https_flag);
     app.add_option("--credential", options.credential, "The text that opens a server")
         ->type_name("TEXT")
         ->capture_default_str();
-    CLI::Option* scenario =
-        app.add_option("--scenario", options.scenario, "Simulate the storage that this file describes")
-            ->type_name("FILE");
+    add_file_option(app, "--scenario", options.scenario, "Simulate the storage that this file describes");
     app.add_flag("--print-scenario", print_scenario, "Print the built-in scenario as JSON and end");
     app.add_option("--threads", options.threads, "Requests served at once")
         ->type_name("N")
@@ -167,9 +180,6 @@ CommandLine parse_command_line(const std::vector<std::string>& arguments)
         if (print_scenario) {
             result.text = default_scenario_text();
             return result;
-        }
-        if (scenario->count() > 0 && options.scenario.empty()) {
-            throw CLI::ValidationError("--scenario", "names no file");
         }
         if (no_http && no_https)
             throw CLI::ValidationError("--no-http and --no-https", "leave nothing to serve");

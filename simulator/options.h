@@ -19,6 +19,7 @@ struct Options {
     std::optional<Address> http = Address{"127.0.0.1", 8085};
     std::optional<Address> https = Address{"127.0.0.1", 8086};
     std::string advertise; // empty: the address bound
+    std::string ca_out;    // a file; empty: none
     std::string credential = "simulator";
     std::string scenario; // a file; empty: the built-in one
     unsigned threads = 8;

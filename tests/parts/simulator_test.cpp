@@ -34,6 +34,7 @@ TEST(SimulatorCommandLine, WithoutOptionsHasTheDocumentedDefaults)
     EXPECT_EQ(to_string(*options->http), "127.0.0.1:8085");
     EXPECT_EQ(to_string(*options->https), "127.0.0.1:8086");
     EXPECT_EQ(options->advertise, "");
+    EXPECT_EQ(options->ca_out, "");
     EXPECT_EQ(options->credential, "simulator");
     EXPECT_EQ(options->threads, 8U);
     EXPECT_FALSE(options->verbose);
@@ -100,8 +101,16 @@ TEST(SimulatorCommandLine, WhatMakesNoSenseElsewhereIsExplained)
     EXPECT_THAT(usage_error({"--threads", "65"}), HasSubstr("--threads"));
     EXPECT_THAT(usage_error({"--advertise", "a;b"}), HasSubstr("is not a host"));
     EXPECT_THAT(usage_error({"--advertise", ""}), HasSubstr("is not a host"));
+    EXPECT_THAT(usage_error({"--scenario", ""}), HasSubstr("--scenario: names no file"));
     EXPECT_THAT(usage_error({"--frobnicate"}), HasSubstr("--frobnicate"));
     EXPECT_THAT(usage_error({"stray"}), HasSubstr("stray"));
+}
+
+TEST(SimulatorCommandLine, AFileForTheAuthorityIsRefusedWhereThereIsNone)
+{
+    EXPECT_THAT(usage_error({"--ca-out", ""}), HasSubstr("--ca-out: names no file"));
+    EXPECT_THAT(usage_error({"--ca-out", "ca.pem", "--no-https"}), HasSubstr("excludes"));
+    EXPECT_EQ(parse_command_line({"--ca-out", "ca.pem"}).options->ca_out, "ca.pem");
 }
 
 TEST(SimulatorCommandLine, Ipv6AddressesLoseTheirBracketsAndGetThemBack)

@@ -1,4 +1,5 @@
-// What a client finds at the simulator's HTTPS port.
+// What a client finds at the simulator's HTTPS port, and the file by which it checks that.
+#include "tests/system/probe_process.h"
 #include "tests/system/simulator_process.h"
 #include "tests/system/soap_client.h"
 
@@ -6,10 +7,44 @@
 #include <openssl/ec.h>
 #include <openssl/x509v3.h>
 
+#include <sys/stat.h>
+
+#include <filesystem>
+
 namespace
 {
 
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
+
+// Of a handshake with the server under that name, by a client that trusts what the file holds.
+long judgement(int port, const std::filesystem::path& trusted, const char* host)
+{
+    const TlsClient client(port, [&](SSL* ssl) {
+        X509_STORE* store = X509_STORE_new();
+        X509_STORE_load_file(store, trusted.c_str());
+        SSL_set0_verify_cert_store(ssl, store);
+        SSL_set1_host(ssl, host);
+    });
+    return SSL_get_verify_result(client.ssl());
+}
+
+std::vector<std::string> files_in(const std::filesystem::path& folder)
+{
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        names.push_back(entry.path().filename().string());
+    }
+    return names;
+}
+
+ProcessResult run_with_ca_file(const std::filesystem::path& path)
+{
+    return run_process(SIMULATOR_PROGRAM,
+                       {"--http", "127.0.0.1:0", "--https", "127.0.0.1:0", "--ca-out", path.string()});
+}
 
 TEST(SimulatorTls, TheCertificateIsForTheHostAndSignedByAnAuthority)
 {
@@ -42,6 +77,91 @@ TEST(SimulatorTls, TheCertificateIsAnotherOneAtEachStart)
     const TlsClient one(first.https_port());
     const TlsClient other(second.https_port());
     EXPECT_NE(X509_cmp(SSL_get0_peer_certificate(one.ssl()), SSL_get0_peer_certificate(other.ssl())), 0);
+}
+
+TEST(SimulatorCaFile, LetsAClientCheckTheCertificateAndTheHost)
+{
+    const TemporaryFolder folder;
+    const SimulatorProcess simulator({"--ca-out", folder / "ca.pem", "--advertise", "storage.example"});
+    for (const char* host : {"storage.example", "localhost", "127.0.0.1", "::1"}) {
+        EXPECT_EQ(judgement(simulator.https_port(), folder / "ca.pem", host), X509_V_OK) << host;
+    }
+    EXPECT_EQ(judgement(simulator.https_port(), folder / "ca.pem", "other.example"),
+              X509_V_ERR_HOSTNAME_MISMATCH);
+    EXPECT_THAT(read_file(folder / "ca.pem"),
+                AllOf(StartsWith("-----BEGIN CERTIFICATE-----"), Not(HasSubstr("PRIVATE"))));
+}
+
+TEST(SimulatorCaFile, IsOfNoUseForAnotherStart)
+{
+    const TemporaryFolder folder;
+    const SimulatorProcess one({"--ca-out", folder / "ca.pem"});
+    const SimulatorProcess other;
+    EXPECT_NE(judgement(other.https_port(), folder / "ca.pem", "localhost"), X509_V_OK);
+}
+
+TEST(SimulatorCaFile, IsANewFileInThePlaceOfTheOldOne)
+{
+    const TemporaryFolder folder;
+    const std::string old = folder.write("ca.pem", "old");
+    std::filesystem::create_hard_link(old, folder / "kept");
+    const SimulatorProcess simulator({"--ca-out", old});
+    EXPECT_EQ(judgement(simulator.https_port(), old, "localhost"), X509_V_OK);
+    EXPECT_EQ(read_file(folder / "kept"), "old");
+    EXPECT_THAT(files_in(folder / ""), testing::UnorderedElementsAre("ca.pem", "kept"));
+}
+
+TEST(SimulatorCaFile, MayBeReadByAllWhomTheUmaskLets)
+{
+    const TemporaryFolder folder;
+    const auto permissions_under = [&folder](mode_t mask) {
+        const mode_t before = umask(mask);
+        const SimulatorProcess simulator({"--ca-out", folder / "ca.pem"});
+        umask(before);
+        return static_cast<int>(std::filesystem::status(folder / "ca.pem").permissions());
+    };
+    EXPECT_EQ(permissions_under(022), 0644);
+    EXPECT_EQ(permissions_under(077), 0600);
+    EXPECT_EQ(permissions_under(0), 0644);
+}
+
+TEST(SimulatorCaFile, ThatCannotBeWrittenEndsTheStart)
+{
+    const TemporaryFolder folder;
+    for (const std::filesystem::path& path : {folder / "missing/ca.pem", folder / "", folder / "missing/"}) {
+        const ProcessResult result = run_with_ca_file(path);
+        EXPECT_EQ(result.exit_code, 1) << path;
+        EXPECT_EQ(result.out, "") << path;
+        EXPECT_THAT(result.err,
+                    StartsWith("soapwrapper-sim: --ca-out: \"" + path.string() + "\" can't be written: "));
+    }
+    EXPECT_THAT(files_in(folder / ""), testing::IsEmpty());
+}
+
+TEST(SimulatorCaFile, TakesThePlaceOfNoDeviceAndNoLink)
+{
+    const TemporaryFolder folder;
+    std::filesystem::create_symlink(folder.write("target", "old"), folder / "link");
+    ASSERT_EQ(mkfifo((folder / "fifo").c_str(), 0600), 0);
+    for (const char* name : {"link", "fifo"}) {
+        const ProcessResult result = run_with_ca_file(folder / name);
+        EXPECT_EQ(result.exit_code, 1) << name;
+        EXPECT_THAT(result.err, HasSubstr("what is there is no regular file")) << name;
+    }
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
+    EXPECT_TRUE(std::filesystem::is_fifo(folder / "fifo"));
+    EXPECT_EQ(read_file(folder / "target"), "old");
+}
+
+TEST(SimulatorCaFile, StaysAsItIsIfThePortIsInUse)
+{
+    const TemporaryFolder folder;
+    const SimulatorProcess first({"--ca-out", folder / "ca.pem"});
+    const std::string taken = "127.0.0.1:" + std::to_string(first.https_port());
+    const ProcessResult second =
+        run_process(SIMULATOR_PROGRAM, {"--no-http", "--https", taken, "--ca-out", folder / "ca.pem"});
+    EXPECT_EQ(second.exit_code, 1);
+    EXPECT_EQ(judgement(first.https_port(), folder / "ca.pem", "localhost"), X509_V_OK);
 }
 
 } // namespace
