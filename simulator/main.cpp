@@ -6,6 +6,7 @@
 #include "simulator/front/request_log.h"
 #include "simulator/front/server.h"
 #include "simulator/front/tls_identity.h"
+#include "simulator/identity_files.h"
 #include "simulator/options.h"
 #include "simulator/scenario/default_scenario.h"
 #include "simulator/scenario/scenario.h"
@@ -80,10 +81,11 @@ struct Front {
     std::vector<Listener> listeners;
     std::vector<std::string> urls; // as they are bound
     std::vector<std::string> interfaces;
-    std::string authority; // in PEM; empty without HTTPS
+    std::string authority; // in PEM; empty if none was made
 };
 
-Front open_front(const Options& options)
+// With the user's own identity, if there is one.
+Front open_front(const Options& options, std::optional<TlsIdentity> identity)
 {
     Front front;
     std::string http_url;
@@ -101,9 +103,12 @@ Front open_front(const Options& options)
         const std::string host = advertised_host(options, bound);
         front.urls.push_back("https://" + to_string(bound));
         https_url = "https://" + to_string({host, bound.port});
-        MadeTlsIdentity made = make_tls_identity({host, bound.host});
-        front.listeners.push_back({std::move(socket), std::move(made.identity)});
-        front.authority = std::move(made.authority);
+        if (!identity) {
+            MadeTlsIdentity made = make_tls_identity({host, bound.host});
+            identity = std::move(made.identity);
+            front.authority = std::move(made.authority);
+        }
+        front.listeners.push_back({std::move(socket), std::move(identity)});
     }
     front.interfaces = interface_rows(http_url, https_url);
     return front;
@@ -112,8 +117,10 @@ Front open_front(const Options& options)
 void simulate(const Options& options)
 {
     const Scenario scenario = options.scenario.empty() ? default_scenario() : load_scenario(options.scenario);
+    std::optional<TlsIdentity> identity;
+    if (!options.certificate.empty()) identity = read_identity(options.certificate, options.key);
     const Descriptor stop_signals = take_stop_signals();
-    Front front = open_front(options);
+    Front front = open_front(options, std::move(identity));
     Model model(scenario, front.interfaces, options.credential);
     Interference interference(options.faults, options.delays);
     RequestLog log(options.verbose);
@@ -146,6 +153,9 @@ int main(int argc, char** argv)
         simulate(*command_line.options);
         return 0;
     } catch (const ScenarioError& trouble) {
+        std::cerr << "soapwrapper-sim: " << trouble.what() << '\n';
+        return kExitUsage;
+    } catch (const IdentityError& trouble) {
         std::cerr << "soapwrapper-sim: " << trouble.what() << '\n';
         return kExitUsage;
     } catch (const std::exception& trouble) {

@@ -123,8 +123,15 @@ CLI::Option* add_file_option(CLI::App& app, const std::string& name, std::string
 
 void add_tls_options(CLI::App& app, Options& options, CLI::Option* no_https)
 {
+    CLI::Option* certificate = add_file_option(
+        app, "--certificate", options.certificate,
+        "Show this certificate, in PEM with the chain behind it, instead of one made at the start");
+    CLI::Option* key = add_file_option(app, "--key", options.key, "The certificate's key, in PEM");
+    certificate->needs(key)->excludes(no_https);
+    key->needs(certificate)->excludes(no_https);
     add_file_option(app, "--ca-out", options.ca_out,
                     "Write the authority's certificate, by which clients can check the one made at the start")
+        ->excludes(certificate)
         ->excludes(no_https);
 }
 

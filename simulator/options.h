@@ -18,8 +18,10 @@ constexpr int kExitUsage = 2;
 struct Options {
     std::optional<Address> http = Address{"127.0.0.1", 8085};
     std::optional<Address> https = Address{"127.0.0.1", 8086};
-    std::string advertise; // empty: the address bound
-    std::string ca_out;    // a file; empty: none
+    std::string advertise;   // empty: the address bound
+    std::string certificate; // a file, and so is the key; empty: they are made
+    std::string key;
+    std::string ca_out; // a file; empty: none
     std::string credential = "simulator";
     std::string scenario; // a file; empty: the built-in one
     unsigned threads = 8;

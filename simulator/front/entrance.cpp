@@ -53,7 +53,10 @@ Entrance::Entrance(Listener listener, const EntranceCalls& calls, std::size_t co
                                    static_cast<unsigned>(connections), MHD_OPTION_CONNECTION_MEMORY_LIMIT,
                                    kMemory, MHD_OPTION_STRICT_FOR_CLIENT, kStrict, MHD_OPTION_ARRAY,
                                    tls_options(listener_.tls).data(), MHD_OPTION_END));
-    if (!daemon_) throw std::runtime_error("can't start the HTTP daemon");
+    if (!daemon_)
+        throw std::runtime_error(listener_.tls ? "can't start the HTTPS daemon with this certificate and key"
+                                               : "can't start the HTTP daemon");
+    if (listener_.tls) listener_.tls->key.wipe(); // the library has read it
 }
 
 bool Entrance::accept()

@@ -1,13 +1,14 @@
 #include "simulator/front/tls_identity.h"
 
+#include "simulator/front/pem.h"
+
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <openssl/asn1.h>
-#include <openssl/bio.h>
 #include <openssl/bn.h>
 #include <openssl/crypto.h>
 #include <openssl/evp.h>
-#include <openssl/pem.h>
+#include <openssl/objects.h>
 #include <openssl/types.h>
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
@@ -29,8 +30,6 @@ namespace soapwrapper::simulator
 namespace
 {
 
-using Key = std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>;
-using Certificate = std::unique_ptr<X509, decltype(&X509_free)>;
 using Number = std::unique_ptr<BIGNUM, decltype(&BN_free)>;
 
 constexpr long kDay = 24L * 60 * 60;
@@ -168,21 +167,6 @@ Certificate make_certificate(EVP_PKEY* key, const std::string& common_name, cons
     return certificate;
 }
 
-template <class Write>
-std::string pem_of(const Write& write)
-{
-    const std::unique_ptr<BIO, decltype(&BIO_free_all)> memory(BIO_new(BIO_s_mem()), BIO_free_all);
-    require(memory && write(memory.get()) == 1, "text");
-    char* text = nullptr;
-    const long size = BIO_get_mem_data(memory.get(), &text);
-    return {text, static_cast<std::size_t>(size)};
-}
-
-std::string pem_of_certificate(const Certificate& certificate)
-{
-    return pem_of([&](BIO* bio) { return PEM_write_bio_X509(bio, certificate.get()); });
-}
-
 } // namespace
 
 MadeTlsIdentity make_tls_identity(const std::vector<std::string>& hosts)
@@ -193,10 +177,7 @@ MadeTlsIdentity make_tls_identity(const std::vector<std::string>& hosts)
     const Key key = make_key();
     const Certificate certificate =
         make_certificate(key.get(), hosts.front(), names, authority.get(), authority_key.get());
-    return {{pem_of_certificate(certificate), pem_of([&](BIO* bio) {
-                 return PEM_write_bio_PrivateKey(bio, key.get(), nullptr, nullptr, 0, nullptr, nullptr);
-             })},
-            pem_of_certificate(authority)};
+    return {{pem_of(certificate), pem_of(key)}, pem_of(authority)};
 }
 
 } // namespace soapwrapper::simulator

@@ -2,6 +2,8 @@
 #ifndef SOAPWRAPPER_SIMULATOR_FRONT_TLS_IDENTITY_H
 #define SOAPWRAPPER_SIMULATOR_FRONT_TLS_IDENTITY_H
 
+#include "simulator/front/secret_text.h"
+
 #include <string>
 #include <vector>
 
@@ -10,8 +12,8 @@ namespace soapwrapper::simulator
 
 // In PEM.
 struct TlsIdentity {
-    std::string certificate;
-    std::string key;
+    std::string certificate; // and whatever certificates are sent behind it
+    SecretText key;
 };
 
 // One that was made here, and the certificate, in PEM, of the authority that signed it.

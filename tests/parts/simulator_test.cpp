@@ -110,7 +110,22 @@ TEST(SimulatorCommandLine, AFileForTheAuthorityIsRefusedWhereThereIsNone)
 {
     EXPECT_THAT(usage_error({"--ca-out", ""}), HasSubstr("--ca-out: names no file"));
     EXPECT_THAT(usage_error({"--ca-out", "ca.pem", "--no-https"}), HasSubstr("excludes"));
+    EXPECT_THAT(usage_error({"--ca-out", "ca.pem", "--certificate", "a", "--key", "b"}),
+                HasSubstr("excludes"));
     EXPECT_EQ(parse_command_line({"--ca-out", "ca.pem"}).options->ca_out, "ca.pem");
+}
+
+TEST(SimulatorCommandLine, ACertificateGoesWithItsKeyAndWithHttps)
+{
+    EXPECT_THAT(usage_error({"--certificate", "a"}), HasSubstr("--certificate requires --key"));
+    EXPECT_THAT(usage_error({"--key", "b"}), HasSubstr("--key requires --certificate"));
+    EXPECT_THAT(usage_error({"--certificate", "a", "--key", "b", "--no-https"}), HasSubstr("excludes"));
+    EXPECT_THAT(usage_error({"--certificate", "", "--key", "b"}), HasSubstr("--certificate: names no file"));
+    EXPECT_THAT(usage_error({"--certificate", "a", "--key", ""}), HasSubstr("--key: names no file"));
+    const std::optional<Options> options = parse_command_line({"--certificate", "a", "--key", "b"}).options;
+    ASSERT_TRUE(options);
+    EXPECT_EQ(options->certificate, "a");
+    EXPECT_EQ(options->key, "b");
 }
 
 TEST(SimulatorCommandLine, Ipv6AddressesLoseTheirBracketsAndGetThemBack)

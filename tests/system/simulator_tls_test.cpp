@@ -1,4 +1,5 @@
 // What a client finds at the simulator's HTTPS port, and the file by which it checks that.
+#include "simulator/front/tls_identity.h"
 #include "tests/system/probe_process.h"
 #include "tests/system/simulator_process.h"
 #include "tests/system/soap_client.h"
@@ -31,6 +32,13 @@ long judgement(int port, const std::filesystem::path& trusted, const char* host)
     return SSL_get_verify_result(client.ssl());
 }
 
+std::string common_name_of(X509_NAME* name)
+{
+    char text[128] = "";
+    X509_NAME_get_text_by_NID(name, NID_commonName, text, sizeof text);
+    return text;
+}
+
 std::vector<std::string> files_in(const std::filesystem::path& folder)
 {
     std::vector<std::string> names;
@@ -58,13 +66,10 @@ TEST(SimulatorTls, TheCertificateIsForTheHostAndSignedByAnAuthority)
     for (const char* number : {"127.0.0.1", "::1"}) {
         EXPECT_EQ(X509_check_ip_asc(certificate, number, 0), 1) << number;
     }
-    char name[128] = "";
-    X509_NAME_get_text_by_NID(X509_get_subject_name(certificate), NID_commonName, name, sizeof name);
-    EXPECT_STREQ(name, "storage.example");
+    EXPECT_EQ(common_name_of(X509_get_subject_name(certificate)), "storage.example");
     EVP_PKEY* key = X509_get0_pubkey(certificate);
     EXPECT_EQ(X509_verify(certificate, key), 0);
-    X509_NAME_get_text_by_NID(X509_get_issuer_name(certificate), NID_commonName, name, sizeof name);
-    EXPECT_THAT(name, StartsWith("soapwrapper-sim authority "));
+    EXPECT_THAT(common_name_of(X509_get_issuer_name(certificate)), StartsWith("soapwrapper-sim authority "));
     char group[64] = "";
     EXPECT_EQ(EVP_PKEY_get_group_name(key, group, sizeof group, nullptr), 1);
     EXPECT_STREQ(group, "prime256v1");
@@ -162,6 +167,58 @@ TEST(SimulatorCaFile, StaysAsItIsIfThePortIsInUse)
         run_process(SIMULATOR_PROGRAM, {"--no-http", "--https", taken, "--ca-out", folder / "ca.pem"});
     EXPECT_EQ(second.exit_code, 1);
     EXPECT_EQ(judgement(first.https_port(), folder / "ca.pem", "localhost"), X509_V_OK);
+}
+
+// The files of an identity that somebody has.
+class SimulatorCertificate : public testing::Test
+{
+  protected:
+    static std::vector<std::string> options(const std::string& certificate, const std::string& key)
+    {
+        return {"--certificate", certificate, "--key", key};
+    }
+
+    const TemporaryFolder folder_;
+    const soapwrapper::simulator::MadeTlsIdentity made_ =
+        soapwrapper::simulator::make_tls_identity({"storage.example"});
+    const std::string authority_ = folder_.write("authority.pem", made_.authority);
+    const std::string chain_ = folder_.write("chain.pem", made_.identity.certificate + made_.authority);
+    const std::string key_ = folder_.write("key.pem", std::string(made_.identity.key.view()));
+};
+
+TEST_F(SimulatorCertificate, IsShownWithItsWholeChain)
+{
+    const SimulatorProcess simulator(options(chain_, key_));
+    EXPECT_EQ(judgement(simulator.https_port(), authority_, "storage.example"), X509_V_OK);
+    const TlsClient client(simulator.https_port());
+    STACK_OF(X509)* chain = SSL_get_peer_cert_chain(client.ssl());
+    ASSERT_EQ(sk_X509_num(chain), 2);
+    EXPECT_EQ(common_name_of(X509_get_subject_name(sk_X509_value(chain, 0))), "storage.example");
+    EXPECT_THAT(common_name_of(X509_get_subject_name(sk_X509_value(chain, 1))),
+                StartsWith("soapwrapper-sim authority "));
+    EXPECT_EQ(ask(simulator.https_port(), "getServerPropByName", "", true).status, 500);
+}
+
+TEST_F(SimulatorCertificate, WithAKeyOfAnotherEndsTheStartAndTellsNothingOfTheKey)
+{
+    const soapwrapper::simulator::MadeTlsIdentity other = soapwrapper::simulator::make_tls_identity({"x"});
+    const std::string key(other.identity.key.view());
+    const std::string file = folder_.write("other.pem", key);
+    const ProcessResult result = run_process(SIMULATOR_PROGRAM, options(chain_, file));
+    EXPECT_EQ(result.exit_code, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "soapwrapper-sim: --key: \"" + file +
+                              "\" is not the key of the first certificate in \"" + chain_ + "\"\n");
+}
+
+TEST_F(SimulatorCertificate, ThatCannotBeReadEndsTheStart)
+{
+    const std::string missing = folder_ / "missing";
+    const ProcessResult result = run_process(SIMULATOR_PROGRAM, options(missing, key_));
+    EXPECT_EQ(result.exit_code, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "soapwrapper-sim: --certificate: \"" + missing +
+                              "\" can't be read: No such file or directory\n");
 }
 
 } // namespace
