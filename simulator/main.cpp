@@ -108,7 +108,7 @@ Front open_front(const Options& options, std::optional<TlsIdentity> identity)
             identity = std::move(made.identity);
             front.authority = std::move(made.authority);
         }
-        front.listeners.push_back({std::move(socket), std::move(identity)});
+        front.listeners.push_back({std::move(socket), std::move(identity), options.newest_tls});
     }
     front.interfaces = interface_rows(http_url, https_url);
     return front;

@@ -1,6 +1,7 @@
 #include "simulator/options.h"
 
 #include "simulator/front/address.h"
+#include "simulator/front/tls_version.h"
 #include "simulator/scenario/default_scenario.h"
 #include "simulator/service/interference.h"
 #include "simulator/service/service_operations.h"
@@ -133,6 +134,15 @@ void add_tls_options(CLI::App& app, Options& options, CLI::Option* no_https)
                     "Write the authority's certificate, by which clients can check the one made at the start")
         ->excludes(certificate)
         ->excludes(no_https);
+    app.add_option_function<std::string>(
+           "--tls-max",
+           [&options](const std::string& version) {
+               options.newest_tls = version == "1.2" ? TlsVersion::kTls12 : TlsVersion::kTls13;
+           },
+           "The newest version of TLS that is spoken")
+        ->type_name("VERSION")
+        ->check(CLI::IsMember({"1.2", "1.3"}))
+        ->default_str("1.3");
 }
 
 } // namespace

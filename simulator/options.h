@@ -3,6 +3,7 @@
 #define SOAPWRAPPER_SIMULATOR_OPTIONS_H
 
 #include "simulator/front/address.h"
+#include "simulator/front/tls_version.h"
 #include "simulator/service/interference.h"
 
 #include <optional>
@@ -22,6 +23,7 @@ struct Options {
     std::string certificate; // a file, and so is the key; empty: they are made
     std::string key;
     std::string ca_out; // a file; empty: none
+    TlsVersion newest_tls = TlsVersion::kTls13;
     std::string credential = "simulator";
     std::string scenario; // a file; empty: the built-in one
     unsigned threads = 8;

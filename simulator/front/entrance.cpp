@@ -1,7 +1,7 @@
 #include "simulator/front/entrance.h"
 
 #include "simulator/front/descriptor.h"
-#include "simulator/front/tls_identity.h"
+#include "simulator/front/tls_version.h"
 
 #include <microhttpd.h>
 #include <sys/socket.h>
@@ -29,13 +29,15 @@ constexpr int kRunsAtOnce = 32;
 constexpr std::chrono::milliseconds kPause(5);
 constexpr int kStrict = 1; // a head that breaks the rules is refused, not guessed at
 
-std::vector<MHD_OptionItem> tls_options(std::optional<TlsIdentity>& tls)
+std::vector<MHD_OptionItem> tls_options(Listener& listener)
 {
-    static char versions[] = "NORMAL:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2";
+    static char older[] = "NORMAL:-VERS-ALL:+VERS-TLS1.2";
+    static char all[] = "NORMAL:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2";
     std::vector<MHD_OptionItem> options;
-    if (tls) {
-        options.push_back({MHD_OPTION_HTTPS_MEM_CERT, 0, tls->certificate.data()});
-        options.push_back({MHD_OPTION_HTTPS_MEM_KEY, 0, tls->key.data()});
+    if (listener.tls) {
+        char* const versions = listener.newest_tls == TlsVersion::kTls12 ? older : all;
+        options.push_back({MHD_OPTION_HTTPS_MEM_CERT, 0, listener.tls->certificate.data()});
+        options.push_back({MHD_OPTION_HTTPS_MEM_KEY, 0, listener.tls->key.data()});
         options.push_back({MHD_OPTION_HTTPS_PRIORITIES, 0, versions});
     }
     options.push_back({MHD_OPTION_END, 0, nullptr});
@@ -52,7 +54,7 @@ Entrance::Entrance(Listener listener, const EntranceCalls& calls, std::size_t co
                                    calls.connection, calls.context, MHD_OPTION_CONNECTION_LIMIT,
                                    static_cast<unsigned>(connections), MHD_OPTION_CONNECTION_MEMORY_LIMIT,
                                    kMemory, MHD_OPTION_STRICT_FOR_CLIENT, kStrict, MHD_OPTION_ARRAY,
-                                   tls_options(listener_.tls).data(), MHD_OPTION_END));
+                                   tls_options(listener_).data(), MHD_OPTION_END));
     if (!daemon_)
         throw std::runtime_error(listener_.tls ? "can't start the HTTPS daemon with this certificate and key"
                                                : "can't start the HTTP daemon");

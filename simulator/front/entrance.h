@@ -5,6 +5,7 @@
 
 #include "simulator/front/descriptor.h"
 #include "simulator/front/tls_identity.h"
+#include "simulator/front/tls_version.h"
 
 #include <microhttpd.h>
 
@@ -19,6 +20,7 @@ namespace soapwrapper::simulator
 struct Listener {
     Descriptor socket;
     std::optional<TlsIdentity> tls; // without one, plain HTTP
+    TlsVersion newest_tls = TlsVersion::kTls13;
 };
 
 // Whom the library tells of its connections and their requests.

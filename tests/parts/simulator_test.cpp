@@ -35,6 +35,7 @@ TEST(SimulatorCommandLine, WithoutOptionsHasTheDocumentedDefaults)
     EXPECT_EQ(to_string(*options->https), "127.0.0.1:8086");
     EXPECT_EQ(options->advertise, "");
     EXPECT_EQ(options->ca_out, "");
+    EXPECT_EQ(options->newest_tls, TlsVersion::kTls13);
     EXPECT_EQ(options->credential, "simulator");
     EXPECT_EQ(options->threads, 8U);
     EXPECT_FALSE(options->verbose);
@@ -126,6 +127,15 @@ TEST(SimulatorCommandLine, ACertificateGoesWithItsKeyAndWithHttps)
     ASSERT_TRUE(options);
     EXPECT_EQ(options->certificate, "a");
     EXPECT_EQ(options->key, "b");
+}
+
+TEST(SimulatorCommandLine, TheNewestVersionOfTlsIsOneThatIsSpoken)
+{
+    EXPECT_EQ(parse_command_line({"--tls-max", "1.2"}).options->newest_tls, TlsVersion::kTls12);
+    EXPECT_EQ(parse_command_line({"--tls-max", "1.3"}).options->newest_tls, TlsVersion::kTls13);
+    for (const char* wrong : {"1.1", "1.4", "", "1.20", "TLSv1.2"}) {
+        EXPECT_THAT(usage_error({"--tls-max", wrong}), HasSubstr("--tls-max: ")) << wrong;
+    }
 }
 
 TEST(SimulatorCommandLine, Ipv6AddressesLoseTheirBracketsAndGetThemBack)

@@ -84,6 +84,35 @@ TEST(SimulatorTls, TheCertificateIsAnotherOneAtEachStart)
     EXPECT_NE(X509_cmp(SSL_get0_peer_certificate(one.ssl()), SSL_get0_peer_certificate(other.ssl())), 0);
 }
 
+// The version that a client of versions in that range comes to; 0 if there is no handshake.
+int version_spoken(int port, int oldest, int newest)
+{
+    try {
+        const TlsClient client(port, [&](SSL* ssl) {
+            SSL_set_min_proto_version(ssl, oldest);
+            SSL_set_max_proto_version(ssl, newest);
+        });
+        return SSL_version(client.ssl());
+    } catch (const std::runtime_error&) {
+        return 0;
+    }
+}
+
+TEST(SimulatorTls, SpeaksTheNewerOfItsTwoVersionsWithWhoKnowsBoth)
+{
+    const SimulatorProcess simulator;
+    EXPECT_EQ(version_spoken(simulator.https_port(), TLS1_2_VERSION, TLS1_3_VERSION), TLS1_3_VERSION);
+    EXPECT_EQ(version_spoken(simulator.https_port(), TLS1_2_VERSION, TLS1_2_VERSION), TLS1_2_VERSION);
+}
+
+TEST(SimulatorTls, SpeaksNoNewerVersionThanItMay)
+{
+    const SimulatorProcess simulator({"--tls-max", "1.2"});
+    EXPECT_EQ(version_spoken(simulator.https_port(), TLS1_2_VERSION, TLS1_3_VERSION), TLS1_2_VERSION);
+    EXPECT_EQ(version_spoken(simulator.https_port(), TLS1_3_VERSION, TLS1_3_VERSION), 0);
+    EXPECT_EQ(ask(simulator.https_port(), "getServerPropByName", "", true).status, 500);
+}
+
 TEST(SimulatorCaFile, LetsAClientCheckTheCertificateAndTheHost)
 {
     const TemporaryFolder folder;
