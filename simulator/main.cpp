@@ -124,7 +124,7 @@ void simulate(const Options& options)
     Model model(scenario, front.interfaces, options.credential);
     Interference interference(options.faults, options.delays);
     RequestLog log(options.verbose);
-    const Backend backend{model, interference, log};
+    const Backend backend{model, interference, log, options.text_encoding};
     const Handler soap = [&backend](const Request& request) { return serve_request(backend, request); };
     Server server(std::move(front.listeners), {{"POST", "", soap}}, options.threads, log, stop_signals.get(),
                   [&interference] { interference.stop(); });

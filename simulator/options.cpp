@@ -5,6 +5,7 @@
 #include "simulator/scenario/default_scenario.h"
 #include "simulator/service/interference.h"
 #include "simulator/service/service_operations.h"
+#include "simulator/service/text_encoding.h"
 
 #include <CLI/CLI.hpp>
 
@@ -145,6 +146,19 @@ void add_tls_options(CLI::App& app, Options& options, CLI::Option* no_https)
         ->default_str("1.3");
 }
 
+void add_text_encoding_option(CLI::App& app, TextEncoding& encoding)
+{
+    app.add_option_function<std::string>(
+           "--text-encoding",
+           [&encoding](const std::string& name) {
+               encoding = name == "UTF-8" ? TextEncoding::kUtf8 : TextEncoding::kLatin1;
+           },
+           "What the bytes of a text are: a Latin-1 character each, or UTF-8")
+        ->type_name("ENCODING")
+        ->transform(CLI::IsMember({"Latin-1", "UTF-8"}, CLI::ignore_case))
+        ->default_str("Latin-1");
+}
+
 } // namespace
 
 CommandLine parse_command_line(const std::vector<std::string>& arguments)
@@ -179,6 +193,7 @@ CommandLine parse_command_line(const std::vector<std::string>& arguments)
         ->capture_default_str();
     add_file_option(app, "--scenario", options.scenario, "Simulate the storage that this file describes");
     app.add_flag("--print-scenario", print_scenario, "Print the built-in scenario as JSON and end");
+    add_text_encoding_option(app, options.text_encoding);
     app.add_option("--threads", options.threads, "Requests served at once")
         ->type_name("N")
         ->check(CLI::Range(1U, kMaxThreads))

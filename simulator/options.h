@@ -5,6 +5,7 @@
 #include "simulator/front/address.h"
 #include "simulator/front/tls_version.h"
 #include "simulator/service/interference.h"
+#include "simulator/service/text_encoding.h"
 
 #include <optional>
 #include <string>
@@ -26,6 +27,7 @@ struct Options {
     TlsVersion newest_tls = TlsVersion::kTls13;
     std::string credential = "simulator";
     std::string scenario; // a file; empty: the built-in one
+    TextEncoding text_encoding = TextEncoding::kLatin1;
     unsigned threads = 8;
     bool verbose = false;
     std::vector<FaultRule> faults;

@@ -18,6 +18,7 @@
 #include "simulator/service/sessions.h"
 #include "simulator/service/snapshots.h"
 #include "simulator/service/soap_fault.h"
+#include "simulator/service/text_encoding.h"
 #include "simulator/service/unserved.h"
 
 #include <exception>
@@ -36,12 +37,20 @@ namespace soapwrapper::simulator
 namespace
 {
 
+soap_mode mode_for(TextEncoding encoding)
+{
+    return encoding == TextEncoding::kUtf8 ? SOAP_ENC_PLAIN | SOAP_C_UTFSTRING : SOAP_ENC_PLAIN;
+}
+
 // The generated skeleton with its operations filled in. Each goes the same road: what the user asked to go
 // wrong goes wrong, then the handler answers, and what it throws becomes the fault.
 class Service : public PSVWSSoapBindingService
 {
   public:
-    explicit Service(const Backend& backend) : PSVWSSoapBindingService(SOAP_ENC_PLAIN), backend_(backend) {}
+    explicit Service(const Backend& backend)
+        : PSVWSSoapBindingService(mode_for(backend.text_encoding)), backend_(backend)
+    {
+    }
 
 #define SOAPWRAPPER_DECLARE(name, answered)                                                                  \
     int name(_ns1__##name* request, _ns1__##answered& response) override                                     \

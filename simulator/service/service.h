@@ -5,6 +5,7 @@
 #include "simulator/front/http.h"
 #include "simulator/front/request_log.h"
 #include "simulator/service/interference.h"
+#include "simulator/service/text_encoding.h"
 #include "simulator/storage/model.h"
 
 namespace soapwrapper::simulator
@@ -15,6 +16,7 @@ struct Backend {
     Model& model;
     Interference& interference;
     RequestLog& log;
+    TextEncoding text_encoding = TextEncoding::kLatin1;
 };
 
 // Never throws; any thread may call.

@@ -37,6 +37,7 @@ TEST(SimulatorCommandLine, WithoutOptionsHasTheDocumentedDefaults)
     EXPECT_EQ(options->ca_out, "");
     EXPECT_EQ(options->newest_tls, TlsVersion::kTls13);
     EXPECT_EQ(options->credential, "simulator");
+    EXPECT_EQ(options->text_encoding, TextEncoding::kLatin1);
     EXPECT_EQ(options->threads, 8U);
     EXPECT_FALSE(options->verbose);
     EXPECT_TRUE(options->faults.empty());
@@ -135,6 +136,23 @@ TEST(SimulatorCommandLine, TheNewestVersionOfTlsIsOneThatIsSpoken)
     EXPECT_EQ(parse_command_line({"--tls-max", "1.3"}).options->newest_tls, TlsVersion::kTls13);
     for (const char* wrong : {"1.1", "1.4", "", "1.20", "TLSv1.2"}) {
         EXPECT_THAT(usage_error({"--tls-max", wrong}), HasSubstr("--tls-max: ")) << wrong;
+    }
+}
+
+TEST(SimulatorCommandLine, TheTextEncodingIsNamedInAnyCaseOfLetters)
+{
+    for (const char* name : {"UTF-8", "utf-8", "Utf-8"}) {
+        const std::optional<Options> options = parse_command_line({"--text-encoding", name}).options;
+        ASSERT_TRUE(options) << name;
+        EXPECT_EQ(options->text_encoding, TextEncoding::kUtf8) << name;
+    }
+    for (const char* name : {"Latin-1", "latin-1", "LATIN-1"}) {
+        const std::optional<Options> options = parse_command_line({"--text-encoding", name}).options;
+        ASSERT_TRUE(options) << name;
+        EXPECT_EQ(options->text_encoding, TextEncoding::kLatin1) << name;
+    }
+    for (const char* wrong : {"UTF8", "ISO-8859-1", "", "UTF-16"}) {
+        EXPECT_THAT(usage_error({"--text-encoding", wrong}), HasSubstr("--text-encoding: ")) << wrong;
     }
 }
 
