@@ -58,7 +58,9 @@ Entrance::Entrance(Listener listener, const EntranceCalls& calls, std::size_t co
     if (!daemon_)
         throw std::runtime_error(listener_.tls ? "can't start the HTTPS daemon with this certificate and key"
                                                : "can't start the HTTP daemon");
-    if (listener_.tls) listener_.tls->key.wipe(); // the library has read it
+    if (!listener_.tls) return;
+    listener_.tls->key.wipe(); // the library has read it
+    tickets_.emplace();
 }
 
 bool Entrance::accept()
@@ -75,6 +77,11 @@ bool Entrance::accept()
 void Entrance::close()
 {
     listener_.socket = Descriptor();
+}
+
+void Entrance::prepare(MHD_Connection* connection) const
+{
+    if (tickets_) tickets_->offer(connection);
 }
 
 int Entrance::fd() const

@@ -4,6 +4,7 @@
 #define SOAPWRAPPER_SIMULATOR_FRONT_ENTRANCE_H
 
 #include "simulator/front/descriptor.h"
+#include "simulator/front/session_tickets.h"
 #include "simulator/front/tls_identity.h"
 #include "simulator/front/tls_version.h"
 
@@ -42,6 +43,8 @@ class Entrance
     // One more client. False, with errno, if none could be accepted.
     bool accept();
     void close();
+    // For the library's word of a client that it has taken in and not yet heard.
+    void prepare(MHD_Connection* connection) const;
 
     // Readable when there is something to do.
     int fd() const;
@@ -56,6 +59,7 @@ class Entrance
     };
 
     Listener listener_;
+    std::optional<SessionTickets> tickets_;
     std::unique_ptr<MHD_Daemon, Stop> daemon_;
 };
 

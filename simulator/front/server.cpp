@@ -95,6 +95,7 @@ void Server::on_connection(void* self, MHD_Connection* carried, void** context,
         const auto [place, is_new] = server.connections_.try_emplace(
             id, id, carried, server.accepting_->is_tls(), server.limits_, server.workers_.reply_fd());
         *context = &place->second;
+        server.accepting_->prepare(carried);
     } else {
         server.closed(*static_cast<const Connection*>(*context));
     }

@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <memory>
 
 namespace
 {
@@ -111,6 +112,46 @@ TEST(SimulatorTls, SpeaksNoNewerVersionThanItMay)
     EXPECT_EQ(version_spoken(simulator.https_port(), TLS1_2_VERSION, TLS1_3_VERSION), TLS1_2_VERSION);
     EXPECT_EQ(version_spoken(simulator.https_port(), TLS1_3_VERSION, TLS1_3_VERSION), 0);
     EXPECT_EQ(ask(simulator.https_port(), "getServerPropByName", "", true).status, 500);
+}
+
+struct FreeSession {
+    void operator()(SSL_SESSION* session) const { SSL_SESSION_free(session); }
+};
+
+// Whether a client of that version resumes at the one port the session that it had at the other.
+bool resumes(int version, int first_port, int second_port)
+{
+    const auto speak_it = [version](SSL* ssl) {
+        SSL_set_min_proto_version(ssl, version);
+        SSL_set_max_proto_version(ssl, version);
+    };
+    const std::string request = post_text("");
+    const TlsClient first(first_port, speak_it);
+    first.send(request);
+    first.receive_all(); // in the newer version what resumes a session comes behind the handshake
+    const std::unique_ptr<SSL_SESSION, FreeSession> session(SSL_get1_session(first.ssl()));
+    const TlsClient second(second_port, [&](SSL* ssl) {
+        speak_it(ssl);
+        SSL_set_session(ssl, session.get());
+    });
+    second.send(request);
+    EXPECT_EQ(parse_reply(second.receive_all()).status, 500);
+    return SSL_session_reused(second.ssl()) == 1;
+}
+
+TEST(SimulatorTls, ResumesTheSessionsThatItBeganInEitherVersion)
+{
+    const SimulatorProcess simulator;
+    EXPECT_TRUE(resumes(TLS1_2_VERSION, simulator.https_port(), simulator.https_port()));
+    EXPECT_TRUE(resumes(TLS1_3_VERSION, simulator.https_port(), simulator.https_port()));
+}
+
+TEST(SimulatorTls, ServesAClientThatWouldResumeASessionOfAnotherStart)
+{
+    const SimulatorProcess one;
+    const SimulatorProcess other;
+    EXPECT_FALSE(resumes(TLS1_2_VERSION, one.https_port(), other.https_port()));
+    EXPECT_FALSE(resumes(TLS1_3_VERSION, one.https_port(), other.https_port()));
 }
 
 TEST(SimulatorCaFile, LetsAClientCheckTheCertificateAndTheHost)
