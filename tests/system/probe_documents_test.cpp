@@ -1,9 +1,9 @@
 // The probe's documents tell of all that it has.
 #include "probe_process.h"
+#include "tests/system/document_words.h"
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <set>
 #include <sstream>
 #include <string>
@@ -15,19 +15,6 @@ namespace
 using ::testing::AnyOf;
 using ::testing::HasSubstr;
 
-// The words of `text` that begin so and go on with characters of `alphabet`, at least one.
-std::set<std::string> words(const std::string& text, const std::string& beginning, const char* alphabet)
-{
-    std::set<std::string> found;
-    for (std::size_t at = text.find(beginning); at != std::string::npos; at = text.find(beginning, at + 1)) {
-        const std::size_t rest = at + beginning.size();
-        const std::size_t end = std::min(text.find_first_not_of(alphabet, rest), text.size());
-        if (end > rest) found.insert(text.substr(at, end - at));
-    }
-    return found;
-}
-
-constexpr char kSmallLetters[] = "abcdefghijklmnopqrstuvwxyz-";
 constexpr char kCapitals[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
 
 const std::filesystem::path kDocuments = std::filesystem::path(SOURCE_FOLDER) / "docs";
@@ -76,13 +63,9 @@ std::string guide()
     return read_file(kDocuments / "probe.md");
 }
 
-// As it reads, but for the requests at the beginning of lines.
 std::string manual()
 {
-    std::string text = read_file(kDocuments / "man/soapwrapper-probe.1");
-    const auto is_mark = [](char c) { return c == '\\' || c == '"'; };
-    text.erase(std::remove_if(text.begin(), text.end(), is_mark), text.end());
-    return text;
+    return read_manual(kDocuments / "man/soapwrapper-probe.1");
 }
 
 TEST(ProbeDocuments, TellOfEveryCommand)

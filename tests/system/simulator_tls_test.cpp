@@ -76,6 +76,17 @@ TEST(SimulatorTls, TheCertificateIsForTheHostAndSignedByAnAuthority)
     EXPECT_STREQ(group, "prime256v1");
 }
 
+TEST(SimulatorTls, TheCertificateIsForTheAddressBoundAlthoughAnotherHostIsAdvertised)
+{
+    const SimulatorProcess simulator(
+        SimulatorProcess::Exactly{{"--no-http", "--https", "127.0.0.2:0", "--advertise", "storage.example"}});
+    const TlsClient client(simulator.https_port(), {}, "127.0.0.2");
+    X509* certificate = SSL_get0_peer_certificate(client.ssl());
+    EXPECT_EQ(X509_check_ip_asc(certificate, "127.0.0.2", 0), 1);
+    EXPECT_EQ(X509_check_host(certificate, "storage.example", 0, 0, nullptr), 1);
+    EXPECT_EQ(X509_check_ip_asc(certificate, "127.0.0.3", 0), 0);
+}
+
 TEST(SimulatorTls, TheCertificateIsAnotherOneAtEachStart)
 {
     const SimulatorProcess first;

@@ -66,11 +66,11 @@ void ClientSocket::reset()
     fd_ = -1;
 }
 
-TlsClient::TlsClient(int port, const Prepare& prepare)
-    : socket_(port), context_(SSL_CTX_new(TLS_client_method())), ssl_(SSL_new(context_.get()))
+TlsClient::TlsClient(int port, const Prepare& prepare, const char* host)
+    : socket_(port, host), context_(SSL_CTX_new(TLS_client_method())), ssl_(SSL_new(context_.get()))
 {
     SSL_set_fd(ssl_.get(), socket_.fd());
-    prepare(ssl_.get());
+    if (prepare) prepare(ssl_.get());
     if (SSL_connect(ssl_.get()) != 1) throw std::runtime_error("no handshake");
 }
 

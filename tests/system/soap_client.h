@@ -33,10 +33,9 @@ class ClientSocket
 class TlsClient
 {
   public:
-    // Shakes hands as it was prepared to; throws if that fails.
+    // Shakes hands, prepared by that if it is given; throws if that fails.
     using Prepare = std::function<void(SSL*)>;
-    explicit TlsClient(
-        int port, const Prepare& prepare = [](SSL*) {});
+    explicit TlsClient(int port, const Prepare& prepare = {}, const char* host = "127.0.0.1");
 
     void send(std::string_view bytes) const;
     std::string receive_all() const;
