@@ -1,3 +1,4 @@
+#include "tests/kit/resumption_kinds.h"
 #include "tests/kit/scripted_service.h"
 
 #include <gmock/gmock.h>
@@ -14,7 +15,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <ostream>
 #include <string>
 #include <thread>
 #include <utility>
@@ -103,26 +103,7 @@ class Client
     int sessions_given_ = 0;
 };
 
-// A kind of service, by how a session at it is resumed.
-struct Kind {
-    const char* name;
-    TlsContext (*make_context)();
-    int version;
-};
-
-std::ostream& operator<<(std::ostream& out, const Kind& kind)
-{
-    return out << kind.name;
-}
-
-const Kind kKinds[] = {
-    {"Tls13ByTicket", [] { return make_tls_server_context(); }, TLS1_3_VERSION},
-    {"Tls13ById", [] { return without_tickets(make_tls_server_context()); }, TLS1_3_VERSION},
-    {"Tls12ByTicket", [] { return up_to_tls12(make_tls_server_context()); }, TLS1_2_VERSION},
-    {"Tls12ById", [] { return without_tickets(up_to_tls12(make_tls_server_context())); }, TLS1_2_VERSION},
-};
-
-class Resumption : public testing::TestWithParam<Kind>
+class Resumption : public testing::TestWithParam<ResumptionKind>
 {
   protected:
     Resumption() { service_.set_tls_context(GetParam().make_context()); }
@@ -139,7 +120,7 @@ class Resumption : public testing::TestWithParam<Kind>
     Client client_;
 };
 
-INSTANTIATE_TEST_SUITE_P(Kinds, Resumption, testing::ValuesIn(kKinds),
+INSTANTIATE_TEST_SUITE_P(Kinds, Resumption, testing::ValuesIn(kResumptionKinds),
                          [](const auto& instance) { return std::string(instance.param.name); });
 
 } // namespace
