@@ -16,6 +16,8 @@ namespace bench
 namespace
 {
 
+constexpr std::size_t kManyTickets = 100;
+
 sockaddr_in loopback(int port)
 {
     sockaddr_in address{};
@@ -50,6 +52,7 @@ kit::TlsContext make_context(Channel channel)
 {
     if (channel == Channel::kPlain) return nullptr;
     kit::TlsContext context = kit::make_tls_server_context();
+    if (channel == Channel::kTlsManyTickets) return kit::with_tickets(std::move(context), kManyTickets);
     return channel == Channel::kTls12 ? kit::up_to_tls12(std::move(context)) : std::move(context);
 }
 

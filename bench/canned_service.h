@@ -21,7 +21,8 @@ namespace bench
 enum class Channel {
     kPlain,
     kTls,
-    kTls12 // no later version
+    kTls12,         // no later version
+    kTlsManyTickets // a hundred for each full handshake
 };
 
 class CannedService

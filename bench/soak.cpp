@@ -1,6 +1,7 @@
 // Very many calls of all kinds of entries on many threads at once: what the library holds in memory and in
 // descriptors must be the same after them as before. Run by hand; ends with 1 if something grew.
 #include "bench/canned_service.h"
+#include "tests/kit/live_tls_sessions.h"
 #include "tests/torture/subject.h"
 
 #include <CLI/CLI.hpp>
@@ -25,7 +26,7 @@ constexpr int kRounds = 20;
 // Threads come and go between two looks, and leave the allocator a little more or less.
 constexpr std::ptrdiff_t kHeapSlack = 256 << 10;
 constexpr std::ptrdiff_t kResidentSlack = 16 << 20;
-// A handshake costs as much as ten plain calls.
+// A full handshake costs as much as ten plain calls.
 constexpr std::size_t kCallsPerTlsCall = 16;
 
 std::vector<Entry> all_entries()
@@ -81,11 +82,13 @@ struct Holdings {
     std::ptrdiff_t heap = 0;
     std::ptrdiff_t resident = 0;
     std::ptrdiff_t descriptors = 0;
+    long tls_sessions = 0;
 };
 
-Holdings holdings()
+Holdings holdings(const kit::LiveTlsSessions& tls_sessions)
 {
     Holdings now;
+    now.tls_sessions = tls_sessions.count();
     malloc_trim(0);
     now.heap = static_cast<std::ptrdiff_t>(mallinfo2().uordblks);
     std::ptrdiff_t pages = 0;
@@ -100,10 +103,10 @@ Holdings holdings()
 class Soak
 {
   public:
-    explicit Soak(int threads)
-        : replies_(entries_),
+    Soak(int threads, bool tls_only)
+        : calls_per_tls_call_(tls_only ? 1 : kCallsPerTlsCall), replies_(entries_),
           choice_([this](const std::string& r) -> const std::string& { return replies_.to(r); }),
-          plain_(choice_, bench::Channel::kPlain), tls_(choice_, bench::Channel::kTls)
+          plain_(choice_, bench::Channel::kPlain), tls_(choice_, bench::Channel::kTlsManyTickets)
     {
         // The file that entries find their service by is the last subject's.
         for (int i = 0; i < threads; ++i) {
@@ -129,7 +132,7 @@ class Soak
     void run_thread(std::size_t thread, std::size_t calls)
     {
         for (std::size_t call = 0; call < calls; ++call) {
-            Subject& subject = *(call % kCallsPerTlsCall == 0 ? over_tls_ : subjects_)[thread];
+            Subject& subject = *(call % calls_per_tls_call_ == 0 ? over_tls_ : subjects_)[thread];
             const Entry& entry = entries_[(call + thread) % entries_.size()];
             const int status = entry.call(subject);
             subject.session.clear();
@@ -138,6 +141,7 @@ class Soak
         }
     }
 
+    std::size_t calls_per_tls_call_;
     std::vector<Entry> entries_ = all_entries();
     Replies replies_;
     bench::CannedService::Choice choice_;
@@ -150,8 +154,8 @@ class Soak
 
 void print(std::size_t calls, const Holdings& now)
 {
-    std::printf("%10zu calls  %10td bytes of heap  %10td resident  %4td descriptors\n", calls, now.heap,
-                now.resident, now.descriptors);
+    std::printf("%10zu calls  %10td bytes of heap  %10td resident  %4td descriptors  %4ld TLS sessions\n",
+                calls, now.heap, now.resident, now.descriptors, now.tls_sessions);
     std::fflush(stdout);
 }
 
@@ -161,20 +165,23 @@ int main(int argc, char** argv)
 {
     std::size_t calls = 1000000;
     int threads = 16;
+    bool tls_only = false;
     CLI::App options("Many calls of all kinds of entries on many threads");
     options.add_option("--calls", calls, "How many calls")->capture_default_str();
     options.add_option("--threads", threads, "On how many threads")->capture_default_str();
+    options.add_flag("--tls-only", tls_only, "Each call over TLS, and not one of sixteen");
     CLI11_PARSE(options, argc, argv);
 
-    Soak soak(threads);
+    const kit::LiveTlsSessions tls_sessions;
+    Soak soak(threads, tls_only);
     const std::size_t round = calls / kRounds;
     soak.run(round); // what is made once, is made now
-    const Holdings before = holdings();
+    const Holdings before = holdings(tls_sessions);
     print(round, before);
     Holdings after;
     for (std::size_t done = 2 * round; done <= calls; done += round) {
         soak.run(round);
-        after = holdings();
+        after = holdings(tls_sessions);
         print(done, after);
     }
     const bool flat = after.heap - before.heap <= kHeapSlack &&
