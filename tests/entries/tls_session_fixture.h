@@ -29,6 +29,13 @@ class Meeting
         changed_.notify_all();
         changed_.wait(lock, [this] { return missing_ <= 0; });
     }
+    // One of them won't come.
+    void excuse()
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        --missing_;
+        changed_.notify_all();
+    }
 
   private:
     std::mutex mutex_;
@@ -63,7 +70,9 @@ class TlsSessionTest : public Channel
             threads.emplace_back([this] {
                 kit::RecordedSession session;
                 ServerHandle server = make_server(session, meeting_service_.tls_url(), true);
-                EXPECT_EQ(kit::close_server()(server.get()), 0);
+                const int status = kit::close_server()(server.get());
+                EXPECT_EQ(status, 0);
+                if (status != 0) return meeting_.excuse();
                 server.release();
             });
         }
