@@ -1,0 +1,48 @@
+#include "tests/entries/name_hooks.h"
+
+#include <dlfcn.h>
+#include <netdb.h>
+#include <strings.h>
+
+#include <atomic>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+
+namespace hooks
+{
+namespace
+{
+
+std::atomic<bool> g_resolve_domain{false};
+
+bool is_in_domain(const char* name)
+{
+    constexpr char kDomain[] = "example.com";
+    const std::size_t size = name ? std::strlen(name) : 0;
+    return size >= sizeof kDomain - 1 && strcasecmp(name + size - (sizeof kDomain - 1), kDomain) == 0;
+}
+
+} // namespace
+
+ExampleDomain::ExampleDomain()
+{
+    g_resolve_domain = true;
+}
+
+ExampleDomain::~ExampleDomain()
+{
+    g_resolve_domain = false;
+}
+
+} // namespace hooks
+
+extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* name, const char* service,
+                                                                  const addrinfo* hints, addrinfo** found)
+{
+    void* const system = dlsym(RTLD_NEXT, "getaddrinfo");
+    if (!system) std::abort();
+    const bool is_ours = hooks::g_resolve_domain && hooks::is_in_domain(name);
+    return reinterpret_cast<decltype(getaddrinfo)*>(system)(is_ours ? "127.0.0.1" : name, service, hints,
+                                                            found);
+}

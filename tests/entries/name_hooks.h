@@ -1,0 +1,21 @@
+// Stands between the library and the resolution of names: this program's own getaddrinfo comes before the
+// system's, as any host's would.
+#ifndef SOAPWRAPPER_TESTS_ENTRIES_NAME_HOOKS_H
+#define SOAPWRAPPER_TESTS_ENTRIES_NAME_HOOKS_H
+
+namespace hooks
+{
+
+// While one lives, every name of the domain example.com is the loopback address.
+class ExampleDomain
+{
+  public:
+    ExampleDomain();
+    ~ExampleDomain();
+    ExampleDomain(const ExampleDomain&) = delete;
+    ExampleDomain& operator=(const ExampleDomain&) = delete;
+};
+
+} // namespace hooks
+
+#endif
