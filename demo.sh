@@ -13,6 +13,7 @@ service_address=127.85.86.1
 empty_address=127.85.86.2
 slow_address=127.85.86.3
 filer_address=127.85.86.4
+other_address=127.85.86.5
 name=Network_NTAP:$service_address
 export SOAPWRAPPER_CREDENTIAL=simulator
 
@@ -101,7 +102,7 @@ ninja -C build --quiet libsoapwrapper.so soapwrapper-sim libsoapwrapper-zapi-sim
 }
 
 act "A storage service on this machine"
-start_simulator "$service_address"
+start_simulator "$service_address" --ca-out "$work/storage-ca.pem"
 
 probe=build/soapwrapper-probe
 
@@ -165,6 +166,19 @@ show $probe events "$name"
 
 act "A control command, handed through to the service"
 show $probe ioctl "$name" 1 --args "are you there?" --output
+
+act "A channel to trust: the service's certificate is checked, and nothing goes out in the clear"
+mkdir "$work/trusted"
+cp build/libsoapwrapper.so "$work/storage-ca.pem" "$work/trusted/"
+trusting=(--library "$work/trusted/libsoapwrapper.so" server "$name")
+printf '%s\n' "tls_ca_file = storage-ca.pem" "require_tls = yes" "tls_min_version = 1.2" \
+    > "$work/trusted/soapwrapper.conf"
+show cat "$work/trusted/soapwrapper.conf"
+show $probe "${trusting[@]}"
+
+act "The same where the authority is another one: refused, over https, and not tried over http"
+start_simulator "$other_address" --ca-out "$work/trusted/storage-ca.pem" > /dev/null
+show_failure 4 $probe --log failure "${trusting[@]}"
 
 act "A server that the service doesn't know"
 show_failure 4 $probe server "Network_OTHER:$service_address"
