@@ -14,6 +14,19 @@
 
 namespace soapwrapper
 {
+namespace
+{
+
+// 0 for one that is resumed by its id.
+std::size_t ticket_size(const SSL_SESSION* session)
+{
+    const unsigned char* ticket = nullptr;
+    std::size_t size = 0;
+    SSL_SESSION_get0_ticket(session, &ticket, &size);
+    return size;
+}
+
+} // namespace
 
 KnownTlsSession TlsSessions::take(const char* host, int port)
 {
@@ -32,6 +45,7 @@ KnownTlsSession TlsSessions::take(const char* host, int port)
 void TlsSessions::keep(const char* host, int port, KnownTlsSession known)
 {
     if (!known.session || SSL_SESSION_is_resumable(known.session.get()) != 1) return;
+    if (ticket_size(known.session.get()) > kLargestTicket) return;
     const std::int64_t end = std::min<std::int64_t>(known.full_handshake + kLongestUse,
                                                     now() + SSL_SESSION_get_timeout(known.session.get()));
     const std::lock_guard<std::mutex> lock(mutex_);

@@ -33,12 +33,15 @@ class TlsSessions
     // As many as a host's threads that call one service at once; each costs its server's certificates.
     static constexpr std::size_t kMostPerServer = 32;
     static constexpr std::size_t kMostInAll = 256;
+    // In bytes. A ticket is sent in the first message to the server, which has room for 64 KiB at the very
+    // most.
+    static constexpr std::size_t kLargestTicket = 16 << 10;
     // So long, in seconds, a server may go by one full handshake: then its certificate is looked at anew.
     static constexpr std::int64_t kLongestUse = 3600;
 
     // The newest for the server, or none.
     KnownTlsSession take(const char* host, int port);
-    // Dropped if there is no use or no memory for it. The oldest make room.
+    // Dropped if there is no use or no memory for it, or if its ticket is too large. The oldest make room.
     void keep(const char* host, int port, KnownTlsSession known);
     void forget(const char* host, int port);
     void forget_all();
