@@ -1,8 +1,11 @@
 #include "tests/entries/name_hooks.h"
 
+#include <arpa/inet.h>
 #include <dlfcn.h>
 #include <netdb.h>
+#include <netinet/in.h>
 #include <strings.h>
+#include <sys/socket.h>
 
 #include <atomic>
 #include <cstddef>
@@ -14,7 +17,7 @@ namespace hooks
 namespace
 {
 
-std::atomic<bool> g_resolve_domain{false};
+std::atomic<bool> g_resolve{false};
 
 bool is_in_domain(const char* name)
 {
@@ -23,16 +26,22 @@ bool is_in_domain(const char* name)
     return size >= sizeof kDomain - 1 && strcasecmp(name + size - (sizeof kDomain - 1), kDomain) == 0;
 }
 
-} // namespace
-
-ExampleDomain::ExampleDomain()
+bool is_loopback(const char* name)
 {
-    g_resolve_domain = true;
+    in6_addr address;
+    return name && inet_pton(AF_INET6, name, &address) == 1 && IN6_IS_ADDR_LOOPBACK(&address);
 }
 
-ExampleDomain::~ExampleDomain()
+} // namespace
+
+LoopbackNames::LoopbackNames()
 {
-    g_resolve_domain = false;
+    g_resolve = true;
+}
+
+LoopbackNames::~LoopbackNames()
+{
+    g_resolve = false;
 }
 
 } // namespace hooks
@@ -42,7 +51,7 @@ extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* na
 {
     void* const system = dlsym(RTLD_NEXT, "getaddrinfo");
     if (!system) std::abort();
-    const bool is_ours = hooks::g_resolve_domain && hooks::is_in_domain(name);
+    const bool is_ours = hooks::g_resolve && (hooks::is_in_domain(name) || hooks::is_loopback(name));
     return reinterpret_cast<decltype(getaddrinfo)*>(system)(is_ours ? "127.0.0.1" : name, service, hints,
                                                             found);
 }

@@ -6,14 +6,15 @@
 namespace hooks
 {
 
-// While one lives, every name of the domain example.com is the loopback address.
-class ExampleDomain
+// While one lives, every name of the domain example.com is the loopback address, and so is ::1 in all
+// spellings, whether or not the machine has that.
+class LoopbackNames
 {
   public:
-    ExampleDomain();
-    ~ExampleDomain();
-    ExampleDomain(const ExampleDomain&) = delete;
-    ExampleDomain& operator=(const ExampleDomain&) = delete;
+    LoopbackNames();
+    ~LoopbackNames();
+    LoopbackNames(const LoopbackNames&) = delete;
+    LoopbackNames& operator=(const LoopbackNames&) = delete;
 };
 
 } // namespace hooks

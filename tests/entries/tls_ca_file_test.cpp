@@ -1,10 +1,12 @@
 // What the file may hold that tls_ca_file names, and what it comes to where it can't be used.
 #include "tests/entries/checked_channel_fixture.h"
 
+#include <fcntl.h>
 #include <openssl/ui.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <functional>
 #include <memory>
 
@@ -217,6 +219,18 @@ TEST_F(UnusableCaFile, ThatMayNotBeReadFailsEveryCallWithoutAConnection)
     expect_nothing_is_sent();
 }
 
+TEST_F(UnusableCaFile, ThatIsAPipeFailsEveryCallWhateverWasWrittenToIt)
+{
+    const std::string pem = authority_.certificate_pem();
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    EXPECT_EQ(::write(ends[1], pem.data(), pem.size()), static_cast<ssize_t>(pem.size()));
+    ::close(ends[1]);
+    configure("tls_ca_file = /proc/self/fd/" + std::to_string(ends[0]) + "\n");
+    expect_nothing_is_sent();
+    ::close(ends[0]);
+}
+
 TEST_F(UsableCaFile, IsFoundBesideTheConfiguration)
 {
     trust(authority_.certificate_pem());
@@ -244,6 +258,19 @@ TEST_F(UsableCaFile, IsReadWhenTheHostInitialisesAndNotAtACall)
     trust(authority_.certificate_pem());
     std::filesystem::remove(ca_file());
     expect_accepted();
+}
+
+// What the machine trusts, it trusts for other ends.
+TEST_F(UsableCaFile, StandsInThePlaceOfTheMachinesAuthorities)
+{
+    setenv("SSL_CERT_FILE", ca_file().c_str(), 1); // the TLS library's way to be told of those
+    write_ca_file(authority_.certificate_pem());
+    const std::string other = ca_file().string() + ".other";
+    write(other, Authority("another").certificate_pem());
+    configure("tls_ca_file = authorities.pem.other\n");
+    expect_refused("unable to get local issuer certificate");
+    unsetenv("SSL_CERT_FILE");
+    std::filesystem::remove(other);
 }
 
 TEST_F(UsableCaFile, MayHaveOtherThingsBetweenItsCertificates)

@@ -15,7 +15,7 @@ class Certificates : public CheckedChannel
   protected:
     Certificates() { trust(authority_.certificate_pem()); }
 
-    const hooks::ExampleDomain domain_;
+    const hooks::LoopbackNames names_;
 };
 
 // A service that isn't the one of the URL, or can't show that it is.
@@ -66,6 +66,7 @@ TlsContext without_certificate(const Authority& /*authority*/)
 }
 
 constexpr char kNoIssuer[] = "unable to get local issuer certificate";
+constexpr char kNoAuthority[] = "invalid CA certificate";
 constexpr char kWrongName[] = "hostname mismatch";
 constexpr char kWrongAddress[] = "IP address mismatch";
 
@@ -83,6 +84,10 @@ std::vector<Impostor> with_a_certificate()
         impostor("a chain without its intermediate authority", kNoIssuer,
                  [](const Authority& authority) {
                      return without_chain(authority.intermediate().issue(for_address()));
+                 }),
+        impostor("signed by another service", kNoAuthority,
+                 [](const Authority& authority) {
+                     return signed_by(authority.issue(Leaf("another service")), for_address());
                  }),
         of_a_leaf("expired", "certificate has expired", for_address().expired()),
         of_a_leaf("not yet valid", "certificate is not yet valid", for_address().not_yet_valid()),
@@ -126,6 +131,15 @@ TEST_F(Certificates, OfTheAuthorityAreAcceptedForTheNameOfTheUrl)
 {
     show(authority_.issue(Leaf().dns_name("localhost")));
     expect_accepted("localhost");
+}
+
+TEST_F(Certificates, OfTheAuthorityAreAcceptedForAnAddressInBrackets)
+{
+    show(authority_.issue(Leaf().address("::1")));
+    expect_accepted("[::1]");
+    expect_accepted("[0:0::0001]");
+    show(authority_.issue(for_address()));
+    expect_refused(kWrongAddress, "[::1]");
 }
 
 TEST_F(Certificates, MayBeForSeveralNamesAndAddresses)
@@ -177,6 +191,15 @@ TEST_F(Certificates, OfAServiceAreAcceptedWhereTheyStandInTheFileThemselves)
     expect_accepted();
     show(issued);
     expect_accepted();
+}
+
+// To name a service's certificate is to trust that service, and no other.
+TEST_F(Certificates, OfAServiceThatStandInTheFileVouchForNoOther)
+{
+    const Identity service = self_signed(Leaf("a service"));
+    trust(service.certificate_pem());
+    show(signed_by(service, for_address()));
+    expect_refused(kNoAuthority);
 }
 
 TEST_F(Certificates, ThatStandInTheFileAreStillCheckedForTheirHostAndTime)

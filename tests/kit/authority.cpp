@@ -169,4 +169,12 @@ Identity self_signed(const Leaf& leaf)
     return make_identity(leaf, leaf.extensions(), nullptr);
 }
 
+Identity signed_by(const Identity& service, const Leaf& leaf)
+{
+    Identity made = make_identity(leaf, leaf.extensions(), &service);
+    made.chain = service.chain;
+    made.chain.insert(made.chain.begin(), service.certificate);
+    return made;
+}
+
 } // namespace kit

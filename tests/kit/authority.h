@@ -79,6 +79,8 @@ class Authority
 
 // A service's certificate without an authority.
 Identity self_signed(const Leaf& leaf);
+// One that the key of a certificate has signed which may sign none; that one is sent along.
+Identity signed_by(const Identity& service, const Leaf& leaf);
 
 } // namespace kit
 

@@ -111,6 +111,15 @@ TEST_F(Certificates, OfAnIntermediateAuthorityNeedTheirChain)
     EXPECT_EQ(verify(leaf, authority_.certificate()), X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT_LOCALLY);
 }
 
+TEST_F(Certificates, OfAServiceMaySignNone)
+{
+    const Identity service = authority_.issue(Leaf("service"));
+    const Identity leaf = signed_by(service, Leaf());
+    ASSERT_EQ(leaf.chain.size(), 1U);
+    EXPECT_NE(verify(leaf, authority_.certificate()), X509_V_OK);
+    EXPECT_EQ(X509_verify(leaf.certificate.get(), service.key.get()), 1);
+}
+
 TEST_F(Certificates, OfAnAuthorityOfTheSameNameDoNotHold)
 {
     EXPECT_NE(verify(Authority().issue(Leaf()), authority_.certificate()), X509_V_OK);
