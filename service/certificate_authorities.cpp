@@ -7,12 +7,15 @@
 #include <openssl/pemerr.h>
 #include <openssl/types.h>
 #include <openssl/x509.h>
+#include <openssl/x509_vfy.h>
+#include <stdio.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 namespace soapwrapper
 {

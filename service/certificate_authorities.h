@@ -2,7 +2,7 @@
 #define SOAPWRAPPER_SERVICE_CERTIFICATE_AUTHORITIES_H
 
 #include <openssl/types.h>
-#include <openssl/x509.h>
+#include <openssl/x509_vfy.h>
 
 #include <memory>
 

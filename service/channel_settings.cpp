@@ -5,7 +5,6 @@
 #include "service/configuration.h"
 #include "service/tls_context.h"
 
-#include <openssl/ssl.h>
 #include <strings.h>
 
 #include <cstdlib>

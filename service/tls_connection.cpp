@@ -13,6 +13,7 @@
 #include <openssl/ssl.h>
 #include <openssl/types.h>
 #include <openssl/x509_vfy.h>
+#include <openssl/x509v3.h>
 #include <sys/socket.h>
 
 #include <cerrno>

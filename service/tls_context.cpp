@@ -5,7 +5,6 @@
 
 #include <openssl/ssl.h>
 #include <openssl/types.h>
-#include <openssl/x509.h>
 #include <openssl/x509_vfy.h>
 
 #include <mutex>
