@@ -48,6 +48,23 @@ INSTANTIATE_TEST_SUITE_P(Versions, TlsLargeTickets, testing::Values(TLS1_2_VERSI
 
 } // namespace
 
+TEST_F(TlsTickets, AreAskedForAndOfferedInBothVersions)
+{
+    for (const int version : {TLS1_2_VERSION, TLS1_3_VERSION}) {
+        SCOPED_TRACE(version);
+        TlsContext context = make_tls_server_context();
+        SSL_CTX_set_max_proto_version(context.get(), version);
+        // Nor does the service find a session by its id.
+        SSL_CTX_set_session_cache_mode(context.get(), SSL_SESS_CACHE_OFF);
+        service_.set_tls_context(std::move(context));
+        host().initialise();
+        call();
+        EXPECT_FALSE(service_.requests().back().resumed);
+        call();
+        EXPECT_TRUE(service_.requests().back().resumed);
+    }
+}
+
 TEST_F(TlsTickets, InGreatNumberLeaveOneSessionForEachConnection)
 {
     const LiveTlsSessions sessions;
