@@ -231,6 +231,19 @@ TEST_F(UnusableCaFile, ThatIsAPipeFailsEveryCallWhateverWasWrittenToIt)
     ::close(ends[0]);
 }
 
+// Half a file is no smaller choice of authorities.
+TEST_F(UnusableCaFile, ThatEndsAnywhereInACertificateFailsEveryCall)
+{
+    const std::string text = authority_.certificate_pem() + Authority("another").certificate_pem();
+    const std::size_t second = text.find('\n', authority_.certificate_pem().size());
+    for (std::size_t size = second; size < text.size() - 1; ++size) {
+        SCOPED_TRACE(size);
+        trust(text.substr(0, size));
+        ASSERT_EQ(close_plainly(), 2060017);
+    }
+    EXPECT_EQ(service_.connections(), 0U);
+}
+
 TEST_F(UsableCaFile, IsFoundBesideTheConfiguration)
 {
     trust(authority_.certificate_pem());
