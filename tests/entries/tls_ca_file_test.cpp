@@ -83,7 +83,7 @@ std::string path_of_length(std::size_t size)
 {
     const std::string name = "authorities.pem";
     std::string path = size % 2 == name.size() % 2 ? "" : "/";
-    while (path.size() + name.size() < size) path = "./" + path;
+    while (path.size() + name.size() < size) path.insert(0, "./");
     return path + name;
 }
 
