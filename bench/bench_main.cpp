@@ -17,20 +17,24 @@ class RatioReporter : public benchmark::ConsoleReporter
         ConsoleReporter::ReportRuns(runs);
         for (const Run& run : runs) {
             if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median") {
-                medians_[run.run_name.function_name + arguments(run)] = run.GetAdjustedRealTime();
+                medians_[run.run_name.function_name + arguments(run)] = {run.GetAdjustedRealTime(),
+                                                                         run.GetAdjustedCPUTime()};
             }
         }
     }
 
     void print_ratios() const
     {
-        std::puts("\nMedians as a multiple of the floor of the same run:");
+        std::puts(
+            "\nMedians as a multiple of the floor of the same run, by the clock and in processor time:");
         for (const auto& [name, time] : medians_) {
             const std::size_t slash = name.find('/');
             const std::string floor_name =
                 name.substr(0, slash) + "_floor" + (slash == std::string::npos ? "" : name.substr(slash));
             const auto floor = medians_.find(floor_name);
-            if (floor != medians_.end()) std::printf("  %-48s %6.2f\n", name.c_str(), time / floor->second);
+            if (floor == medians_.end()) continue;
+            std::printf("  %-48s %6.2f %6.2f\n", name.c_str(), time.real / floor->second.real,
+                        time.processor / floor->second.processor);
         }
     }
 
@@ -40,7 +44,11 @@ class RatioReporter : public benchmark::ConsoleReporter
         return run.run_name.args.empty() ? "" : "/" + run.run_name.args;
     }
 
-    std::map<std::string, double> medians_;
+    struct Median {
+        double real;
+        double processor;
+    };
+    std::map<std::string, Median> medians_;
 };
 
 } // namespace

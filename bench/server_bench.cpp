@@ -105,13 +105,29 @@ void bare(benchmark::State& state)
 
 } // namespace
 
-BENCHMARK(entry<Channel::kPlain>)->Name("http")->UseRealTime();
-BENCHMARK(bare<Channel::kPlain>)->Name("http_floor")->UseRealTime();
-BENCHMARK(entry<Channel::kTls>)->Name("tls")->UseRealTime();
-BENCHMARK(bare<Channel::kTls>)->Name("tls_floor")->UseRealTime();
-BENCHMARK(entry<Channel::kTls12>)->Name("tls12")->UseRealTime();
-BENCHMARK(bare<Channel::kTls12>)->Name("tls12_floor")->UseRealTime();
-BENCHMARK(entry<Channel::kTls>)->Name("tls_threads")->Threads(kThreads)->UseRealTime();
-BENCHMARK(bare<Channel::kTls>)->Name("tls_threads_floor")->Threads(kThreads)->UseRealTime();
-BENCHMARK(entry<Channel::kTls12>)->Name("tls12_threads")->Threads(kThreads)->UseRealTime();
-BENCHMARK(bare<Channel::kTls12>)->Name("tls12_threads_floor")->Threads(kThreads)->UseRealTime();
+BENCHMARK(entry<Channel::kPlain>)->Name("http")->MeasureProcessCPUTime()->UseRealTime();
+BENCHMARK(bare<Channel::kPlain>)->Name("http_floor")->MeasureProcessCPUTime()->UseRealTime();
+BENCHMARK(entry<Channel::kTls>)->Name("tls")->MeasureProcessCPUTime()->UseRealTime();
+BENCHMARK(bare<Channel::kTls>)->Name("tls_floor")->MeasureProcessCPUTime()->UseRealTime();
+BENCHMARK(entry<Channel::kTls12>)->Name("tls12")->MeasureProcessCPUTime()->UseRealTime();
+BENCHMARK(bare<Channel::kTls12>)->Name("tls12_floor")->MeasureProcessCPUTime()->UseRealTime();
+BENCHMARK(entry<Channel::kTls>)
+    ->Name("tls_threads")
+    ->Threads(kThreads)
+    ->MeasureProcessCPUTime()
+    ->UseRealTime();
+BENCHMARK(bare<Channel::kTls>)
+    ->Name("tls_threads_floor")
+    ->Threads(kThreads)
+    ->MeasureProcessCPUTime()
+    ->UseRealTime();
+BENCHMARK(entry<Channel::kTls12>)
+    ->Name("tls12_threads")
+    ->Threads(kThreads)
+    ->MeasureProcessCPUTime()
+    ->UseRealTime();
+BENCHMARK(bare<Channel::kTls12>)
+    ->Name("tls12_threads_floor")
+    ->Threads(kThreads)
+    ->MeasureProcessCPUTime()
+    ->UseRealTime();

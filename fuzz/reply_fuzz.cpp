@@ -1,5 +1,6 @@
-// What a service may answer. The first byte of the input chooses the operation, and by its highest bit whether
-// texts are UTF-8; the rest is what arrives on the connection, HTTP header included. What is read goes through the conversion, as it does in the entries.
+// What a service may answer. The first byte of the input chooses the operation, and by its highest bit
+// whether texts are UTF-8; the rest is what arrives on the connection, HTTP header included. What is read
+// goes through the conversion, as it does in the entries.
 #include "conversion/events_from_soap.h"
 #include "conversion/file_attributes.h"
 #include "conversion/image_definition.h"

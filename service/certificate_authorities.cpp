@@ -22,7 +22,7 @@ namespace soapwrapper
 namespace
 {
 
-constexpr off_t kLargestFile = 64 << 20;
+constexpr off_t kLargestFile = 16 << 20;
 
 struct CloseFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
