@@ -1,6 +1,8 @@
 #ifndef SOAPWRAPPER_SIMULATOR_FRONT_SECRET_TEXT_H
 #define SOAPWRAPPER_SIMULATOR_FRONT_SECRET_TEXT_H
 
+#include <string.h>
+
 #include <cstddef>
 #include <cstring>
 #include <string_view>
