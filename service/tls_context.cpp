@@ -32,17 +32,23 @@ SSL_CTX* make_context(int oldest_version, X509_STORE* authorities)
     SSL_CTX* context = SSL_CTX_new(TLS_method());
     if (!context) return nullptr;
     SSL_CTX_set_options(context, SSL_OP_ALL);
-    SSL_CTX_set_min_proto_version(context, oldest_version);
+    const bool bounded = SSL_CTX_set_min_proto_version(context, oldest_version) == 1;
+    if (!bounded && oldest_version != TLS1_VERSION) { // older ones would be spoken against the settings
+        SSL_CTX_free(context);
+        return nullptr;
+    }
     SSL_CTX_set_max_proto_version(context, TLS1_3_VERSION);
     SSL_CTX_set_verify(context, SSL_VERIFY_NONE, nullptr);
     if (authorities) check_certificates(context, authorities);
     return context;
 }
 
+bool g_tls_has_begun = false;
+
 class SharedTls
 {
   public:
-    SharedTls() = default;
+    SharedTls() { g_tls_has_begun = true; }
     ~SharedTls() { SSL_CTX_free(context_); }
     SharedTls(const SharedTls&) = delete;
     SharedTls& operator=(const SharedTls&) = delete;
@@ -76,17 +82,11 @@ class SharedTls
     TlsSessions sessions_;
 };
 
-bool g_tls_has_begun = false;
-
 SharedTls& shared_tls()
 {
     // Started first, the TLS library is also ended last: behind the destructor that is registered next.
-    static SharedTls& shared = []() -> SharedTls& {
-        OPENSSL_init_ssl(0, nullptr);
-        static SharedTls made;
-        g_tls_has_begun = true;
-        return made;
-    }();
+    OPENSSL_init_ssl(0, nullptr);
+    static SharedTls shared;
     return shared;
 }
 

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "soapwrapperH.h"
 
@@ -133,7 +134,7 @@ class TextReader
         soap_wchar got = next();
         while (take(got)) got = next();
         soap_unget(context_, got);
-        return is_valid_utf8(text_) ? text_ : to_valid_utf8(text_);
+        return is_valid_utf8(text_) ? std::move(text_) : to_valid_utf8(text_);
     }
 
   private:

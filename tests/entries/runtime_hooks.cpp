@@ -138,12 +138,15 @@ __attribute__((visibility("default"))) int poll(pollfd* descriptors, nfds_t coun
 __attribute__((visibility("default"))) int select(int count, fd_set* readable, fd_set* writable,
                                                   fd_set* exceptional, timeval* timeout)
 {
-    if (hooks::t_network) {
-        return hooks::t_network->wait(
-            timeout ? static_cast<int>(timeout->tv_sec * 1000 + timeout->tv_usec / 1000) : -1);
-    }
-    return hooks::next<int(int, fd_set*, fd_set*, fd_set*, timeval*)>("select")(count, readable, writable,
-                                                                                exceptional, timeout);
+    const int milliseconds =
+        timeout ? static_cast<int>(timeout->tv_sec * 1000 + timeout->tv_usec / 1000) : -1;
+    if (hooks::t_network) return hooks::t_network->wait(milliseconds);
+    const auto wait = hooks::next<int(int, fd_set*, fd_set*, fd_set*, timeval*)>("select");
+    const bool has_limit = hooks::t_limits && milliseconds > 0;
+    timeval none = {0, 0};
+    const int ready = wait(count, readable, writable, exceptional, has_limit ? &none : timeout);
+    if (has_limit && ready == 0) hooks::t_limits->passed(milliseconds);
+    return ready;
 }
 
 } // extern "C"

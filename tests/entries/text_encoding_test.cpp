@@ -92,7 +92,7 @@ TEST_F(Utf8, KeepsTheTagsWithinATextAsTheyStand)
     EXPECT_EQ(server_in_reply(text), text);
 }
 
-TEST_F(Utf8, SendsABytesThatIsNoPartOfACharacterAsItsLatin1Character)
+TEST_F(Utf8, SendsAByteThatIsNoPartOfACharacterAsItsLatin1Character)
 {
     EXPECT_EQ(token_in_request("a\xFCz"), "a\xC3\xBCz");
     EXPECT_EQ(token_in_request("\xE6\xA9"), "\xC3\xA6\xC2\xA9") << "cut at its end";
