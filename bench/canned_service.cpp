@@ -1,6 +1,7 @@
 #include "bench/canned_service.h"
 
-#include <arpa/inet.h>
+#include "tests/kit/loopback.h"
+
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
@@ -18,19 +19,10 @@ namespace
 
 constexpr std::size_t kManyTickets = 100;
 
-sockaddr_in loopback(int port)
-{
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<std::uint16_t>(port));
-    return address;
-}
-
 int connected_socket(int port)
 {
     const int descriptor = socket(AF_INET, SOCK_STREAM, 0);
-    const sockaddr_in address = loopback(port);
+    const sockaddr_in address = kit::loopback(port);
     if (connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         throw std::runtime_error("can't connect");
     }
@@ -68,7 +60,7 @@ CannedService::CannedService(Choice choice, Channel channel, int threads)
     : choice_(std::move(choice)), context_(make_context(channel))
 {
     listener_ = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address = loopback(0);
+    sockaddr_in address = kit::loopback(0);
     socklen_t size = sizeof address;
     if (bind(listener_, reinterpret_cast<sockaddr*>(&address), size) != 0 || listen(listener_, 128) != 0 ||
         getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &size) != 0) {

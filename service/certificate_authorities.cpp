@@ -1,5 +1,7 @@
 #include "service/certificate_authorities.h"
 
+#include "plugin/base/file.h"
+
 #include <fcntl.h>
 #include <openssl/bio.h>
 #include <openssl/err.h>
@@ -24,10 +26,6 @@ namespace
 
 constexpr off_t kLargestFile = 16 << 20;
 
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
 using Bio = std::unique_ptr<BIO, decltype(&BIO_free_all)>;
 using Certificate = std::unique_ptr<X509, decltype(&X509_free)>;
 

@@ -1,6 +1,7 @@
 #include "service/configuration.h"
 
 #include "plugin/base/bounded_text.h"
+#include "plugin/base/file.h"
 #include "plugin/base/plugin_globals.h"
 #include "plugin/base/session_log.h"
 #include "plugin/host/host_records.h"
@@ -22,11 +23,6 @@ namespace
 
 constexpr char kFileName[] = "/soapwrapper.conf";
 constexpr char kReadAndCloseOnExec[] = "re";
-
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
 
 // In the library's directory. A path without a slash is kept whole, and the name goes behind it.
 std::string configuration_path()

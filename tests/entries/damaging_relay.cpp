@@ -1,8 +1,8 @@
 #include "tests/entries/damaging_relay.h"
 
+#include "tests/kit/loopback.h"
 #include "tests/kit/require.h"
 
-#include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -10,21 +10,11 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <cstdint>
 #include <cstdlib>
 #include <utility>
 
 namespace
 {
-
-sockaddr_in loopback(int port)
-{
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<std::uint16_t>(port));
-    return address;
-}
 
 void send_at_once(int socket)
 {
@@ -48,7 +38,7 @@ bool send_all(int socket, const char* bytes, std::size_t count)
 DamagingRelay::DamagingRelay(int service_port)
     : service_port_(service_port), listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
 {
-    sockaddr_in address = loopback(0);
+    sockaddr_in address = kit::loopback(0);
     socklen_t size = sizeof address;
     kit::require(bind(listener_, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
                      listen(listener_, 8) == 0 && pipe2(wake_, O_CLOEXEC) == 0 &&
@@ -94,7 +84,7 @@ void DamagingRelay::serve()
 void DamagingRelay::relay(int client, std::optional<Plan> plan) const
 {
     const int service = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const sockaddr_in address = loopback(service_port_);
+    const sockaddr_in address = kit::loopback(service_port_);
     bool alive = connect(service, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     send_at_once(client);
     send_at_once(service);

@@ -1,8 +1,8 @@
 #include "tests/kit/scripted_service.h"
 
+#include "tests/kit/loopback.h"
 #include "tests/kit/stream.h"
 
-#include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <poll.h>
@@ -28,9 +28,7 @@ constexpr std::string_view kFatalAlert("\x15\x03\x03\x00\x02\x02\x28", 7); // th
 std::pair<int, int> bound_socket()
 {
     const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in address = loopback(0);
     socklen_t size = sizeof address;
     if (descriptor < 0 || bind(descriptor, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
         getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
