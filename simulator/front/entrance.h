@@ -4,6 +4,7 @@
 #define SOAPWRAPPER_SIMULATOR_FRONT_ENTRANCE_H
 
 #include "simulator/front/descriptor.h"
+#include "simulator/front/http.h"
 #include "simulator/front/session_tickets.h"
 #include "simulator/front/tls_identity.h"
 #include "simulator/front/tls_version.h"
@@ -22,6 +23,7 @@ struct Listener {
     Descriptor socket;
     std::optional<TlsIdentity> tls; // without one, plain HTTP
     TlsVersion newest_tls = TlsVersion::kTls13;
+    Serves serves = Serves::kHosts;
 };
 
 // Whom the library tells of its connections and their requests.
