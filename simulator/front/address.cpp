@@ -2,6 +2,7 @@
 
 #include "simulator/front/descriptor.h"
 
+#include <arpa/inet.h>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -93,6 +94,16 @@ Descriptor listen_on(const Address& address)
                                  "the port is in use; name another one, or 0 to have a free one drawn");
     }
     throw std::runtime_error(trouble + std::strerror(errno));
+}
+
+bool is_loopback(const Address& address)
+{
+    constexpr std::uint32_t kNet = 127;
+    in_addr four{};
+    if (inet_pton(AF_INET, address.host.c_str(), &four) == 1) return ntohl(four.s_addr) >> 24 == kNet;
+    in6_addr six{};
+    if (inet_pton(AF_INET6, address.host.c_str(), &six) != 1) return false;
+    return IN6_IS_ADDR_LOOPBACK(&six) || (IN6_IS_ADDR_V4MAPPED(&six) && six.s6_addr[12] == kNet);
 }
 
 Address address_of(int socket, bool peer)

@@ -26,6 +26,9 @@ std::string to_string(const Address& address);
 // A listening socket that doesn't block. Throws a std::runtime_error with a text for the user.
 Descriptor listen_on(const Address& address);
 
+// Whether it is a number that this machine alone reaches.
+bool is_loopback(const Address& address);
+
 // The address that a socket is bound to or, with `peer`, connected to.
 Address address_of(int socket, bool peer = false);
 

@@ -3,20 +3,18 @@
 #include "simulator/front/address.h"
 #include "simulator/front/http.h"
 #include "simulator/front/limits.h"
+#include "simulator/front/request_head.h"
+#include "simulator/front/routes.h"
 
 #include <microhttpd.h>
 #include <poll.h>
-#include <strings.h>
 #include <sys/socket.h>
 #include <sys/types.h>
 
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -37,47 +35,14 @@ int fd_of(MHD_Connection* connection)
     return MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
 }
 
-const char* field_of(MHD_Connection* connection, const char* name)
-{
-    return MHD_lookup_connection_value(connection, MHD_HEADER_KIND, name);
-}
-
-// The library takes the first of several lengths for the right one.
-bool has_several_lengths(MHD_Connection* connection)
-{
-    int lengths = 0;
-    MHD_get_connection_values(
-        connection, MHD_HEADER_KIND,
-        [](void* count, MHD_ValueKind, const char* name, const char*) {
-            if (strcasecmp(name, MHD_HTTP_HEADER_CONTENT_LENGTH) == 0) ++*static_cast<int*>(count);
-            return MHD_YES;
-        },
-        &lengths);
-    return lengths > 1;
-}
-
-// An HTTP status, or 0 if all is well.
-int judge_head(MHD_Connection* connection, std::string_view method, std::string_view version)
-{
-    const MHD_ConnectionInfo* info =
-        MHD_get_connection_info(connection, MHD_CONNECTION_INFO_REQUEST_HEADER_SIZE);
-    if (info->header_size > kMaxHead) return MHD_HTTP_REQUEST_HEADER_FIELDS_TOO_LARGE;
-    if (version.substr(0, 7) != "HTTP/1." || has_several_lengths(connection)) return MHD_HTTP_BAD_REQUEST;
-    if (field_of(connection, MHD_HTTP_HEADER_TRANSFER_ENCODING)) return MHD_HTTP_LENGTH_REQUIRED;
-    const char* encoding = field_of(connection, MHD_HTTP_HEADER_CONTENT_ENCODING);
-    if (encoding && strcasecmp(encoding, "identity") != 0) return MHD_HTTP_UNSUPPORTED_MEDIA_TYPE;
-    const char* length = field_of(connection, MHD_HTTP_HEADER_CONTENT_LENGTH);
-    if (!length) return method == MHD_HTTP_METHOD_POST ? MHD_HTTP_LENGTH_REQUIRED : 0;
-    std::size_t number = 0; // the library lets digits pass only
-    std::from_chars(length, length + std::strlen(length), number);
-    return number > kMaxBody ? MHD_HTTP_CONTENT_TOO_LARGE : 0;
-}
-
 } // namespace
 
-Connection::Connection(Id id, MHD_Connection* carried, bool is_tls, const Limits& limits, int wake_fd)
-    : id_(id), carried_(carried), fd_(fd_of(carried)), client_(to_string(address_of(fd_, true))),
-      is_tls_(is_tls), limits_(limits), wake_fd_(wake_fd), deadline_(Clock::now() + limits.for_request)
+Connection::Connection(Id id, MHD_Connection* carried, bool is_tls, Serves serves, const Limits& limits,
+                       int wake_fd)
+    : id_(id), carried_(carried), fd_(fd_of(carried)), reached_(address_of(fd_)),
+      peer_(address_of(fd_, true)), client_(to_string(peer_)), is_tls_(is_tls),
+      visitors_(visitors_of(serves, is_loopback(reached_))), limits_(limits), wake_fd_(wake_fd),
+      deadline_(Clock::now() + limits.for_request)
 {
 }
 
@@ -91,11 +56,14 @@ MHD_Result Connection::take_head(const std::vector<Route>& routes, const char* m
 {
     request_.method = method;
     request_.path = path;
-    const Choice choice = choose_route(routes, request_.method, request_.path);
+    const Choice choice = choose_route(routes, visitors_, request_.method, request_.path);
     route_ = choice.route;
     const int status = judge_head(carried_, method, version);
     if (status == MHD_HTTP_BAD_REQUEST || (route_ && status != 0)) return refuse(refusal(status));
-    return route_ ? MHD_YES : refuse(choice.refused);
+    if (!route_) return refuse(choice.refused);
+    request_.query = values_of(carried_, MHD_GET_ARGUMENT_KIND);
+    request_.fields = values_of(carried_, MHD_HEADER_KIND);
+    return MHD_YES;
 }
 
 MHD_Result Connection::take_body(const char* data, std::size_t size)
@@ -109,6 +77,8 @@ Request Connection::take_request()
     Request request = std::move(request_);
     request.client = client_;
     request.is_tls = is_tls_;
+    request.server = to_string(reached_);
+    request.is_from_loopback = is_loopback(peer_);
     return request;
 }
 

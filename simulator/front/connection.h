@@ -2,8 +2,10 @@
 #ifndef SOAPWRAPPER_SIMULATOR_FRONT_CONNECTION_H
 #define SOAPWRAPPER_SIMULATOR_FRONT_CONNECTION_H
 
+#include "simulator/front/address.h"
 #include "simulator/front/http.h"
 #include "simulator/front/limits.h"
+#include "simulator/front/routes.h"
 
 #include <microhttpd.h>
 #include <sys/types.h>
@@ -28,7 +30,7 @@ class Connection
     };
 
     // `limits` must outlive the connection. The event descriptor wakes who runs the library.
-    Connection(Id id, MHD_Connection* carried, bool is_tls, const Limits& limits, int wake_fd);
+    Connection(Id id, MHD_Connection* carried, bool is_tls, Serves serves, const Limits& limits, int wake_fd);
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
@@ -71,8 +73,11 @@ class Connection
     const Id id_;
     MHD_Connection* const carried_;
     const int fd_;
+    const Address reached_; // the address of ours
+    const Address peer_;
     const std::string client_;
     const bool is_tls_;
+    const Visitors visitors_;
     const Limits& limits_;
     const int wake_fd_;
     Stage stage_ = Stage::kReading;

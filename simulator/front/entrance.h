@@ -42,6 +42,7 @@ class Entrance
 
     int listening_fd() const { return listener_.socket.get(); }
     bool is_tls() const { return listener_.tls.has_value(); }
+    Serves serves() const { return listener_.serves; }
     // One more client. False, with errno, if none could be accepted.
     bool accept();
     void close();

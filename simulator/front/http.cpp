@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace soapwrapper::simulator
 {
@@ -39,22 +38,6 @@ Answer refusal(int status)
 {
     const std::string reason = MHD_get_reason_phrase_for(static_cast<unsigned>(status));
     return {status, "text/plain", std::to_string(status) + " " + reason + "\n", {}, nullptr};
-}
-
-Choice choose_route(const std::vector<Route>& routes, const std::string& method, const std::string& path)
-{
-    const bool is_known =
-        std::any_of(routes.begin(), routes.end(), [&path](const Route& route) { return route.path == path; });
-    std::string allowed;
-    for (const Route& route : routes) {
-        if (route.path != (is_known ? path : std::string())) continue;
-        if (route.method == method) return {&route, {}};
-        allowed.append(allowed.empty() ? "" : ", ").append(route.method);
-    }
-    if (allowed.empty()) return {nullptr, refusal(MHD_HTTP_NOT_FOUND)};
-    Choice choice{nullptr, refusal(MHD_HTTP_METHOD_NOT_ALLOWED)};
-    choice.refused.fields.emplace_back(MHD_HTTP_HEADER_ALLOW, allowed);
-    return choice;
 }
 
 } // namespace soapwrapper::simulator

@@ -64,7 +64,9 @@ enum class Audience { kHosts, kPeople, kAll };
 
 struct Route {
     std::string method; // empty: all
-    std::string path;   // "/*" at its end: all paths below; empty: whatever no other route has
+    // "/*" at its end: all paths below; empty: whatever no other route has. The path decides first: a method
+    // that no route of the path has is refused.
+    std::string path;
     Handler handler;
     Audience audience = Audience::kHosts;
 };
@@ -74,13 +76,6 @@ enum class Serves { kHosts, kHostsAndPeopleOnLoopback, kPeople };
 
 // An answer that says no more than its status.
 Answer refusal(int status);
-
-// The route that a request takes, or the answer if there is none.
-struct Choice {
-    const Route* route = nullptr;
-    Answer refused;
-};
-Choice choose_route(const std::vector<Route>& routes, const std::string& method, const std::string& path);
 
 } // namespace soapwrapper::simulator
 

@@ -93,7 +93,8 @@ void Server::on_connection(void* self, MHD_Connection* carried, void** context,
     if (code == MHD_CONNECTION_NOTIFY_STARTED) {
         const Id id = server.next_id_++;
         const auto [place, is_new] = server.connections_.try_emplace(
-            id, id, carried, server.accepting_->is_tls(), server.limits_, server.workers_.reply_fd());
+            id, id, carried, server.accepting_->is_tls(), server.accepting_->serves(), server.limits_,
+            server.workers_.reply_fd());
         *context = &place->second;
         server.accepting_->prepare(carried);
     } else {

@@ -1,14 +1,13 @@
 // What the front of the simulator does with clients, whatever is served behind it.
 #include "simulator/front/address.h"
 #include "simulator/front/entrance.h"
-#include "simulator/front/server.h"
 #include "simulator/front/tls_identity.h"
+#include "tests/parts/simulator_front.h"
 #include "tests/system/soap_client.h"
 
 #include <gmock/gmock.h>
 
 #include <poll.h>
-#include <sys/eventfd.h>
 #include <sys/socket.h>
 
 #include <atomic>
@@ -18,87 +17,18 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace
 {
 
-using namespace soapwrapper::simulator;
+using namespace simulator_front;
 using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
-
-// A server on a socket of the loopback, in a thread of its own.
-class RunningServer
-{
-  public:
-    RunningServer(const Limits& limits, std::vector<Route> routes) : stop_(eventfd(0, EFD_CLOEXEC))
-    {
-        std::vector<Listener> listeners;
-        listeners.push_back({listen_on({"127.0.0.1", 0}), std::nullopt});
-        port_ = address_of(listeners.front().socket.get()).port;
-        server_.emplace(
-            std::move(listeners), std::move(routes), 2, log_, stop_.get(), [this] { told_ = true; }, limits);
-        thread_ = std::thread([this] { is_all_done_ = server_->run(); });
-    }
-    RunningServer(const Limits& limits, Handler handler)
-        : RunningServer(limits, std::vector<Route>{{"POST", "", std::move(handler)}})
-    {
-    }
-    ~RunningServer()
-    {
-        stop();
-        EXPECT_TRUE(told_);
-    }
-
-    int port() const { return port_; }
-    // What the server's run came to.
-    bool stop()
-    {
-        eventfd_write(stop_.get(), 1);
-        if (thread_.joinable()) thread_.join();
-        return is_all_done_;
-    }
-
-  private:
-    Descriptor stop_;
-    RequestLog log_{false};
-    std::uint16_t port_ = 0;
-    bool told_ = false;
-    bool is_all_done_ = false;
-    std::optional<Server> server_;
-    std::thread thread_;
-};
-
-const std::string kEmptyPost = "POST / HTTP/1.1\r\nHost: x\r\nContent-Length: 0\r\n\r\n";
-
-Answer text_answer(std::string text)
-{
-    return {200, "text/plain", std::move(text), {}, nullptr};
-}
-
-Handler says(const std::string& text)
-{
-    return [text](const Request&) { return text_answer(text); };
-}
-
-HttpReply get(const RunningServer& server, const std::string& path)
-{
-    const ClientSocket client(server.port());
-    client.send("GET " + path + " HTTP/1.1\r\nHost: x\r\n\r\n");
-    return parse_reply(client.receive_all());
-}
-
-// As much as has come once the text has; all that came if it never does.
-std::string receive_until(const ClientSocket& client, const std::string& text)
-{
-    std::string all;
-    char byte = 0;
-    while (all.find(text) == std::string::npos && recv(client.fd(), &byte, 1, 0) == 1) all += byte;
-    return all;
-}
 
 TEST(SimulatorServer, AClientThatIsTooSlowWithItsRequestIsDropped)
 {
