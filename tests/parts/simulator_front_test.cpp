@@ -326,6 +326,32 @@ TEST_F(SimulatorStream, MoreAtOnceThanMayWaitEndsItAndMakesRoom)
     EXPECT_EQ(parse_reply(slow.receive_all()).body, "hello");
 }
 
+TEST(SimulatorServer, AStreamWhoseClientVanishesWhileMoreIsSentThanItTakesIsTold)
+{
+    Limits limits;
+    limits.connections = 1;
+    limits.for_answer = std::chrono::hours(1);
+    Listener narrow = listener();
+    const int few_bytes = 4096; // less than what is sent, even with what the client's side takes
+    setsockopt(narrow.socket.get(), SOL_SOCKET, SO_SNDBUF, &few_bytes, sizeof few_bytes);
+    const auto stream = std::make_shared<AnswerStream>();
+    const RunningServer server(limits,
+                               {{"GET", "/events",
+                                 [&stream](const Request&) {
+                                     return Answer{200, "text/event-stream", "", {}, stream};
+                                 }},
+                                {"GET", "/", says("hello")}},
+                               std::move(narrow));
+    ClientSocket vanishing(server.port());
+    setsockopt(vanishing.fd(), SOL_SOCKET, SO_RCVBUF, &few_bytes, sizeof few_bytes);
+    vanishing.send(get_text("/events"));
+    ASSERT_TRUE(stream->append("begun" + std::string(AnswerStream::kMaxWaiting - 5, 'x')));
+    receive_until(vanishing, "begun");
+    vanishing.reset();
+    EXPECT_EQ(get(server, "/").body, "hello"); // there is room once the other one is gone
+    EXPECT_FALSE(stream->append(""));
+}
+
 TEST_F(SimulatorStream, AStopEndsIt)
 {
     client_.send(kGetEvents);
