@@ -3,11 +3,14 @@
 #include "simulator/front/address.h"
 #include "simulator/front/http.h"
 #include "simulator/front/limits.h"
+#include "simulator/front/parted_body.h"
+#include "simulator/front/past_library.h"
 #include "simulator/front/request_head.h"
 #include "simulator/front/routes.h"
 
 #include <microhttpd.h>
 #include <poll.h>
+#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <sys/types.h>
 
@@ -23,7 +26,7 @@ namespace soapwrapper::simulator
 namespace
 {
 
-constexpr std::size_t kStreamBlock = 16 * 1024;
+constexpr std::size_t kBlock = 16 * 1024;
 
 struct DestroyResponse {
     void operator()(MHD_Response* response) const { MHD_destroy_response(response); }
@@ -98,7 +101,22 @@ void Connection::answer(Answer answer)
 
 MHD_Result Connection::give_answer()
 {
-    return stage_ == Stage::kAnswering ? queue(std::move(answer_)) : MHD_NO;
+    if (stage_ != Stage::kAnswering) return MHD_NO;
+    switch (answer_.delivery) {
+    case Delivery::kWhole:
+    case Delivery::kDribble:
+    case Delivery::kCut:
+        return queue(std::move(answer_));
+    case Delivery::kNothing:
+        break;
+    case Delivery::kReset:
+        reset_peer(fd_);
+        break;
+    case Delivery::kRaw:
+        send_raw(carried_, answer_.body);
+        break;
+    }
+    return MHD_NO; // by which the library ends the connection
 }
 
 // The library has no way to drop a client of its own accord, but sees that its socket has ended.
@@ -107,18 +125,28 @@ void Connection::drop()
     if (answer_.stream) answer_.stream->close();
     shutdown(fd_, SHUT_RDWR);
     if (stage_ == Stage::kServing) MHD_resume_connection(carried_);
+    go_on();
     stage_ = Stage::kDropped;
+}
+
+void Connection::go_on()
+{
+    if (!is_paused()) return;
+    pause_end_ = Clock::time_point::max();
+    MHD_resume_connection(carried_);
+    eventfd_write(wake_fd_, 1); // a resumption by itself isn't a reason to run the library
 }
 
 int Connection::events_to_watch() const
 {
-    if (stage_ == Stage::kServing) return 0; // a client that only sends no more still waits for its answer
+    // A client that only sends no more still waits for its answer.
+    if (stage_ == Stage::kServing || is_paused()) return 0;
     return stage_ == Stage::kAnswering && answer_.stream && answer_.stream->is_waiting() ? POLLRDHUP : -1;
 }
 
 Clock::time_point Connection::deadline() const
 {
-    const bool has_time = stage_ == Stage::kServing || stage_ == Stage::kDropped ||
+    const bool has_time = stage_ == Stage::kServing || stage_ == Stage::kDropped || is_paused() ||
                           (answer_.stream && answer_.stream->is_waiting());
     return has_time ? Clock::time_point::max() : deadline_;
 }
@@ -133,18 +161,7 @@ MHD_Result Connection::refuse(const Answer& refusal)
 
 MHD_Result Connection::queue(Answer answer)
 {
-    Response response;
-    if (answer.stream) {
-        answer_.stream = answer.stream;
-        response.reset(
-            MHD_create_response_from_callback(MHD_SIZE_UNKNOWN, kStreamBlock, read_stream, this, nullptr));
-    } else {
-        auto body = std::make_unique<std::string>(std::move(answer.body));
-        response.reset(MHD_create_response_from_buffer_with_free_callback_cls(
-            body->size(), body->data(), [](void* text) { delete static_cast<std::string*>(text); },
-            body.get()));
-        if (response) body.release();
-    }
+    const Response response(make_response(answer));
     if (!response) return MHD_NO;
     answer.fields.emplace_back(MHD_HTTP_HEADER_SERVER, "soapwrapper-sim");
     answer.fields.emplace_back(MHD_HTTP_HEADER_CONTENT_TYPE, answer.content_type);
@@ -153,6 +170,26 @@ MHD_Result Connection::queue(Answer answer)
         MHD_add_response_header(response.get(), name.c_str(), value.c_str());
     }
     return MHD_queue_response(carried_, static_cast<unsigned>(answer.status), response.get());
+}
+
+MHD_Response* Connection::make_response(Answer& answer)
+{
+    if (answer.stream) {
+        answer_.stream = answer.stream;
+        return MHD_create_response_from_callback(MHD_SIZE_UNKNOWN, kBlock, read_stream, this, nullptr);
+    }
+    if (answer.delivery == Delivery::kWhole) {
+        auto body = std::make_unique<std::string>(std::move(answer.body));
+        MHD_Response* const response = MHD_create_response_from_buffer_with_free_callback_cls(
+            body->size(), body->data(), [](void* text) { delete static_cast<std::string*>(text); },
+            body.get());
+        if (response) body.release();
+        return response;
+    }
+    body_ = answer.delivery == Delivery::kCut
+                ? PartedBody::cut(std::move(answer.body))
+                : PartedBody::dribbled(std::move(answer.body), answer.dribble_time, Clock::now());
+    return MHD_create_response_from_callback(body_->size(), kBlock, read_body, this, nullptr);
 }
 
 ssize_t Connection::read_stream(void* self, std::uint64_t, char* buffer, std::size_t size)
@@ -166,6 +203,26 @@ ssize_t Connection::read_stream(void* self, std::uint64_t, char* buffer, std::si
     // whose last chunk can't be sent.
     shutdown(connection.fd_, SHUT_RDWR);
     return MHD_CONTENT_READER_END_OF_STREAM;
+}
+
+ssize_t Connection::read_body(void* self, std::uint64_t position, char* buffer, std::size_t size)
+{
+    Connection& connection = *static_cast<Connection*>(self);
+    const PartedBody& body = *connection.body_;
+    if (connection.stage_ == Stage::kDropped || body.ends_at(position)) {
+        // As with a stream: the library cleans up after what can't be sent.
+        shutdown(connection.fd_, SHUT_RDWR);
+        *buffer = '\0';
+        return 1;
+    }
+    const Clock::time_point now = Clock::now();
+    connection.deadline_ = now + connection.limits_.for_answer;
+    const std::size_t count = body.due(position, now).copy(buffer, size);
+    if (count == 0) {
+        connection.pause_end_ = body.due_time(position);
+        MHD_suspend_connection(connection.carried_);
+    }
+    return static_cast<ssize_t>(count);
 }
 
 } // namespace soapwrapper::simulator

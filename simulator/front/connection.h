@@ -5,6 +5,7 @@
 #include "simulator/front/address.h"
 #include "simulator/front/http.h"
 #include "simulator/front/limits.h"
+#include "simulator/front/parted_body.h"
 #include "simulator/front/routes.h"
 
 #include <microhttpd.h>
@@ -12,6 +13,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -61,14 +63,22 @@ class Connection
 
     // What to poll for while the library doesn't, to see that the client has gone; -1 if the library does.
     int events_to_watch() const;
-    bool has_stream() const { return answer_.stream != nullptr; }
-    // Never, while the request is being served or a stream has nothing to send.
+    // There is more to come of the answer than what is being sent.
+    bool goes_on() const { return answer_.stream || answer_.delivery == Delivery::kDribble; }
+    // Never, while the request is being served or the answer waits for something to send.
     Clock::time_point deadline() const;
+    // When go_on() is due, if the next piece of the answer has to wait; never, if not.
+    Clock::time_point pause_end() const { return pause_end_; }
+    // Lets the library ask for the next piece of the answer.
+    void go_on();
 
   private:
+    bool is_paused() const { return pause_end_ != Clock::time_point::max(); }
     MHD_Result refuse(const Answer& refusal);
     MHD_Result queue(Answer answer);
+    MHD_Response* make_response(Answer& answer);
     static ssize_t read_stream(void* self, std::uint64_t position, char* buffer, std::size_t size);
+    static ssize_t read_body(void* self, std::uint64_t position, char* buffer, std::size_t size);
 
     const Id id_;
     MHD_Connection* const carried_;
@@ -85,7 +95,9 @@ class Connection
     Request request_;
     const Route* route_ = nullptr;
     int refused_with_ = 0;
-    Answer answer_; // until it is given to the library; its stream for good
+    Answer answer_;                  // until it is given to the library; its stream for good
+    std::optional<PartedBody> body_; // if the answer is delivered in parts
+    Clock::time_point pause_end_ = Clock::time_point::max();
 };
 
 } // namespace soapwrapper::simulator

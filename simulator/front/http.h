@@ -42,7 +42,7 @@ enum class Delivery {
     kCut,     // the head tells the whole length; the connection ends after half of the body
     kNothing, // the connection ends without a byte
     kReset,   // the same, by a TCP reset
-    kRaw      // the body alone is sent, without a head; then the connection ends
+    kRaw      // the first kMaxRaw bytes of the body alone are sent, without a head; then the connection ends
 };
 
 struct Answer {

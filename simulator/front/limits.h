@@ -11,6 +11,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kMaxHead = 16 * 1024;
 constexpr std::size_t kMaxBody = 1024 * 1024;
+constexpr std::size_t kMaxRaw = 16 * 1024; // of an answer that is sent as it is
 
 // What clients get of the simulator's time and room.
 struct Limits {

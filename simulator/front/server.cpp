@@ -130,6 +130,7 @@ void Server::poll_once()
     poll_all();
     drop_vanished();
     deliver_replies();
+    end_pauses();
     for (Entrance& entrance : entrances_) entrance.run();
     sweep();
     auto polled = polled_.begin() + kFirstEntrance;
@@ -167,7 +168,8 @@ int Server::time_to_wait() const
     const Clock::time_point now = Clock::now();
     Clock::time_point next = stop_deadline_;
     if (accept_again_ > now) next = std::min(next, accept_again_);
-    for (const auto& [id, connection] : connections_) next = std::min(next, connection.deadline());
+    for (const auto& [id, connection] : connections_)
+        next = std::min({next, connection.deadline(), connection.pause_end()});
     for (const Entrance& entrance : entrances_) {
         if (const auto wait = entrance.time_to_wait()) next = std::min(next, now + *wait);
     }
@@ -192,10 +194,19 @@ void Server::deliver_replies()
         const auto found = connections_.find(reply.id);
         if (found != connections_.end() && found->second.stage() == Connection::Stage::kServing) {
             found->second.answer(std::move(reply.answer));
-            if (stopping_ && found->second.has_stream()) found->second.drop();
+            if (stopping_ && found->second.goes_on()) found->second.drop();
         } else if (reply.answer.stream) {
             reply.answer.stream->close();
         }
+    }
+}
+
+// Of answers that are delivered a piece at a time.
+void Server::end_pauses()
+{
+    const Clock::time_point now = Clock::now();
+    for (auto& [id, connection] : connections_) {
+        if (connection.pause_end() <= now) connection.go_on();
     }
 }
 
@@ -251,7 +262,7 @@ void Server::begin_stop()
     stop_deadline_ = Clock::now() + limits_.for_stop;
     for (Entrance& entrance : entrances_) entrance.close();
     for (auto& [id, connection] : connections_) {
-        if (is_reading(connection) || connection.has_stream()) connection.drop();
+        if (is_reading(connection) || connection.goes_on()) connection.drop();
     }
     on_stop_();
 }

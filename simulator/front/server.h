@@ -57,6 +57,7 @@ class Server
     int time_to_wait() const;
     void drop_vanished();
     void deliver_replies();
+    void end_pauses();
     void sweep();
     void accept_from(Entrance& entrance);
     bool can_accept() const;
