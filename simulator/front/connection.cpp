@@ -42,10 +42,10 @@ int fd_of(MHD_Connection* connection)
 
 Connection::Connection(Id id, MHD_Connection* carried, bool is_tls, Serves serves, const Limits& limits,
                        int wake_fd)
-    : id_(id), carried_(carried), fd_(fd_of(carried)), reached_(address_of(fd_)),
-      peer_(address_of(fd_, true)), client_(to_string(peer_)), is_tls_(is_tls),
-      visitors_(visitors_of(serves, is_loopback(reached_))), limits_(limits), wake_fd_(wake_fd),
-      deadline_(Clock::now() + limits.for_request)
+    : id_(id), carried_(carried), fd_(fd_of(carried)), server_(to_string(address_of(fd_))),
+      client_(to_string(address_of(fd_, true))), is_from_loopback_(is_loopback(address_of(fd_, true))),
+      is_tls_(is_tls), visitors_(visitors_of(serves, is_loopback(address_of(fd_)))), limits_(limits),
+      wake_fd_(wake_fd), deadline_(Clock::now() + limits.for_request)
 {
 }
 
@@ -80,8 +80,8 @@ Request Connection::take_request()
     Request request = std::move(request_);
     request.client = client_;
     request.is_tls = is_tls_;
-    request.server = to_string(reached_);
-    request.is_from_loopback = is_loopback(peer_);
+    request.server = server_;
+    request.is_from_loopback = is_from_loopback_;
     return request;
 }
 
@@ -186,9 +186,10 @@ MHD_Response* Connection::make_response(Answer& answer)
         if (response) body.release();
         return response;
     }
-    body_ = answer.delivery == Delivery::kCut
-                ? PartedBody::cut(std::move(answer.body))
-                : PartedBody::dribbled(std::move(answer.body), answer.dribble_time, Clock::now());
+    body_ = std::make_unique<PartedBody>(
+        answer.delivery == Delivery::kCut
+            ? PartedBody::cut(std::move(answer.body))
+            : PartedBody::dribbled(std::move(answer.body), answer.dribble_time, Clock::now()));
     return MHD_create_response_from_callback(body_->size(), kBlock, read_body, this, nullptr);
 }
 

@@ -2,7 +2,6 @@
 #ifndef SOAPWRAPPER_SIMULATOR_FRONT_CONNECTION_H
 #define SOAPWRAPPER_SIMULATOR_FRONT_CONNECTION_H
 
-#include "simulator/front/address.h"
 #include "simulator/front/http.h"
 #include "simulator/front/limits.h"
 #include "simulator/front/parted_body.h"
@@ -13,7 +12,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -83,9 +82,9 @@ class Connection
     const Id id_;
     MHD_Connection* const carried_;
     const int fd_;
-    const Address reached_; // the address of ours
-    const Address peer_;
+    const std::string server_;
     const std::string client_;
+    const bool is_from_loopback_;
     const bool is_tls_;
     const Visitors visitors_;
     const Limits& limits_;
@@ -95,8 +94,8 @@ class Connection
     Request request_;
     const Route* route_ = nullptr;
     int refused_with_ = 0;
-    Answer answer_;                  // until it is given to the library; its stream for good
-    std::optional<PartedBody> body_; // if the answer is delivered in parts
+    Answer answer_;                    // until it is given to the library; its stream for good
+    std::unique_ptr<PartedBody> body_; // if the answer is delivered in parts
     Clock::time_point pause_end_ = Clock::time_point::max();
 };
 
