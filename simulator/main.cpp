@@ -15,6 +15,8 @@
 #include "simulator/service/interference.h"
 #include "simulator/service/service.h"
 #include "simulator/storage/model.h"
+#include "simulator/traffic/dump_folder.h"
+#include "simulator/traffic/recorder.h"
 
 #include <sys/signalfd.h>
 #include <unistd.h>
@@ -122,9 +124,12 @@ void simulate(const Options& options)
     const Descriptor stop_signals = take_stop_signals();
     Front front = open_front(options, std::move(identity));
     Model model(scenario, front.interfaces, options.credential);
-    Interference interference(options.faults, options.delays);
+    Interference interference(options.troubles);
     RequestLog log(options.verbose);
-    const Backend backend{model, interference, log, options.text_encoding};
+    Recorder recorder(options.credential);
+    std::optional<DumpFolder> dump;
+    if (!options.dump.empty()) dump.emplace(options.dump);
+    const Backend backend{model, interference, log, recorder, options.text_encoding, dump ? &*dump : nullptr};
     const Handler soap = [&backend](const Request& request) { return serve_request(backend, request); };
     Server server(std::move(front.listeners), {{"POST", "", soap}}, options.threads, log, stop_signals.get(),
                   [&interference] { interference.stop(); });

@@ -2,25 +2,21 @@
 
 #include "simulator/front/address.h"
 #include "simulator/front/tls_version.h"
+#include "simulator/option_error.h"
 #include "simulator/scenario/default_scenario.h"
-#include "simulator/service/interference.h"
-#include "simulator/service/service_operations.h"
+#include "simulator/service/operation_names.h"
 #include "simulator/service/text_encoding.h"
+#include "simulator/trouble_options.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
-#include <chrono>
 #include <cstring>
-#include <iterator>
 #include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
-#include <system_error>
-#include <utility>
 #include <vector>
 
 namespace soapwrapper::simulator
@@ -28,29 +24,7 @@ namespace soapwrapper::simulator
 namespace
 {
 
-constexpr std::string_view kOperations[] = {
-#define SOAPWRAPPER_NAME(name, answered) #name,
-    SOAPWRAPPER_SIMULATED_OPERATIONS(SOAPWRAPPER_NAME)
-#undef SOAPWRAPPER_NAME
-};
-
 constexpr unsigned kMaxThreads = 64;
-constexpr unsigned kMaxDelay = 60 * 60 * 1000;
-
-[[noreturn]] void refuse(const std::string& option, std::string_view value, const std::string& why)
-{
-    throw CLI::ValidationError(option, "\"" + std::string(value) + "\" " + why);
-}
-
-// The whole text as a number, within its type.
-template <class Number>
-std::optional<Number> number_in(std::string_view text)
-{
-    Number number{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-    return number;
-}
 
 Address address_in(const std::string& option, const std::string& text)
 {
@@ -69,51 +43,6 @@ std::string host_in(const std::string& option, const std::string& text)
     };
     if (host.empty() || !std::all_of(host.begin(), host.end(), fits)) refuse(option, text, "is not a host");
     return host;
-}
-
-// Splits OPERATION=REST and makes sure that there is such an operation.
-std::pair<std::string, std::string_view> rule_in(const std::string& option, std::string_view text)
-{
-    const std::size_t equals = text.find('=');
-    if (equals == std::string_view::npos) refuse(option, text, "has no \"=\" behind the operation");
-    const std::string_view operation = text.substr(0, equals);
-    if (std::find(std::begin(kOperations), std::end(kOperations), operation) == std::end(kOperations)) {
-        refuse(option, text, "doesn't begin with an operation of the service");
-    }
-    return {std::string(operation), text.substr(equals + 1)};
-}
-
-FaultRule fault_rule_in(const std::string& text)
-{
-    auto [operation, rest] = rule_in("--fault", text);
-    const std::size_t comma = rest.find(',');
-    const std::optional<int> code = number_in<int>(rest.substr(0, comma));
-    if (!code) refuse("--fault", text, "names no CODE in 32 bits");
-    FaultRule rule{std::move(operation), *code, std::nullopt};
-    if (comma != std::string_view::npos) {
-        rule.count = number_in<unsigned>(rest.substr(comma + 1));
-        if (!rule.count || *rule.count == 0) refuse("--fault", text, "has a COUNT that is not 1 or more");
-    }
-    return rule;
-}
-
-DelayRule delay_rule_in(const std::string& text)
-{
-    auto [operation, rest] = rule_in("--delay", text);
-    const std::optional<unsigned> milliseconds = number_in<unsigned>(rest);
-    if (!milliseconds || *milliseconds > kMaxDelay) {
-        refuse("--delay", text, "has MS that are not a number from 0 to " + std::to_string(kMaxDelay));
-    }
-    return {std::move(operation), std::chrono::milliseconds(*milliseconds)};
-}
-
-void add_delay(std::vector<DelayRule>& delays, const std::string& text)
-{
-    DelayRule rule = delay_rule_in(text);
-    for (const DelayRule& other : delays) {
-        if (other.operation == rule.operation) refuse("--delay", text, "is the second one for its operation");
-    }
-    delays.push_back(std::move(rule));
 }
 
 CLI::Option* add_file_option(CLI::App& app, const std::string& name, std::string& file,
@@ -159,6 +88,26 @@ void add_text_encoding_option(CLI::App& app, TextEncoding& encoding)
         ->default_str("Latin-1");
 }
 
+void add_trouble_options(CLI::App& app, std::vector<std::string>& faults, std::vector<std::string>& delays)
+{
+    app.add_option(
+           "--fault", faults,
+           "Fail the operation with CODE, or with the KIND of trouble, COUNT times or always; repeatable")
+        ->type_name("OPERATION=CODE|KIND[,COUNT]")
+        ->allow_extra_args(false);
+    app.add_option("--delay", delays,
+                   "Let the operation take MS milliseconds longer, or around MS with a long tail; repeatable")
+        ->type_name("OPERATION=MS[~SIGMA]")
+        ->allow_extra_args(false);
+}
+
+std::string operation_lines()
+{
+    std::string lines;
+    for (const std::string_view name : operation_names()) lines.append(name).append("\n");
+    return lines;
+}
+
 } // namespace
 
 CommandLine parse_command_line(const std::vector<std::string>& arguments)
@@ -169,6 +118,7 @@ CommandLine parse_command_line(const std::vector<std::string>& arguments)
     bool no_http = false;
     bool no_https = false;
     bool print_scenario = false;
+    bool list_operations = false;
     std::vector<std::string> faults;
     std::vector<std::string> delays;
 
@@ -198,12 +148,12 @@ CommandLine parse_command_line(const std::vector<std::string>& arguments)
         ->type_name("N")
         ->check(CLI::Range(1U, kMaxThreads))
         ->capture_default_str();
-    app.add_option("--fault", faults, "Fail the operation with CODE, COUNT times or always; repeatable")
-        ->type_name("OPERATION=CODE[,COUNT]")
-        ->allow_extra_args(false);
-    app.add_option("--delay", delays, "Let the operation take MS milliseconds longer; repeatable")
-        ->type_name("OPERATION=MS")
-        ->allow_extra_args(false);
+    add_trouble_options(app, faults, delays);
+    app.add_flag("--list-operations", list_operations,
+                 "Print what --fault and --delay take for OPERATION, and end");
+    app.add_option("--dump", options.dump, "Write every request and reply to files in this folder")
+        ->type_name("DIR")
+        ->check([](const std::string& given) { return given.empty() ? "names no folder" : ""; });
     app.add_flag("-v,--verbose", options.verbose, "Log every request on standard error");
 
     CommandLine result;
@@ -213,13 +163,16 @@ CommandLine parse_command_line(const std::vector<std::string>& arguments)
             result.text = default_scenario_text();
             return result;
         }
+        if (list_operations) {
+            result.text = operation_lines();
+            return result;
+        }
         if (no_http && no_https)
             throw CLI::ValidationError("--no-http and --no-https", "leave nothing to serve");
         options.http = no_http ? std::nullopt : std::optional(address_in("--http", http));
         options.https = no_https ? std::nullopt : std::optional(address_in("--https", https));
         if (advertise->count() > 0) options.advertise = host_in("--advertise", options.advertise);
-        for (const std::string& text : faults) options.faults.push_back(fault_rule_in(text));
-        for (const std::string& text : delays) add_delay(options.delays, text);
+        options.troubles = troubles_in(faults, delays);
         result.options = std::move(options);
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {

@@ -4,8 +4,8 @@
 
 #include "simulator/front/address.h"
 #include "simulator/front/tls_version.h"
-#include "simulator/service/interference.h"
 #include "simulator/service/text_encoding.h"
+#include "simulator/service/trouble.h"
 
 #include <optional>
 #include <string>
@@ -30,8 +30,8 @@ struct Options {
     TextEncoding text_encoding = TextEncoding::kLatin1;
     unsigned threads = 8;
     bool verbose = false;
-    std::vector<FaultRule> faults;
-    std::vector<DelayRule> delays;
+    std::vector<Trouble> troubles;
+    std::string dump; // a folder; empty: none
 };
 
 // What the command line comes to: options to start with, or a text to print and an exit code.

@@ -1,53 +1,140 @@
 #include "simulator/service/interference.h"
 
-#include "simulator/scenario/fault.h"
-
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdint>
+#include <iterator>
+#include <list>
 #include <mutex>
 #include <optional>
+#include <random>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace soapwrapper::simulator
 {
 
-Interference::Interference(const std::vector<FaultRule>& faults, const std::vector<DelayRule>& delays)
+Interference::Interference(std::vector<Trouble> troubles) : at_start_(std::move(troubles))
 {
-    for (const FaultRule& rule : faults) faults_[rule.operation].push_back(rule);
-    for (const DelayRule& rule : delays) delays_[rule.operation] = rule.delay;
+    for (const Trouble& trouble : at_start_) append(trouble);
 }
 
-void Interference::apply(const std::string& operation)
+std::vector<SetTrouble> Interference::list() const
 {
-    wait(operation);
-    if (const std::optional<int> code = next_fault(operation)) {
-        throw Fault(*code, operation + " fails on demand");
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return {troubles_.begin(), troubles_.end()};
+}
+
+std::uint64_t Interference::add(Trouble trouble)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return append(std::move(trouble));
+}
+
+bool Interference::remove(std::uint64_t number)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    bool is_there = false;
+    for (auto each = troubles_.begin(); each != troubles_.end();) {
+        const bool is_meant = each->number == number;
+        is_there = is_there || is_meant;
+        each = is_meant ? troubles_.erase(each) : std::next(each);
     }
+    // A delay that has been met often enough isn't listed any more, though somebody may still wait.
+    for (Wait& wait : waits_) {
+        if (wait.number == number) wait.is_over = is_there = true;
+    }
+    changed_.notify_all();
+    return is_there;
+}
+
+void Interference::clear()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    troubles_.clear();
+    end_waits();
+}
+
+void Interference::reset()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    troubles_.clear();
+    end_waits();
+    for (const Trouble& trouble : at_start_) append(trouble);
+}
+
+Met Interference::meet(const std::string& operation)
+{
+    std::unique_lock<std::mutex> lock(mutex_);
+    Met met;
+    met.was_delayed = wait(lock, operation);
+    const auto found = first(operation, false);
+    if (found != troubles_.end()) {
+        met.trouble = found->trouble;
+        hit(found);
+    }
+    return met;
 }
 
 void Interference::stop()
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     stopping_ = true;
-    stopped_.notify_all();
+    changed_.notify_all();
 }
 
-void Interference::wait(const std::string& operation)
+std::uint64_t Interference::append(Trouble trouble)
 {
-    std::unique_lock<std::mutex> lock(mutex_);
-    const auto delay = delays_.find(operation);
-    if (delay == delays_.end()) return;
-    stopped_.wait_for(lock, delay->second, [this] { return stopping_; });
+    if (troubles_.size() >= kMostTroubles) {
+        throw std::length_error("there are " + std::to_string(kMostTroubles) + " troubles already");
+    }
+    const std::optional<unsigned> left = trouble.count;
+    troubles_.push_back({++last_number_, std::move(trouble), left, 0});
+    return last_number_;
 }
 
-std::optional<int> Interference::next_fault(const std::string& operation)
+void Interference::end_waits()
 {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    const auto found = faults_.find(operation);
-    if (found == faults_.end() || found->second.empty()) return std::nullopt;
-    FaultRule& rule = found->second.front();
-    const int code = rule.code;
-    if (rule.count && --*rule.count == 0) found->second.pop_front();
-    return code;
+    for (Wait& wait : waits_) wait.is_over = true;
+    changed_.notify_all();
+}
+
+// False if the operation has no delay.
+bool Interference::wait(std::unique_lock<std::mutex>& lock, const std::string& operation)
+{
+    const auto delay = first(operation, true);
+    if (delay == troubles_.end()) return false;
+    const auto time = drawn_delay(delay->trouble, random_);
+    const auto own = waits_.insert(waits_.end(), {delay->number, false});
+    hit(delay);
+    changed_.wait_for(lock, time, [&] { return stopping_ || own->is_over; });
+    waits_.erase(own);
+    return true;
+}
+
+std::list<SetTrouble>::iterator Interference::first(const std::string& operation, bool is_delay)
+{
+    return std::find_if(troubles_.begin(), troubles_.end(), [&](const SetTrouble& each) {
+        return (each.trouble.kind == TroubleKind::kDelay) == is_delay && each.trouble.operation == operation;
+    });
+}
+
+void Interference::hit(std::list<SetTrouble>::iterator trouble)
+{
+    ++trouble->hits;
+    if (trouble->left && --*trouble->left == 0) troubles_.erase(trouble);
+}
+
+std::chrono::milliseconds drawn_delay(const Trouble& delay, std::mt19937_64& random)
+{
+    if (delay.sigma <= 0 || delay.time.count() <= 0) return delay.time;
+    const double median = static_cast<double>(delay.time.count());
+    const double drawn = std::lognormal_distribution<double>(std::log(median), delay.sigma)(random);
+    const double longest = static_cast<double>(kLongestTrouble.count());
+    return std::chrono::milliseconds(static_cast<std::chrono::milliseconds::rep>(std::min(drawn, longest)));
 }
 
 } // namespace soapwrapper::simulator

@@ -7,6 +7,8 @@
 #include "simulator/service/interference.h"
 #include "simulator/service/text_encoding.h"
 #include "simulator/storage/model.h"
+#include "simulator/traffic/dump_folder.h"
+#include "simulator/traffic/recorder.h"
 
 namespace soapwrapper::simulator
 {
@@ -16,7 +18,9 @@ struct Backend {
     Model& model;
     Interference& interference;
     RequestLog& log;
+    Recorder& recorder;
     TextEncoding text_encoding = TextEncoding::kLatin1;
+    DumpFolder* dump = nullptr; // if there is one, each request and reply is written there
 };
 
 // Never throws; any thread may call.

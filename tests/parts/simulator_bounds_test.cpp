@@ -104,10 +104,12 @@ class SimulatorKeeping : public testing::Test
     std::string ask(const std::string& operation, const std::string& content)
     {
         const std::string name = "n:" + operation;
-        const std::string body = "<e:Envelope xmlns:e=\"http://schemas.xmlsoap.org/soap/envelope/\" "
-                                 "xmlns:n=\"" SERVICE_NAMESPACE "\"><e:Body><" +
-                                 name + ">" + content + "</" + name + "></e:Body></e:Envelope>";
-        return serve_request(backend_, {"POST", "/", body, "a client", false}).body;
+        Request request;
+        request.method = "POST";
+        request.body = "<e:Envelope xmlns:e=\"http://schemas.xmlsoap.org/soap/envelope/\" "
+                       "xmlns:n=\"" SERVICE_NAMESPACE "\"><e:Body><" +
+                       name + ">" + content + "</" + name + "></e:Body></e:Envelope>";
+        return serve_request(backend_, request).body;
     }
     std::string open_list()
     {
@@ -121,9 +123,10 @@ class SimulatorKeeping : public testing::Test
     }
 
     Model model_{parse_scenario(kScenario), {}, "secret"};
-    Interference interference_{{}, {}};
+    Interference interference_;
     RequestLog log_{false};
-    const Backend backend_{model_, interference_, log_};
+    Recorder recorder_{"secret"};
+    const Backend backend_{model_, interference_, log_, recorder_};
     const std::string session_ = model_.use().open_server("A:host", {kCredentialType, "secret"});
 };
 

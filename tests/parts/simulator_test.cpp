@@ -2,7 +2,7 @@
 #include "simulator/scenario/default_scenario.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/scenario.h"
-#include "simulator/service/interference.h"
+#include "simulator/service/trouble.h"
 #include "simulator/storage/model.h"
 #include "tests/parts/fault_of.h"
 
@@ -11,7 +11,7 @@
 #include <fstream>
 #include <optional>
 #include <sstream>
-#include <thread>
+#include <vector>
 
 namespace
 {
@@ -40,8 +40,17 @@ TEST(SimulatorCommandLine, WithoutOptionsHasTheDocumentedDefaults)
     EXPECT_EQ(options->text_encoding, TextEncoding::kLatin1);
     EXPECT_EQ(options->threads, 8U);
     EXPECT_FALSE(options->verbose);
-    EXPECT_TRUE(options->faults.empty());
-    EXPECT_TRUE(options->delays.empty());
+    EXPECT_TRUE(options->troubles.empty());
+    EXPECT_EQ(options->dump, "");
+}
+
+std::vector<Trouble> of_kind(const std::vector<Trouble>& troubles, TroubleKind kind)
+{
+    std::vector<Trouble> chosen;
+    for (const Trouble& trouble : troubles) {
+        if (trouble.kind == kind) chosen.push_back(trouble);
+    }
+    return chosen;
 }
 
 TEST(SimulatorCommandLine, FaultsAndDelaysAreReadInTheirOrder)
@@ -51,16 +60,18 @@ TEST(SimulatorCommandLine, FaultsAndDelaysAreReadInTheirOrder)
                             "listLSU=-2147483648", "--delay", "openServer=0"})
             .options;
     ASSERT_TRUE(options);
-    ASSERT_EQ(options->faults.size(), 2U);
-    EXPECT_EQ(options->faults[0].operation, "listLSU");
-    EXPECT_EQ(options->faults[0].code, 2060013);
-    EXPECT_EQ(options->faults[0].count, 3U);
-    EXPECT_EQ(options->faults[1].code, -2147483647 - 1);
-    EXPECT_EQ(options->faults[1].count, std::nullopt);
-    ASSERT_EQ(options->delays.size(), 2U);
-    EXPECT_EQ(options->delays[0].operation, "ioControl");
-    EXPECT_EQ(options->delays[0].delay, std::chrono::milliseconds(250));
-    EXPECT_EQ(options->delays[1].delay, std::chrono::milliseconds(0));
+    const std::vector<Trouble> faults = of_kind(options->troubles, TroubleKind::kFault);
+    ASSERT_EQ(faults.size(), 2U);
+    EXPECT_EQ(faults[0].operation, "listLSU");
+    EXPECT_EQ(faults[0].code, 2060013);
+    EXPECT_EQ(faults[0].count, 3U);
+    EXPECT_EQ(faults[1].code, -2147483647 - 1);
+    EXPECT_EQ(faults[1].count, std::nullopt);
+    const std::vector<Trouble> delays = of_kind(options->troubles, TroubleKind::kDelay);
+    ASSERT_EQ(delays.size(), 2U);
+    EXPECT_EQ(delays[0].operation, "ioControl");
+    EXPECT_EQ(delays[0].time, std::chrono::milliseconds(250));
+    EXPECT_EQ(delays[1].time, std::chrono::milliseconds(0));
 }
 
 TEST(SimulatorCommandLine, AWrongFaultIsExplained)
@@ -165,24 +176,6 @@ TEST(SimulatorCommandLine, Ipv6AddressesLoseTheirBracketsAndGetThemBack)
     EXPECT_EQ(options->http->port, 80);
     EXPECT_EQ(to_string(*options->http), "[fe80::1]:80");
     EXPECT_EQ(options->advertise, "::1");
-}
-
-TEST(SimulatorInterference, WithoutRulesLetsEverythingPass)
-{
-    Interference interference({}, {});
-    EXPECT_EQ(fault_of([&] { interference.apply("openServer"); }), 0);
-}
-
-TEST(SimulatorInterference, AStopEndsDelaysThatRunAndThoseToCome)
-{
-    Interference interference({{"openServer", 5, 1U}}, {{"openServer", std::chrono::hours(1)}});
-    int code = 0;
-    std::thread waiting([&] { code = fault_of([&] { interference.apply("openServer"); }); });
-    interference.apply("closeServer");
-    interference.stop();
-    waiting.join();
-    EXPECT_EQ(code, 5);
-    EXPECT_EQ(fault_of([&] { interference.apply("openServer"); }), 0);
 }
 
 TEST(SimulatorModel, SessionsAreBoundedByMaxconnectAndFreedByAClose)

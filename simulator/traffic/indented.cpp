@@ -1,0 +1,14 @@
+#include "simulator/traffic/indented.h"
+
+#include <string>
+#include <string_view>
+
+namespace soapwrapper::simulator
+{
+
+std::string indented(std::string_view xml)
+{
+    return std::string(xml);
+}
+
+} // namespace soapwrapper::simulator

@@ -1,0 +1,31 @@
+#ifndef SOAPWRAPPER_SIMULATOR_TRAFFIC_KNOWN_SECRET_H
+#define SOAPWRAPPER_SIMULATOR_TRAFFIC_KNOWN_SECRET_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace soapwrapper::simulator
+{
+
+// A text that must not be seen, however it is written.
+class KnownSecret
+{
+  public:
+    static constexpr std::size_t kShortest = 4; // a shorter one stands everywhere
+
+    explicit KnownSecret(const std::string& secret);
+
+    // Blotted out as text and as Base64, also with XML's references, comments and sections in between. Of a
+    // text that `is_cut`, a part of the secret at its end is, too.
+    std::string blotted(std::string_view text, bool is_cut) const;
+
+  private:
+    std::vector<std::string> texts_;
+    std::vector<std::string> base64_;
+};
+
+} // namespace soapwrapper::simulator
+
+#endif

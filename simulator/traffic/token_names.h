@@ -1,0 +1,37 @@
+#ifndef SOAPWRAPPER_SIMULATOR_TRAFFIC_TOKEN_NAMES_H
+#define SOAPWRAPPER_SIMULATOR_TRAFFIC_TOKEN_NAMES_H
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+namespace soapwrapper::simulator
+{
+
+// What is shown for tokens: the same for the same one. Any thread may call.
+class TokenNames
+{
+  public:
+    static constexpr std::size_t kMostTokens = 20000;
+    static constexpr std::size_t kLongestToken = 64;
+
+    // Such as "[token 3]". One that is too long has no name of its own; of more than kMostTokens, the oldest
+    // are forgotten and get another name.
+    std::string name_of(std::string_view token);
+    // The text with the names of all words in it that are written like a token of the service.
+    std::string blotted(std::string_view text);
+
+  private:
+    std::mutex mutex_;
+    std::uint64_t last_ = 0;
+    std::map<std::string, std::uint64_t, std::less<>> numbers_;
+    std::deque<std::string> in_order_;
+};
+
+} // namespace soapwrapper::simulator
+
+#endif
