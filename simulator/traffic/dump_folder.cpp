@@ -81,6 +81,13 @@ void tell(const std::string& line)
     if (poll(&polled, 1, 0) == 1) write_all(STDERR_FILENO, line);
 }
 
+std::string lines_of(const std::string& xml)
+{
+    std::string lines = indented(xml);
+    if (!lines.empty() && lines.back() != '\n') lines += '\n';
+    return lines;
+}
+
 } // namespace
 
 DumpFolder::DumpFolder(std::string path) : path_(std::move(path))
@@ -96,8 +103,8 @@ void DumpFolder::write(const Exchange& exchange)
     const std::string operation = exchange.operation == "-" ? "unknown" : exchange.operation;
     char number[sizeof "18446744073709551615-"];
     std::snprintf(number, sizeof number, "%06" PRIu64 "-", numbers_before_ + exchange.number);
-    if (write_file(number + operation + ".request.xml", indented(exchange.request)) &&
-        write_file(number + operation + ".reply.xml", indented(exchange.reply))) {
+    if (write_file(number + operation + ".request.xml", lines_of(exchange.request)) &&
+        write_file(number + operation + ".reply.xml", lines_of(exchange.reply))) {
         return;
     }
     const std::string why = std::strerror(errno);

@@ -1,16 +1,153 @@
 #include "simulator/traffic/known_secret.h"
 
+#include "simulator/traffic/read_text.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace soapwrapper::simulator
 {
-
-KnownSecret::KnownSecret(const std::string& secret) : texts_{secret} {}
-
-std::string KnownSecret::blotted(std::string_view text, bool /*is_cut*/) const
+namespace
 {
-    return std::string(text);
+
+constexpr std::size_t kNowhere = std::string_view::npos;
+constexpr std::size_t kBitsOfDigit = 6;
+
+// Each byte as the Latin-1 character of its number, in UTF-8: how texts travel.
+std::string latin1_as_utf8(const std::string& bytes)
+{
+    std::string result;
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x80) {
+            result += c;
+        } else {
+            result += static_cast<char>(0xC0U | byte >> 6);
+            result += static_cast<char>(0x80U | (byte & 0x3FU));
+        }
+    }
+    return result;
+}
+
+std::string escaped(const std::string& text)
+{
+    std::string result;
+    for (const char c : text) {
+        switch (c) {
+        case '&':
+            result += "&amp;";
+            break;
+        case '<':
+            result += "&lt;";
+            break;
+        case '>':
+            result += "&gt;";
+            break;
+        case '"':
+            result += "&quot;";
+            break;
+        default:
+            result += c;
+        }
+    }
+    return result;
+}
+
+// The digits of Base64 that the text alone decides, if so many bytes are ahead of it.
+std::string base64_behind(std::size_t ahead, const std::string& text)
+{
+    constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    const std::string bytes = std::string(ahead, '\0') + text;
+    std::string digits;
+    const std::size_t first = (ahead * 8 + kBitsOfDigit - 1) / kBitsOfDigit;
+    for (std::size_t i = first; (i + 1) * kBitsOfDigit <= bytes.size() * 8; ++i) {
+        const std::size_t bit = i * kBitsOfDigit;
+        const auto byte = [&bytes](std::size_t at) {
+            return at < bytes.size() ? std::uint32_t{static_cast<unsigned char>(bytes[at])} : 0U;
+        };
+        const std::uint32_t two = byte(bit / 8) << 8 | byte(bit / 8 + 1);
+        digits += kDigits[two >> (16 - kBitsOfDigit - bit % 8) & 0x3FU];
+    }
+    return digits;
+}
+
+bool is_base64(char c)
+{
+    return std::isalnum(static_cast<unsigned char>(c)) || c == '+' || c == '/' || c == '=';
+}
+
+void add_once(std::vector<std::string>& texts, std::string text)
+{
+    if (std::find(texts.begin(), texts.end(), text) == texts.end()) texts.push_back(std::move(text));
+}
+
+ReadText as_it_is(std::string_view text)
+{
+    ReadText result{std::string(text), {}};
+    for (std::size_t i = 0; i < text.size(); ++i) result.origins.push_back({i, i + 1});
+    return result;
+}
+
+// How many bytes of the text's end may be the beginning of the pattern.
+std::size_t begun_at_end(std::string_view text, std::string_view pattern)
+{
+    std::size_t length = std::min(text.size(), pattern.size() - 1);
+    while (length > 0 && text.substr(text.size() - length) != pattern.substr(0, length)) --length;
+    return length;
+}
+
+// What was found, and so many bytes on both sides of it that belong to Base64: they hold bits of the secret.
+void add_part(std::vector<Part>& parts, const ReadText& text, Part found, bool is_in_base64)
+{
+    while (is_in_base64 && found.end < text.bytes.size() && is_base64(text.bytes[found.end])) {
+        ++found.end;
+        if (text.bytes[found.end - 1] != '=') break;
+    }
+    if (is_in_base64 && found.begin > 0 && is_base64(text.bytes[found.begin - 1])) --found.begin;
+    parts.push_back({text.origins[found.begin].begin, text.origins[found.end - 1].end});
+}
+
+void find_all(std::vector<Part>& parts, const ReadText& text, const std::vector<std::string>& patterns,
+              bool is_base64, bool is_cut)
+{
+    for (const std::string& pattern : patterns) {
+        for (std::size_t at = text.bytes.find(pattern); at != kNowhere;
+             at = text.bytes.find(pattern, at + 1)) {
+            add_part(parts, text, {at, at + pattern.size()}, is_base64);
+        }
+        const std::size_t begun = is_cut ? begun_at_end(text.bytes, pattern) : 0;
+        if (begun > 0) add_part(parts, text, {text.bytes.size() - begun, text.bytes.size()}, is_base64);
+    }
+}
+
+} // namespace
+
+KnownSecret::KnownSecret(const std::string& secret)
+{
+    if (secret.size() < kShortest) return;
+    for (const std::string& text : {secret, latin1_as_utf8(secret)}) {
+        add_once(texts_, text);
+        add_once(texts_, escaped(text));
+        for (std::size_t ahead = 0; ahead < 3; ++ahead) add_once(base64_, base64_behind(ahead, text));
+    }
+}
+
+std::string KnownSecret::blotted(std::string_view text, bool is_cut) const
+{
+    if (texts_.empty()) return std::string(text);
+    std::vector<Part> parts;
+    // As it stands, too: a comment is nothing to a reader of XML.
+    for (const ReadText& each : {as_it_is(text), read_text(text)}) {
+        find_all(parts, each, texts_, false, is_cut);
+        find_all(parts, without_blanks(each), base64_, true, is_cut);
+    }
+    return with_parts_blotted(text, std::move(parts), "***");
 }
 
 } // namespace soapwrapper::simulator

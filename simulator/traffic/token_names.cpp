@@ -40,24 +40,29 @@ std::string TokenNames::name_of(std::string_view token)
     return "[token " + std::to_string(found->second) + "]";
 }
 
-std::string TokenNames::blotted(std::string_view text)
+std::string TokenNames::blotted(std::string_view text, bool is_cut)
 {
     std::string result;
-    std::size_t at = 0;
-    while (at < text.size()) {
-        std::size_t end = at;
+    std::size_t copied = 0;
+    const auto put = [&](std::string_view word, std::string_view stand_in) {
+        const auto begin = static_cast<std::size_t>(word.data() - text.data());
+        result.append(text.substr(copied, begin - copied)).append(stand_in);
+        copied = begin + word.size();
+    };
+    for (std::size_t at = 0, end = 0; at < text.size(); at = end + 1) {
         bool is_token = true;
-        while (end < text.size() && is_of_word(text[end])) is_token = is_digit(text[end++]) && is_token;
-        const std::string_view word = text.substr(at, end - at);
-        if (is_token && word.size() == kTokenDigits) {
-            result += name_of(word);
-        } else {
-            result += word;
+        for (end = at; end < text.size() && is_of_word(text[end]); ++end) {
+            is_token = is_token && is_digit(text[end]);
         }
-        at = end;
-        while (at < text.size() && !is_of_word(text[at])) result += text[at++];
+        const std::string_view word = text.substr(at, end - at);
+        if (!is_token || word.empty()) continue;
+        if (word.size() == kTokenDigits) {
+            put(word, name_of(word));
+        } else if (is_cut && end == text.size()) {
+            put(word, "***");
+        }
     }
-    return result;
+    return result.append(text.substr(copied));
 }
 
 } // namespace soapwrapper::simulator

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
@@ -22,8 +23,9 @@ class TokenNames
     // Such as "[token 3]". One that is too long has no name of its own; of more than kMostTokens, the oldest
     // are forgotten and get another name.
     std::string name_of(std::string_view token);
-    // The text with the names of all words in it that are written like a token of the service.
-    std::string blotted(std::string_view text);
+    // The text with the names of all words in it that are written like a token of the service. Of a text that
+    // `is_cut`, what may be a part of one at its end is left out.
+    std::string blotted(std::string_view text, bool is_cut);
 
   private:
     std::mutex mutex_;
