@@ -67,6 +67,8 @@ enum class Secret { kCredential, kToken, kArguments };
 
 std::optional<Secret> secret_in(std::string_view name)
 {
+    constexpr std::size_t kLongest = 8; // of these names
+    if (without_prefix(name).size() > kLongest) return std::nullopt;
     const std::string local = lower_case(without_prefix(name));
     if (local == "cert" || local == "password") return Secret::kCredential;
     if (local == "token") return Secret::kToken;

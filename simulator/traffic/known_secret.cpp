@@ -1,5 +1,6 @@
 #include "simulator/traffic/known_secret.h"
 
+#include "simulator/traffic/markup.h"
 #include "simulator/traffic/read_text.h"
 
 #include <algorithm>
@@ -138,9 +139,24 @@ KnownSecret::KnownSecret(const std::string& secret)
     }
 }
 
+// Whether there may be something to blot out. Most texts have nothing, and a look is cheap.
+bool KnownSecret::may_be_in(std::string_view text) const
+{
+    const bool is_plain =
+        text.find('&') == kNowhere && text.find("<!") == kNowhere && text.find("<?", 1) == kNowhere;
+    if (!is_plain) return true;
+    const auto holds = [](std::string_view where) {
+        return [where](const std::string& pattern) { return where.find(pattern) != kNowhere; };
+    };
+    if (std::any_of(texts_.begin(), texts_.end(), holds(text))) return true;
+    std::string packed(text.size(), '\0');
+    packed.erase(std::remove_copy_if(text.begin(), text.end(), packed.begin(), is_blank), packed.end());
+    return std::any_of(base64_.begin(), base64_.end(), holds(packed));
+}
+
 std::string KnownSecret::blotted(std::string_view text, bool is_cut) const
 {
-    if (texts_.empty()) return std::string(text);
+    if (texts_.empty() || (!is_cut && !may_be_in(text))) return std::string(text);
     std::vector<Part> parts;
     // As it stands, too: a comment is nothing to a reader of XML.
     for (const ReadText& each : {as_it_is(text), read_text(text)}) {

@@ -22,6 +22,8 @@ class KnownSecret
     std::string blotted(std::string_view text, bool is_cut) const;
 
   private:
+    bool may_be_in(std::string_view text) const;
+
     std::vector<std::string> texts_;
     std::vector<std::string> base64_;
 };
