@@ -142,6 +142,7 @@ Content Content::of_directory(const std::string& path)
 {
     Content content;
     content.directory_ = path;
+    content.is_told_ = true;
     return content;
 }
 
@@ -154,6 +155,7 @@ Content Content::of_shared(std::shared_ptr<const FileTree> files)
 {
     Content content;
     content.files_ = std::move(files);
+    content.is_told_ = true;
     return content;
 }
 

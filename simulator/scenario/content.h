@@ -55,10 +55,14 @@ class Content
     // Empty, unless it is a directory's.
     const std::string& directory() const { return directory_; }
 
+    // Whether anybody has said what it is, if only that it is nothing.
+    bool is_told() const { return is_told_; }
+
   private:
     static Content of_shared(std::shared_ptr<const FileTree> files);
 
     std::string directory_;
+    bool is_told_ = false;
     std::shared_ptr<const FileTree> files_;
 };
 

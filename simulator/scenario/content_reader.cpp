@@ -2,10 +2,12 @@
 
 #include "simulator/scenario/content.h"
 #include "simulator/scenario/json_members.h"
+#include "simulator/scenario/text.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -29,22 +31,29 @@ struct FileTypeName {
 constexpr FileTypeName kFileTypes[] = {
     {"file", FileType::kRegular}, {"directory", FileType::kDirectory}, {"symlink", FileType::kSymlink}};
 
-FileType file_type_of(const std::string& name, const std::string& path)
+std::optional<FileType> file_type_of(const std::string& name)
 {
     const auto found = std::find_if(std::begin(kFileTypes), std::end(kFileTypes),
                                     [&](const FileTypeName& each) { return name == each.name; });
-    if (found == std::end(kFileTypes)) refuse_json(path, "file, directory or symlink is expected");
-    return found->type;
+    return found == std::end(kFileTypes) ? std::nullopt : std::optional(found->type);
 }
 
-void read_json(const Json& value, const std::string& path, ListedFile& file)
+void read_json(const Json& value, const JsonPlace& place, ListedFile& file)
 {
-    JsonMembers members(value, path);
+    JsonMembers members(value, place);
     std::string type = "file";
     FileRecord& record = file.record;
     record.permissions = kUsualPermissions;
-    members.required("path", file.path);
-    members.optional("type", type);
+    if (members.required("path", file.path) && (file.path.empty() || file.path.front() == '/')) {
+        members.refuse("path", "it begins below the root and may not be empty");
+        file.path.clear();
+    }
+    const std::optional<FileType> known = members.optional("type", type) ? file_type_of(type) : record.type;
+    if (known) {
+        record.type = *known;
+    } else {
+        members.refuse("type", "file, directory or symlink is expected");
+    }
     members.optional("size", record.size);
     members.optional("modified", record.modified);
     members.optional("owner", record.owner);
@@ -53,10 +62,6 @@ void read_json(const Json& value, const std::string& path, ListedFile& file)
     members.optional("inode", record.inode);
     members.optional("generation", record.generation);
     members.finish();
-    if (file.path.empty() || file.path.front() == '/') {
-        refuse_json(members.path_of("path"), "it begins below the root and may not be empty");
-    }
-    record.type = file_type_of(type, members.path_of("type"));
     record.accessed = record.created = record.changed = record.modified;
 }
 
@@ -69,16 +74,18 @@ void read_content(JsonMembers& members, Content& content)
     members.optional("tree", tree);
     members.optional("files", listed);
     if (!tree.empty() && !listed.empty()) {
-        refuse_json(members.path_of("tree"), "it excludes files: only one of them can tell the content");
+        members.refuse("tree", "it excludes files: only one of them can tell the content");
     }
     if (!tree.empty()) {
         content = Content::of_directory(tree);
         return;
     }
+    if (!members.has("files")) return;
     FileTree files;
     for (const ListedFile& file : listed) {
+        if (file.path.empty()) continue; // refused already
         if (!files.emplace(file.path, file.record).second) {
-            refuse_json(members.path_of("files"), "\"" + file.path + "\" stands in it twice");
+            members.refuse("files", "\"" + printable(file.path) + "\" stands in it twice");
         }
     }
     content = Content::of_files(std::move(files));

@@ -1,13 +1,12 @@
 #include "simulator/scenario/json_members.h"
 
-#include "simulator/scenario/scenario_error.h"
 #include "simulator/scenario/text.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <string>
-#include <utility>
 
 namespace soapwrapper::simulator
 {
@@ -21,73 +20,94 @@ std::string found(const Json& value)
 
 } // namespace
 
-void refuse_json(const std::string& path, const std::string& why)
+JsonPlace JsonPlace::member(const std::string& name) const
 {
-    throw ScenarioError((path.empty() ? "the document" : path) + ": " + why);
+    return {findings_, path_.empty() ? name : path_ + "." + name};
 }
 
-const Json& json_array(const Json& value, const std::string& path)
+JsonPlace JsonPlace::entry(std::size_t index) const
 {
-    if (!value.is_array()) refuse_json(path, "an array is expected" + found(value));
-    return value;
+    return {findings_, path_ + "[" + std::to_string(index) + "]"};
 }
 
-void read_json(const Json& value, const std::string& path, std::string& text)
+void JsonPlace::refuse(const std::string& why) const
 {
-    if (!value.is_string()) refuse_json(path, "a string is expected" + found(value));
-    text = value.get<std::string>();
+    findings_.add_error(path_.empty() ? "the document" : path_, why);
+}
+
+void JsonPlace::warn(const std::string& why) const
+{
+    findings_.add_warning(path_, why);
+}
+
+const Json* json_array(const Json& value, const JsonPlace& place)
+{
+    if (value.is_array()) return &value;
+    place.refuse("an array is expected" + found(value));
+    return nullptr;
+}
+
+void read_json(const Json& value, const JsonPlace& place, std::string& text)
+{
+    if (!value.is_string()) return place.refuse("a string is expected" + found(value));
+    const auto& read = value.get_ref<const std::string&>();
     const auto has_no_place_in_xml = [](char c) {
         return static_cast<unsigned char>(c) < ' ' && c != '\t' && c != '\n';
     };
-    if (std::any_of(text.begin(), text.end(), has_no_place_in_xml)) {
-        refuse_json(path, "a control character can't be sent");
+    if (std::any_of(read.begin(), read.end(), has_no_place_in_xml)) {
+        return place.refuse("a control character can't be sent");
     }
+    text = read;
 }
 
-void read_json(const Json& value, const std::string& path, std::int64_t& number)
+void read_json(const Json& value, const JsonPlace& place, std::int64_t& number)
 {
-    if (!value.is_number_integer()) refuse_json(path, "a whole number is expected" + found(value));
+    if (!value.is_number_integer()) return place.refuse("a whole number is expected" + found(value));
     constexpr auto kLargest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
     if (value.is_number_unsigned() && value.get<std::uint64_t>() > kLargest) {
-        refuse_json(path, "the number doesn't fit 64 bits");
+        return place.refuse("the number doesn't fit 64 bits");
     }
     number = value.get<std::int64_t>();
 }
 
-void read_json(const Json& value, const std::string& path, int& number)
+void read_json(const Json& value, const JsonPlace& place, int& number)
 {
-    std::int64_t wide = 0;
-    read_json(value, path, wide);
+    std::int64_t wide = number;
+    read_json(value, place, wide);
     if (wide < std::numeric_limits<int>::min() || wide > std::numeric_limits<int>::max()) {
-        refuse_json(path, "the number doesn't fit 32 bits");
+        return place.refuse("the number doesn't fit 32 bits");
     }
     number = static_cast<int>(wide);
 }
 
-JsonMembers::JsonMembers(const Json& object, std::string path) : object_(object), path_(std::move(path))
+JsonMembers::JsonMembers(const Json& object, const JsonPlace& place)
+    : object_(object), place_(place), is_object_(object.is_object())
 {
-    if (!object.is_object()) refuse_json(path_, "an object is expected" + found(object));
+    if (!is_object_) place.refuse("an object is expected" + found(object));
+}
+
+bool JsonMembers::required_name(const char* name, std::string& into)
+{
+    if (!required(name, into)) return false;
+    if (into.empty()) refuse(name, "it may not be empty");
+    return !into.empty();
 }
 
 void JsonMembers::finish() const
 {
+    if (!is_object_) return;
+    std::string expected;
+    for (const std::string& name : known_) expected += (expected.empty() ? "" : ", ") + name;
     for (const auto& member : object_.items()) {
         if (known_.count(member.key()) != 0) continue;
-        std::string expected;
-        for (const std::string& name : known_) expected += (expected.empty() ? "" : ", ") + name;
-        refuse_json(path_,
-                    "the member \"" + printable(member.key()) + "\" is unknown; there are " + expected);
+        place_.refuse("the member \"" + printable(member.key()) + "\" is unknown; there are " + expected);
     }
-}
-
-std::string JsonMembers::path_of(const std::string& name) const
-{
-    return path_.empty() ? name : path_ + "." + name;
 }
 
 const Json* JsonMembers::find(const char* name)
 {
     known_.insert(name);
+    if (!is_object_) return nullptr;
     const auto member = object_.find(name);
     return member == object_.end() ? nullptr : &*member;
 }

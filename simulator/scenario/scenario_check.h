@@ -2,6 +2,7 @@
 #ifndef SOAPWRAPPER_SIMULATOR_SCENARIO_SCENARIO_CHECK_H
 #define SOAPWRAPPER_SIMULATOR_SCENARIO_SCENARIO_CHECK_H
 
+#include "simulator/scenario/findings.h"
 #include "simulator/scenario/scenario_finding.h"
 
 #include <filesystem>
@@ -14,6 +15,9 @@ namespace soapwrapper::simulator
 // All that is wrong with the JSON text of a scenario, errors first; nothing if it is good. Trees are looked
 // for from the folder. The number of findings is bounded: the last one then tells how many there are besides.
 std::vector<ScenarioFinding> check_scenario(std::string_view json, const std::filesystem::path& folder);
+
+// The same, with all of them counted.
+Findings findings_in_scenario(std::string_view json, const std::filesystem::path& folder);
 
 } // namespace soapwrapper::simulator
 

@@ -10,7 +10,7 @@ namespace soapwrapper::simulator
 // and text are printable, whatever the scenario holds.
 struct ScenarioFinding {
     bool is_error = true;
-    std::string place; // such as "servers[0].lsus[2].capacity"; empty where the text tells line and column
+    std::string place; // such as "servers[0].lsus[2].capacity"; empty if it is about no place
     std::string text;
 };
 

@@ -18,57 +18,51 @@ static constexpr int kMostSeconds = 24 * 60 * 60;
 static constexpr int kLargestBatch = 100000;
 
 // Not in an unnamed namespace: the templates find them by the namespace of their last argument.
-static void read_json(const Json& value, const std::string& path, SecondsByKind& seconds)
+static void read_json(const Json& value, const JsonPlace& place, SecondsByKind& seconds)
 {
-    JsonMembers members(value, path);
+    JsonMembers members(value, place);
     for (std::size_t i = 0; i < kOperationKinds; ++i) {
         const char* kind = kOperationKindNames[i];
-        members.optional(kind, seconds.of[i]);
+        if (!members.optional(kind, seconds.of[i])) continue;
         if (seconds.of[i] < 0 || seconds.of[i] > kMostSeconds) {
-            refuse_json(members.path_of(kind), "0 to 86400 seconds are expected");
+            members.refuse(kind, "0 to 86400 seconds are expected");
         }
     }
     members.finish();
 }
 
-static void read_json(const Json& value, const std::string& path, OperationSettings& settings)
+static void read_json(const Json& value, const JsonPlace& place, OperationSettings& settings)
 {
-    JsonMembers members(value, path);
+    JsonMembers members(value, place);
     members.optional("retryInterval", settings.retry_interval);
     members.optional("seconds", settings.seconds);
     members.finish();
 }
 
-static void require_no_less_than_0(int number, const std::string& path)
+static void read_no_less_than_0(JsonMembers& members, const char* name, int& number)
 {
-    if (number < 0) refuse_json(path, "0 or more is expected");
+    if (members.optional(name, number) && number < 0) members.refuse(name, "0 or more is expected");
 }
 
-static void read_json(const Json& value, const std::string& path, ChangeListSettings& settings)
+static void read_json(const Json& value, const JsonPlace& place, ChangeListSettings& settings)
 {
-    JsonMembers members(value, path);
-    members.optional("batch", settings.batch);
-    members.optional("busy", settings.busy);
-    members.optional("retryInterval", settings.retry_interval);
-    members.optional("pace", settings.pace);
-    members.optional("startBusy", settings.start_busy);
-    members.finish();
-    if (settings.batch < 1 || settings.batch > kLargestBatch) {
-        refuse_json(members.path_of("batch"),
-                    "a number from 1 to " + std::to_string(kLargestBatch) + " is expected");
+    JsonMembers members(value, place);
+    if (members.optional("batch", settings.batch) && (settings.batch < 1 || settings.batch > kLargestBatch)) {
+        members.refuse("batch", "a number from 1 to " + std::to_string(kLargestBatch) + " is expected");
     }
-    require_no_less_than_0(settings.busy, members.path_of("busy"));
-    require_no_less_than_0(settings.retry_interval, members.path_of("retryInterval"));
-    require_no_less_than_0(settings.pace, members.path_of("pace"));
-    require_no_less_than_0(settings.start_busy, members.path_of("startBusy"));
+    read_no_less_than_0(members, "busy", settings.busy);
+    read_no_less_than_0(members, "retryInterval", settings.retry_interval);
+    read_no_less_than_0(members, "pace", settings.pace);
+    read_no_less_than_0(members, "startBusy", settings.start_busy);
+    members.finish();
 }
 
 void read_operations(JsonMembers& members, Scenario& scenario)
 {
     std::string time = "clock";
-    members.optional("time", time);
-    if (time != "clock" && time != "requests")
-        refuse_json(members.path_of("time"), "clock or requests is expected");
+    if (members.optional("time", time) && time != "clock" && time != "requests") {
+        members.refuse("time", "clock or requests is expected");
+    }
     scenario.time = time == "requests" ? TimeKind::kRequests : TimeKind::kClock;
     members.optional("operations", scenario.operations);
 }

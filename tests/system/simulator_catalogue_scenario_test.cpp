@@ -97,4 +97,13 @@ TEST(SimulatorScenarioFile, AFileThatCannotBeReadIsSaidToBeSo)
     EXPECT_THAT(run_simulator({"--scenario", ""}).err, HasSubstr("--scenario"));
 }
 
+TEST(SimulatorScenarioFile, AllThatIsWrongWithAFileIsToldALineEach)
+{
+    const TemporaryFolder folder;
+    const std::string wrong = folder.write("wrong.json", R"({"servers": [{"prefix": 7}, {"prefix": 8}]})");
+    EXPECT_EQ(run_simulator({"--scenario", wrong}).err,
+              "soapwrapper-sim: " + wrong + ": servers[0].prefix: a string is expected, not number\n" +
+                  wrong + ": servers[1].prefix: a string is expected, not number\n");
+}
+
 } // namespace
