@@ -12,6 +12,7 @@
 #include "simulator/scenario/scenario.h"
 #include "simulator/scenario/scenario_error.h"
 #include "simulator/scenario/scenario_reader.h"
+#include "simulator/scenario_report.h"
 #include "simulator/service/interference.h"
 #include "simulator/service/service.h"
 #include "simulator/storage/model.h"
@@ -155,6 +156,8 @@ int main(int argc, char** argv)
         return command_line.exit_code;
     }
     try {
+        const std::string& checked = command_line.options->checked_scenario;
+        if (!checked.empty()) return report_on_scenario(checked, std::cout);
         simulate(*command_line.options);
         return 0;
     } catch (const ScenarioError& trouble) {

@@ -142,6 +142,8 @@ CommandLine parse_command_line(const std::vector<std::string>& arguments)
         ->type_name("TEXT")
         ->capture_default_str();
     add_file_option(app, "--scenario", options.scenario, "Simulate the storage that this file describes");
+    add_file_option(app, "--check-scenario", options.checked_scenario,
+                    "Tell what is wrong with this scenario file and end; - is standard input");
     app.add_flag("--print-scenario", print_scenario, "Print the built-in scenario as JSON and end");
     add_text_encoding_option(app, options.text_encoding);
     app.add_option("--threads", options.threads, "Requests served at once")

@@ -26,7 +26,8 @@ struct Options {
     std::string ca_out; // a file; empty: none
     TlsVersion newest_tls = TlsVersion::kTls13;
     std::string credential = "simulator";
-    std::string scenario; // a file; empty: the built-in one
+    std::string scenario;         // a file; empty: the built-in one
+    std::string checked_scenario; // a file to be looked over instead of being simulated, if any
     TextEncoding text_encoding = TextEncoding::kLatin1;
     unsigned threads = 8;
     bool verbose = false;

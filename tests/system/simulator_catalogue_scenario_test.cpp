@@ -106,4 +106,68 @@ TEST(SimulatorScenarioFile, AllThatIsWrongWithAFileIsToldALineEach)
                   wrong + ": servers[1].prefix: a string is expected, not number\n");
 }
 
+TEST(SimulatorScenarioCheck, EndsWellForTheBuiltInScenario)
+{
+    const TemporaryFolder folder;
+    const std::string file = folder.write("built-in.json", run_simulator({"--print-scenario"}).out);
+    const ProcessResult checked = run_simulator({"--check-scenario", file});
+    EXPECT_EQ(checked.exit_code, 0);
+    EXPECT_EQ(checked.out, file + ": no errors, no warnings\n");
+    EXPECT_EQ(checked.err, "");
+}
+
+TEST(SimulatorScenarioCheck, TellsErrorsAndWarningsWithTheirPlacesAndTheirNumber)
+{
+    const TemporaryFolder folder;
+    const std::string file = folder.write(
+        "mine.json",
+        R"({"servers": [{"prefix": "Mine", "maxSessions": 0, "lsus": [{"name": "l", "tree": "t"}]}]})");
+    const ProcessResult checked = run_simulator({"--check-scenario", file});
+    EXPECT_EQ(checked.exit_code, 2);
+    EXPECT_EQ(checked.out,
+              file + ": error: servers[0].maxSessions: 1 or more is expected\n" + file +
+                  ": warning: servers[0].prefix: the library claims no server whose name doesn't begin with "
+                  "\"Network_\"\n" +
+                  file + ": warning: servers[0].lsus[0].tree: the directory " + (folder / "t").string() +
+                  " can't be read: No such file or directory\n" + file + ": 1 error, 2 warnings\n");
+    EXPECT_EQ(checked.err, "");
+    const std::string warned = folder.write("warned.json", R"({"servers": [{"prefix": "Mine"}]})");
+    EXPECT_EQ(run_simulator({"--check-scenario", warned}).exit_code, 2);
+}
+
+// Run by a shell, as $0.
+ProcessResult check_by_shell(const std::string& commands)
+{
+    return run_process("/bin/sh", {"-c", commands, SIMULATOR_PROGRAM});
+}
+
+TEST(SimulatorScenarioCheck, ReadsStandardInputAndAPipeThatHasAName)
+{
+    EXPECT_EQ(check_by_shell("echo '{' | \"$0\" --check-scenario - | cut -c 1-45").out,
+              "standard input: error: line 2, column 1: synt\nstandard input: 1 error, no warnings\n");
+    const TemporaryFolder folder;
+    const std::string pipe = (folder / "pipe").string();
+    EXPECT_EQ(check_by_shell("mkfifo " + pipe +
+                             " && { echo '{\"servers\": [{\"prefix\": \"Network_A\"}]}' > " + pipe +
+                             " & \"$0\" --check-scenario " + pipe + "; }")
+                  .out,
+              pipe + ": no errors, no warnings\n");
+}
+
+TEST(SimulatorScenarioCheck, TellsThatAFileCannotBeReadOrHasNoEnd)
+{
+    const TemporaryFolder folder;
+    const auto check = [](const std::string& file) {
+        const ProcessResult checked = run_simulator({"--check-scenario", file});
+        EXPECT_EQ(checked.exit_code, 2);
+        return checked.out;
+    };
+    const std::string missing = (folder / "missing.json").string();
+    EXPECT_EQ(check(missing), missing + ": error: can't be read: No such file or directory\n" + missing +
+                                  ": 1 error, no warnings\n");
+    EXPECT_THAT(check((folder / ".").string()), HasSubstr("error: can't be read: Is a directory"));
+    EXPECT_THAT(check(folder.write("empty.json", "")), HasSubstr("error: can't be read: it is empty"));
+    EXPECT_THAT(check("/dev/zero"), HasSubstr("error: can't be read: it is longer than 64 MiB"));
+}
+
 } // namespace
