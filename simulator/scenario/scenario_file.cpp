@@ -17,8 +17,8 @@ namespace soapwrapper::simulator
 namespace
 {
 
-// In memory a document takes some ten times its length. Devices have no end at all.
-constexpr std::size_t kLongest = std::size_t{64} << 20;
+// In memory a document takes up to fifty times its length. Devices have no end at all.
+constexpr std::size_t kLongest = std::size_t{16} << 20;
 
 [[noreturn]] void refuse(const std::string& why)
 {
@@ -64,7 +64,7 @@ std::string read_scenario_from(int descriptor)
         if (length < 0) refuse(std::strerror(errno));
         if (length == 0) break;
         text.append(piece.data(), static_cast<std::size_t>(length));
-        if (text.size() > kLongest) refuse("it is longer than 64 MiB");
+        if (text.size() > kLongest) refuse("it is longer than 16 MiB");
     }
     if (text.empty()) refuse("it is empty");
     return text;

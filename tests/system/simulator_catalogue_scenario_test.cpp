@@ -167,7 +167,7 @@ TEST(SimulatorScenarioCheck, TellsThatAFileCannotBeReadOrHasNoEnd)
                                   ": 1 error, no warnings\n");
     EXPECT_THAT(check((folder / ".").string()), HasSubstr("error: can't be read: Is a directory"));
     EXPECT_THAT(check(folder.write("empty.json", "")), HasSubstr("error: can't be read: it is empty"));
-    EXPECT_THAT(check("/dev/zero"), HasSubstr("error: can't be read: it is longer than 64 MiB"));
+    EXPECT_THAT(check("/dev/zero"), HasSubstr("error: can't be read: it is longer than 16 MiB"));
 }
 
 } // namespace
