@@ -16,6 +16,7 @@ declare -A may_include=(
     [plugin/host]=""
     [plugin/base]="plugin/host"
     [service]="plugin/host plugin/base"
+    [service/contract]=""
     [conversion]="plugin/host plugin/base service"
     [operations]="plugin/host plugin/base service conversion"
     [changelist]="plugin/host plugin/base service conversion operations xmlhelper"

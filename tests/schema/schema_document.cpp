@@ -132,6 +132,32 @@ std::string typed_name(const DOMElement& node, const std::string& target_namespa
     return attribute(node, "name") + " " + resolved(node, attribute(node, "type"), target_namespace);
 }
 
+// What the element's only documentation holds; empty if there isn't one.
+std::string documentation(const DOMElement& node, const std::string& uri)
+{
+    const auto found = children(node, uri, "documentation");
+    return found.size() == 1 ? plain(found.front()->getTextContent()) : std::string();
+}
+
+std::string annotation(const DOMElement& node)
+{
+    const auto found = children(node, kSchemaNamespace, "annotation");
+    return found.size() == 1 ? documentation(*found.front(), kSchemaNamespace) : std::string();
+}
+
+// The elements below a complex type, at whatever depth.
+void note_annotations(const DOMElement& group, const std::string& type,
+                      std::map<std::string, std::string>& documentation)
+{
+    for (const DOMElement* node : children(group)) {
+        if (name_of(*node) == "element") {
+            documentation[type + "." + attribute(*node, "name")] = annotation(*node);
+        } else {
+            note_annotations(*node, type, documentation);
+        }
+    }
+}
+
 void describe_choice(const DOMElement& choice, const std::string& target_namespace,
                      std::vector<std::string>& lines)
 {
@@ -158,7 +184,7 @@ void describe(const DOMElement& group, const std::string& target_namespace, std:
             const bool nillable = attribute(*node, "nillable", "false") == "true";
             lines.push_back(typed_name(*node, target_namespace) + " " + bounds(*node) +
                             (nillable ? " nillable" : ""));
-        } else {
+        } else if (kind != "annotation") {
             lines.push_back("unexpected " + kind);
         }
     }
@@ -174,10 +200,14 @@ SchemaDocument described(const DOMElement& schema)
         if (kind == "complexType") {
             std::vector<std::string> lines;
             describe(*node, document.target_namespace, lines);
-            document.complex_types.emplace_back(attribute(*node, "name"), lines);
+            const std::string type = attribute(*node, "name");
+            document.complex_types.emplace_back(type, lines);
+            document.documentation[type] = annotation(*node);
+            note_annotations(*node, type, document.documentation);
         } else if (kind == "element") {
             const std::string name = attribute(*node, "name");
             const std::string type = resolved(*node, attribute(*node, "type"), document.target_namespace);
+            document.documentation["element " + name] = annotation(*node);
             if (!document.elements.emplace(name, type).second) document.oddities.push_back("twice " + name);
         } else if (kind != "import") {
             document.oddities.push_back(kind);
@@ -237,7 +267,7 @@ WsdlDocument read_wsdl(const std::string& path)
     WsdlDocument document;
     document.target_namespace = attribute(root, "targetNamespace");
     auto elements = message_elements(root, document.target_namespace);
-    std::map<std::string, std::pair<std::string, std::string>> messages;
+    std::map<std::string, WsdlOperation> told_by_port_type;
     for (const DOMElement* node :
          children(child(root, kWsdlNamespace, "portType"), kWsdlNamespace, "operation")) {
         const auto element_of = [&](const std::string& direction) {
@@ -245,7 +275,11 @@ WsdlDocument read_wsdl(const std::string& path)
             return elements[resolved(message, attribute(message, "message"), document.target_namespace)];
         };
         document.port_type_operations.push_back(attribute(*node, "name"));
-        messages[attribute(*node, "name")] = {element_of("input"), element_of("output")};
+        WsdlOperation& operation = told_by_port_type[attribute(*node, "name")];
+        operation.input = element_of("input");
+        operation.output = element_of("output");
+        operation.fault = element_of("fault");
+        operation.documentation = documentation(*node, kWsdlNamespace);
     }
 
     const DOMElement& binding = child(root, kWsdlNamespace, "binding");
@@ -253,17 +287,19 @@ WsdlDocument read_wsdl(const std::string& path)
     document.transport = attribute(soap_binding, "transport");
     for (const DOMElement* node : children(binding, kWsdlNamespace, "operation")) {
         const DOMElement& soap_operation = child(*node, kWsdlSoapNamespace, "operation");
-        WsdlOperation operation;
+        WsdlOperation operation = told_by_port_type[attribute(*node, "name")];
         operation.name = attribute(*node, "name");
-        operation.input = messages[operation.name].first;
-        operation.output = messages[operation.name].second;
         operation.style = attribute(soap_operation, "style", attribute(soap_binding, "style", "document"));
         operation.action = attribute(soap_operation, "soapAction", "none");
         operation.input_use = use_of_body(*node, "input");
         operation.output_use = use_of_body(*node, "output");
+        const DOMElement& fault = child(*node, kWsdlNamespace, "fault");
+        operation.fault_use = attribute(child(fault, kWsdlSoapNamespace, "fault"), "use");
         document.operations.push_back(operation);
     }
-    for (const DOMElement* port : children(child(root, kWsdlNamespace, "service"), kWsdlNamespace, "port")) {
+    const DOMElement& service = child(root, kWsdlNamespace, "service");
+    document.documentation = documentation(service, kWsdlNamespace);
+    for (const DOMElement* port : children(service, kWsdlNamespace, "port")) {
         document.addresses.push_back(attribute(child(*port, kWsdlSoapNamespace, "address"), "location"));
     }
     return document;

@@ -19,6 +19,10 @@ struct SchemaDocument {
     std::vector<std::pair<std::string, std::vector<std::string>>> complex_types;
     // Global elements with their types.
     std::map<std::string, std::string> elements;
+    // What is told of each complex type ("LSU"), of each of its elements ("LSU.lsuName") and of each global
+    // element
+    // ("element labelLSU"); empty where that isn't one text.
+    std::map<std::string, std::string> documentation;
     // Whatever else stands at the top, and what stands there twice.
     std::vector<std::string> oddities;
 };
@@ -31,12 +35,16 @@ struct WsdlOperation {
     std::string action;
     std::string input_use;
     std::string output_use;
+    std::string documentation;
+    std::string fault; // the element in the detail of the fault
+    std::string fault_use;
 };
 
 struct WsdlDocument {
     std::string target_namespace;
     std::string transport;
     std::vector<std::string> addresses;
+    std::string documentation; // of the service
     std::vector<WsdlOperation> operations;
     std::vector<std::string> port_type_operations;
 };

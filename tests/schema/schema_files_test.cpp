@@ -1,4 +1,4 @@
-// The schema and the WSDL that are made with the binding, against the contract's tables.
+// The schema and the WSDL as they are installed, against the contract's tables.
 #include "contract.h"
 #include "operations.h"
 #include "registry.h"
@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <string>
+#include <vector>
 
 namespace schema
 {
@@ -16,11 +18,14 @@ namespace
 {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
 using testing::UnorderedElementsAreArray;
 
-const std::string kSchemaPath = std::string(BINDING_FILES) + "/ns1.xsd";
-const std::string kWsdlPath = std::string(BINDING_FILES) + "/PSVWSSoapBinding.wsdl";
+const std::string kSchemaPath = std::string(CONTRACT_FILES) + "/ns1.xsd";
+const std::string kWsdlPath = std::string(CONTRACT_FILES) + "/PSVWSSoapBinding.wsdl";
 
 // The lines that the schema must have for a type of the contract.
 std::vector<std::string> expected_lines(const ComplexType& type)
@@ -118,6 +123,45 @@ TEST_P(SchemaFile, HasTheMessagesAndTheFaultDetailAsItsOnlyGlobalElements)
     EXPECT_EQ(document_.elements, expected);
 }
 
+// Of the contract's types, messages and their elements those that have no text, and texts of anything else.
+std::vector<std::string> undocumented(const SchemaDocument& document)
+{
+    std::vector<std::string> names;
+    std::map<std::string, std::string> left = document.documentation;
+    const auto look_at = [&](const std::string& name) {
+        if (left[name].empty()) names.push_back(name);
+        left.erase(name);
+    };
+    look_at("element STSException");
+    for (const ComplexType& type : joined({all_types(), all_messages()})) {
+        look_at(type.name);
+        for (const Element& element : type.elements) look_at(type.name + "." + element.name);
+    }
+    for (const ComplexType& message : all_messages()) look_at("element " + message.name);
+    for (const auto& [name, text] : left) names.push_back(name + " of nothing");
+    return names;
+}
+
+TEST_P(SchemaFile, TellsOfEachTypeOfEachMessageAndOfEachElement)
+{
+    EXPECT_THAT(undocumented(document_), IsEmpty());
+}
+
+TEST(SchemaFiles, TellTheSame)
+{
+    EXPECT_EQ(read_schema(kSchemaPath).documentation, read_schema(kWsdlPath).documentation);
+}
+
+TEST(SchemaFiles, TellOfAMessageWhatItsOperationDoesOrIs)
+{
+    const SchemaDocument document = read_schema(kSchemaPath);
+    EXPECT_EQ(document.documentation.at("closeServer"), "Request of closeServer. Ends a session.");
+    EXPECT_EQ(document.documentation.at("element closeServer"), "Request of closeServer. Ends a session.");
+    EXPECT_EQ(document.documentation.at("closeServerResponse"), "Reply to closeServer.");
+    EXPECT_EQ(document.documentation.at("openSnapListResponse"),
+              "Reply to openSnapList and openSnapListByVolume.");
+}
+
 TEST(WsdlFile, HasThe74OperationsAsDocumentLiteralWithAnEmptyAction)
 {
     const WsdlDocument document = read_wsdl(kWsdlPath);
@@ -146,9 +190,25 @@ TEST(WsdlFile, HasThePortTypesOperationsInTheSameOrder)
     EXPECT_EQ(document.port_type_operations, names);
 }
 
-TEST(WsdlFile, NamesTheDefaultAddress)
+TEST(WsdlFile, TellsOfEachOperationAndDeclaresItsFault)
 {
-    EXPECT_THAT(read_wsdl(kWsdlPath).addresses, ElementsAre("http://localhost:8080/test/services/PSVWS"));
+    for (const WsdlOperation& operation : read_wsdl(kWsdlPath).operations) {
+        EXPECT_NE(operation.documentation, "") << operation.name;
+        EXPECT_EQ(operation.fault, "ns1:STSException") << operation.name;
+        EXPECT_EQ(operation.fault_use, "literal") << operation.name;
+    }
+}
+
+TEST(WsdlFile, TellsWhatTheServiceIsAndNotWhoWroteTheFile)
+{
+    const std::string text = read_wsdl(kWsdlPath).documentation;
+    EXPECT_THAT(text, StartsWith("Manages the snapshots, images, volumes and exports of storage servers"));
+    EXPECT_THAT(text, Not(HasSubstr("generated")));
+}
+
+TEST(WsdlFile, NamesTheAddressWhereTheLibraryLooksForAServiceWithoutTls)
+{
+    EXPECT_THAT(read_wsdl(kWsdlPath).addresses, ElementsAre("http://localhost:8085"));
 }
 
 // The schema is installed for others to read, so it must describe what the library writes.
