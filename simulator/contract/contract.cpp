@@ -2,52 +2,120 @@
 
 #include "simulator/front/http.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace soapwrapper::simulator
 {
+
+// A line for each operation: its name, a tab and its text.
+std::string_view operation_lines();
+
 namespace
 {
 
-// As the template has it.
-constexpr std::string_view kTemplateAddress = "http://localhost:8080/test/services/PSVWS";
+constexpr std::size_t kLongestHostName = 253;
+constexpr int kHighestPort = 65535;
+
+constexpr std::string_view kDigits = "0123456789";
+constexpr std::string_view kInNumbers = "0123456789abcdefABCDEF:.";
+constexpr std::string_view kInNames = "0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ-._";
+
+// As the value of an attribute.
+std::string escaped(std::string_view text)
+{
+    std::string result;
+    for (const char c : text) {
+        if (c == '&') {
+            result += "&amp;";
+        } else if (c == '<') {
+            result += "&lt;";
+        } else if (c == '>') {
+            result += "&gt;";
+        } else if (c == '"') {
+            result += "&quot;";
+        } else if (static_cast<unsigned char>(c) < ' ') {
+            result += ' '; // XML has no way to tell most of them
+        } else {
+            result += c;
+        }
+    }
+    return result;
+}
+
+bool has_only(std::string_view text, std::string_view characters)
+{
+    return !text.empty() && text.find_first_not_of(characters) == std::string_view::npos;
+}
+
+bool is_port(std::string_view text)
+{
+    if (!has_only(text, kDigits) || text.size() > 5) return false;
+    const int port = std::stoi(std::string(text));
+    return port > 0 && port <= kHighestPort;
+}
+
+// "HOST" or "HOST:PORT", an IPv6 number in brackets. Whether there is such a host isn't asked.
+bool is_host(std::string_view text)
+{
+    const bool has_brackets = text.substr(0, 1) == "[";
+    const std::size_t end = has_brackets ? text.find(']') : text.find(':');
+    if (has_brackets && end == std::string_view::npos) return false;
+    const std::string_view host = has_brackets ? text.substr(1, end - 1) : text.substr(0, end);
+    if (!has_only(host, has_brackets ? kInNumbers : kInNames) || host.size() > kLongestHostName) return false;
+    const std::string_view rest = text.substr(std::min(text.size(), has_brackets ? end + 1 : end));
+    return rest.empty() || (rest.front() == ':' && is_port(rest.substr(1)));
+}
+
+Answer document(std::string body)
+{
+    Answer answer;
+    answer.content_type = "text/xml; charset=utf-8";
+    answer.body = std::move(body);
+    return answer;
+}
 
 } // namespace
 
 std::string wsdl_at(std::string_view url)
 {
+    constexpr std::string_view kLocation = "address location=\"";
     std::string wsdl(wsdl_template());
-    const std::size_t place = wsdl.find(kTemplateAddress);
-    if (place != std::string::npos) wsdl.replace(place, kTemplateAddress.size(), url);
-    return wsdl;
+    const std::size_t place = wsdl.rfind(kLocation) + kLocation.size();
+    return wsdl.replace(place, wsdl.find('"', place) - place, escaped(url));
 }
 
-std::string_view text_of(std::string_view /*operation*/)
+std::string_view text_of(std::string_view operation)
 {
+    std::string_view lines = operation_lines();
+    while (!lines.empty()) {
+        const std::string_view line = lines.substr(0, lines.find('\n'));
+        const std::size_t tab = line.find('\t');
+        if (line.substr(0, tab) == operation) return line.substr(tab + 1);
+        lines.remove_prefix(std::min(lines.size(), line.size() + 1));
+    }
     return {};
 }
 
 Answer serve_wsdl(const Request& request)
 {
-    Answer answer;
-    answer.content_type = "text/xml; charset=utf-8";
-    answer.body = wsdl_at(std::string(request.is_tls ? "https" : "http") + "://localhost:8085");
-    return answer;
+    const std::string* named = field_of(request, "Host");
+    const std::string& host = named && is_host(*named) ? *named : request.server;
+    return document(wsdl_at((request.is_tls ? "https://" : "http://") + host));
 }
 
 Answer serve_schema(const Request& /*request*/)
 {
-    Answer answer;
-    answer.content_type = "text/xml; charset=utf-8";
-    answer.body = schema_text();
-    return answer;
+    return document(std::string(schema_text()));
 }
 
 std::vector<Route> contract_routes()
 {
-    return {{"GET", "/ns1.xsd", serve_schema}};
+    return {{"GET", "/ns1.xsd", serve_schema, Audience::kAll}};
 }
 
 } // namespace soapwrapper::simulator
