@@ -46,15 +46,17 @@ std::string address_told_to(const std::string& host, bool is_tls = false)
 TEST(SimulatorContract, HoldsTheDocumentsThatAreInstalled)
 {
     EXPECT_FALSE(wsdl_template().empty());
-    EXPECT_EQ(wsdl_template(), installed("PSVWSSoapBinding.wsdl"));
-    EXPECT_EQ(schema_text(), installed("ns1.xsd"));
+    // Not shown where they differ: they are too long.
+    EXPECT_TRUE(wsdl_template() == installed("PSVWSSoapBinding.wsdl"));
+    EXPECT_TRUE(schema_text() == installed("ns1.xsd"));
 }
 
 TEST(SimulatorContract, WsdlAtAnAddressDiffersFromTheTemplateInThatAlone)
 {
     std::string wsdl = wsdl_at("https://filer:8086");
     EXPECT_EQ(address_in(wsdl), "https://filer:8086");
-    EXPECT_EQ(wsdl.replace(wsdl.find("https://filer:8086"), 18, "http://localhost:8085"), wsdl_template());
+    EXPECT_TRUE(wsdl.replace(wsdl.find("https://filer:8086"), 18, "http://localhost:8085") ==
+                wsdl_template());
 }
 
 TEST(SimulatorContract, WsdlAtAnAddressHasNoMoreMarkupThanTheTemplate)
@@ -141,7 +143,7 @@ TEST(SimulatorContract, IsServedAsXmlInUtf8)
     EXPECT_EQ(wsdl.content_type, "text/xml; charset=utf-8");
     EXPECT_EQ(schema.status, 200);
     EXPECT_EQ(schema.content_type, "text/xml; charset=utf-8");
-    EXPECT_EQ(schema.body, schema_text());
+    EXPECT_TRUE(schema.body == schema_text());
 }
 
 TEST(SimulatorContract, SchemaHasARouteForHostsAndPeople)
@@ -151,7 +153,7 @@ TEST(SimulatorContract, SchemaHasARouteForHostsAndPeople)
     EXPECT_EQ(routes[0].method, "GET");
     EXPECT_EQ(routes[0].path, "/ns1.xsd");
     EXPECT_EQ(routes[0].audience, Audience::kAll);
-    EXPECT_EQ(routes[0].handler({}).body, schema_text());
+    EXPECT_TRUE(routes[0].handler({}).body == schema_text());
 }
 
 TEST(SimulatorContract, TellsWhatAnOperationDoes)

@@ -89,9 +89,10 @@ TEST(ContractDocuments, AreWhatIsInstalled)
         soapwrapper::document_contract(content_of(std::string(BINDING_FILES) + "/PSVWSSoapBinding.wsdl"),
                                        content_of(std::string(BINDING_FILES) + "/ns1.xsd"),
                                        read_service_guide(guide()), "http://localhost:8085");
-    EXPECT_EQ(files.wsdl, content_of(folder + "/PSVWSSoapBinding.wsdl"));
-    EXPECT_EQ(files.schema, content_of(folder + "/ns1.xsd"));
-    EXPECT_EQ(files.operations, content_of(folder + "/operations.txt"));
+    // Not shown where they differ: they are too long.
+    EXPECT_TRUE(files.wsdl == content_of(folder + "/PSVWSSoapBinding.wsdl"));
+    EXPECT_TRUE(files.schema == content_of(folder + "/ns1.xsd"));
+    EXPECT_TRUE(files.operations == content_of(folder + "/operations.txt"));
 }
 
 TEST(ContractDocuments, HoldATextWithAmpersandsBracketsAndQuotesAsItIs)
