@@ -21,7 +21,6 @@
 #include <iterator>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace
@@ -167,23 +166,6 @@ TEST(SimulatorRecorder, KeepsNoFieldThatIsSecretAndNoQuery)
     EXPECT_EQ(kept->outcome, "fault, ***");
     EXPECT_THAT(kept->fields, ElementsAre(Fields::value_type("Host", "h"), Fields::value_type("X", "a *** b"),
                                           Fields::value_type("Y-***", "c")));
-}
-
-TEST(SimulatorRecorder, AnyThreadMayAskAndAdd)
-{
-    Recorder recorder("the-credential");
-    const auto work = [&recorder] {
-        for (int i = 0; i < 200; ++i) {
-            const auto kept = recorder.add(exchange_with("<token>" + std::to_string(i) + "</token>"));
-            EXPECT_TRUE(recorder.find(kept->number));
-            recorder.after(0, 3);
-            if (i % 50 == 0) recorder.all();
-        }
-    };
-    std::thread other(work);
-    work();
-    other.join();
-    EXPECT_EQ(recorder.last(), 400U);
 }
 
 TEST(SimulatorReport, TellsOfEachExchangeAsAnHttpArchive)
