@@ -1,5 +1,7 @@
 #include "simulator/service/interference.h"
 
+#include "simulator/service/trouble.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>

@@ -2,6 +2,7 @@
 
 #include "simulator/traffic/markup.h"
 #include "simulator/traffic/read_text.h"
+#include "simulator/traffic/token_names.h"
 
 #include <algorithm>
 #include <cctype>
@@ -9,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace soapwrapper::simulator
 {
