@@ -15,7 +15,7 @@
 #include "simulator/scenario_report.h"
 #include "simulator/service/interference.h"
 #include "simulator/service/service.h"
-#include "simulator/storage/model.h"
+#include "simulator/storage/current_model.h"
 #include "simulator/traffic/dump_folder.h"
 #include "simulator/traffic/recorder.h"
 
@@ -124,7 +124,7 @@ void simulate(const Options& options)
     if (!options.certificate.empty()) identity = read_identity(options.certificate, options.key);
     const Descriptor stop_signals = take_stop_signals();
     Front front = open_front(options, std::move(identity));
-    Model model(scenario, front.interfaces, options.credential);
+    CurrentModel model(scenario, front.interfaces, options.credential);
     Interference interference(options.troubles);
     RequestLog log(options.verbose);
     Recorder recorder(options.credential);

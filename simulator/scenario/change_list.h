@@ -69,6 +69,8 @@ class ChangeList
 
     bool at_end() const { return next_ == changes_.size(); }
     std::size_t size() const { return changes_.size(); }
+    // How many were taken or passed over.
+    std::size_t position() const { return next_; }
 
   private:
     std::string base_export_;

@@ -85,6 +85,8 @@ struct Snapshot {
     std::int64_t size = 0;
     std::vector<PathMapping> path_map;
     Content content;
+    std::optional<std::int64_t>
+        made; // the storage's date, if it was made since the start; clients aren't told
 };
 
 // A partner's server without a colon stands for the machine that the client reached.

@@ -24,6 +24,7 @@
 #include "simulator/service/text_encoding.h"
 #include "simulator/service/trouble.h"
 #include "simulator/service/unserved.h"
+#include "simulator/storage/model.h"
 #include "simulator/traffic/exchange.h"
 
 #include <chrono>
@@ -108,13 +109,14 @@ class Service : public PSVWSSoapBindingService
         operation_ = operation;
         if (bounds_.check() != SOAP_OK) return error;
         try {
-            backend_.model.use()->request_arrived();
+            backend_.model.get()->use()->request_arrived();
             met_ = backend_.interference.meet(operation);
             if (met_.trouble && met_.trouble->kind == TroubleKind::kFault) {
                 throw Fault(met_.trouble->code, std::string(operation) + " fails on demand");
             }
             if (met_.trouble && !is_performed(met_.trouble->kind)) return SOAP_STOP;
-            Call call(backend_.model, *this);
+            const std::shared_ptr<Model> model = backend_.model.get();
+            Call call(*model, *this);
             handle(call, required(request, operation), response);
             return SOAP_OK;
         } catch (const Fault& raised) {

@@ -6,7 +6,7 @@
 #include "simulator/front/request_log.h"
 #include "simulator/service/interference.h"
 #include "simulator/service/text_encoding.h"
-#include "simulator/storage/model.h"
+#include "simulator/storage/current_model.h"
 #include "simulator/traffic/dump_folder.h"
 #include "simulator/traffic/recorder.h"
 
@@ -15,7 +15,7 @@ namespace soapwrapper::simulator
 
 // What all requests share.
 struct Backend {
-    Model& model;
+    CurrentModel& model;
     Interference& interference;
     RequestLog& log;
     Recorder& recorder;

@@ -147,10 +147,9 @@ void announce_export_ended(StorageServer& server, const Export& exported, std::i
         about_export(date, ActivityAction::kExportEnded, server, exported, "no longer exported"));
 }
 
-void announce_operation(StorageServer& server, const std::string& name, std::int64_t bytes_transferred,
-                        int error)
+void announce_operation(StorageServer& server, const OperationEnded& ended)
 {
-    server.events.add_inline(OperationEnded{name, bytes_transferred, error});
+    server.events.add_inline(ended);
 }
 
 } // namespace soapwrapper::simulator

@@ -4,6 +4,7 @@
 #define SOAPWRAPPER_SIMULATOR_STORAGE_ANNOUNCEMENTS_H
 
 #include "simulator/scenario/records.h"
+#include "simulator/storage/event_records.h"
 #include "simulator/storage/export_account.h"
 #include "simulator/storage/storage_server.h"
 
@@ -38,9 +39,7 @@ void announce_snapshot_deleted(StorageServer& server, const Lsu& lsu, const Snap
 void announce_export(StorageServer& server, const Export& exported, std::int64_t date);
 void announce_export_ended(StorageServer& server, const Export& exported, std::int64_t date);
 
-// `error` is 0 if all went well.
-void announce_operation(StorageServer& server, const std::string& name, std::int64_t bytes_transferred,
-                        int error);
+void announce_operation(StorageServer& server, const OperationEnded& ended);
 
 } // namespace soapwrapper::simulator
 

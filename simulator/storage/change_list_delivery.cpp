@@ -14,7 +14,8 @@ namespace soapwrapper::simulator
 
 ChangeListDelivery::ChangeListDelivery(ChangeList list, const ChangeListSettings& settings,
                                        RoomAccount::Share room)
-    : room_(std::move(room)), list_(std::move(list)), settings_(settings), busy_left_(settings.busy)
+    : room_(std::move(room)), size_(list.size()), list_(std::move(list)), settings_(settings),
+      busy_left_(settings.busy)
 {
 }
 
@@ -33,6 +34,7 @@ ChangeListDelivery::Batch ChangeListDelivery::next(const PathFilters& filters)
         if (!entry) break;
         batch.entries.push_back(std::move(*entry));
     }
+    read_ = list_.position();
     if (!list_.at_end()) batch.retry_interval = settings_.pace;
     return batch;
 }

@@ -6,6 +6,8 @@
 #include "simulator/scenario/scenario.h"
 #include "simulator/storage/room_account.h"
 
+#include <atomic>
+#include <cstddef>
 #include <mutex>
 #include <vector>
 
@@ -26,8 +28,14 @@ class ChangeListDelivery
     };
     Batch next(const PathFilters& filters);
 
+    // Of all, how many were read or passed over. These never wait, however long a next() takes.
+    std::size_t size() const { return size_; }
+    std::size_t read() const { return read_; }
+
   private:
     const RoomAccount::Share room_;
+    const std::size_t size_;
+    std::atomic<std::size_t> read_{0};
     std::mutex mutex_;
     ChangeList list_;
     const ChangeListSettings settings_;

@@ -4,6 +4,7 @@
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/storage/event_records.h"
 
+#include <chrono>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -16,7 +17,8 @@ void EventLog::add(bool is_inline, EventPayload payload)
 {
     if (last_ == std::numeric_limits<std::int32_t>::max()) return;
     ++last_;
-    events_.emplace_hint(events_.end(), last_, Event{last_, is_inline, std::move(payload)});
+    events_.emplace_hint(events_.end(), last_,
+                         Event{last_, is_inline, std::move(payload), std::chrono::steady_clock::now()});
     if (events_.size() > kMostEvents) events_.erase(events_.begin());
 }
 

@@ -34,6 +34,9 @@ class EventLog
     const Event& at(std::int32_t seqno) const;
     void erase(std::int32_t seqno);
 
+    // By number.
+    const std::map<std::int32_t, Event>& all() const { return events_; }
+
   private:
     void add(bool is_inline, EventPayload payload);
 

@@ -3,7 +3,9 @@
 #define SOAPWRAPPER_SIMULATOR_STORAGE_EVENT_RECORDS_H
 
 #include "simulator/scenario/records.h"
+#include "simulator/storage/serial.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -15,9 +17,11 @@ namespace soapwrapper::simulator
 {
 
 struct OperationEnded {
-    std::string name;
+    std::string name; // the client's, or the token
     std::int64_t bytes_transferred = 0;
     int error = 0;
+    Serial number = 0;
+    bool is_named = false;
 };
 
 // The LSU as it is after a change.
@@ -91,6 +95,8 @@ struct Event {
     // Its payload comes with it. Otherwise it is only announced, and the payload has to be asked for.
     bool is_inline = true;
     EventPayload payload;
+    // What comes first among the events of several servers.
+    std::chrono::steady_clock::time_point recorded;
 
     EventKind kind() const { return static_cast<EventKind>(payload.index() + 1); }
 };

@@ -41,6 +41,8 @@ class ExportAccount
     void remove_hosts(Export& exported, const std::vector<std::string>& hosts);
     void erase(const Export& exported);
 
+    const std::vector<Export>& all() const { return exports_; }
+
   private:
     void require_room(std::size_t bytes) const;
 

@@ -73,6 +73,7 @@ void add_snapshot(Storage& storage, LsuPosition position, Snapshot snapshot)
     require_place_for(lsu, snapshot.name);
     const std::int64_t before = lsu.properties.used;
     lsu.occupy(snapshot.size);
+    snapshot.made = storage.date();
     const Snapshot& added = lsu.snapshots.emplace(storage.next_serial(), std::move(snapshot)).first->second;
     StorageServer& server = storage.server(position.server);
     announce_snapshot_created(server, lsu, added, storage.date());

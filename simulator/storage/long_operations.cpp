@@ -6,6 +6,7 @@
 #include "simulator/scenario/simulated_time.h"
 #include "simulator/scenario/text.h"
 #include "simulator/storage/announcements.h"
+#include "simulator/storage/serial.h"
 #include "simulator/storage/storage.h"
 #include "simulator/storage/token_table.h"
 
@@ -21,6 +22,15 @@
 
 namespace soapwrapper::simulator
 {
+namespace
+{
+
+// Stands for the server in a token's key.
+constexpr std::size_t kAnyServer = std::numeric_limits<std::size_t>::max();
+
+constexpr char kNoOperation[] = "there is no such operation, or no more";
+
+} // namespace
 
 std::int64_t LongOperation::bytes_moved(Instant now) const
 {
@@ -33,14 +43,14 @@ std::int64_t LongOperation::bytes_moved(Instant now) const
 
 OperationRegistry::Key OperationRegistry::key_of_token(const std::string& token)
 {
-    return {std::numeric_limits<std::size_t>::max(), token};
+    return {kAnyServer, token};
 }
 
 const LongOperation& OperationRegistry::at(const std::map<Key, LongOperation>& operations, const Key& key)
 {
     const auto found = operations.find(key);
     // The token isn't told: it opens what it names.
-    if (found == operations.end()) throw Fault(kUnknownOperation, "there is no such operation, or no more");
+    if (found == operations.end()) throw Fault(kUnknownOperation, kNoOperation);
     return found->second;
 }
 
@@ -79,12 +89,14 @@ void OperationRegistry::add(Key key, LongOperation operation, Instant now)
     if (running_.size() >= kMostRunning) throw Fault(kTooManyOpen, "too many operations are running");
     if (operation.found != 0) operation.room = running_differences_.take(operation.found);
     forget(key);
+    operation.number = ++started_;
     operation.name = key.second;
+    operation.is_named = key.first != kAnyServer;
     operation.begin = now;
     operation.end =
         now + std::chrono::seconds(settings_.seconds.of[static_cast<std::size_t>(operation.kind)]);
     operation.error = kBusy;
-    running_.emplace(Due(operation.end, ++started_), key);
+    running_.emplace(Due(operation.end, operation.number), key);
     operations_.emplace(std::move(key), std::move(operation));
 }
 
@@ -122,14 +134,23 @@ void OperationRegistry::cancel_by_name(Storage& storage, std::size_t server, con
     cancel(storage, {server, name});
 }
 
-void OperationRegistry::cancel(Storage& storage, const Key& key)
+bool OperationRegistry::cancel_by_number(Storage& storage, Serial number)
+{
+    const auto found = std::find_if(operations_.begin(), operations_.end(),
+                                    [number](const auto& each) { return each.second.number == number; });
+    if (found == operations_.end()) throw Fault(kUnknownOperation, kNoOperation);
+    return cancel(storage, Key(found->first));
+}
+
+bool OperationRegistry::cancel(Storage& storage, const Key& key)
 {
     at(operations_, key);
     const auto due = std::find_if(running_.begin(), running_.end(),
                                   [&](const auto& entry) { return entry.second == key; });
-    if (due == running_.end()) return;
+    if (due == running_.end()) return false;
     running_.erase(due);
     finish(storage, key, kCancelled, {});
+    return true;
 }
 
 // Where every operation ends, well or not.
@@ -144,7 +165,8 @@ void OperationRegistry::finish(Storage& storage, const Key& key, int error, Oper
     operation.result = std::move(result);
     differences_ += operation.result.differences.size();
     ended_.push_back(key);
-    announce_operation(storage.server(operation.server), operation.name, operation.bytes, operation.error);
+    announce_operation(storage.server(operation.server), {operation.name, operation.bytes, operation.error,
+                                                          operation.number, operation.is_named});
     forget_oldest();
 }
 

@@ -6,6 +6,7 @@
 #include "simulator/scenario/operation_settings.h"
 #include "simulator/scenario/simulated_time.h"
 #include "simulator/storage/room_account.h"
+#include "simulator/storage/serial.h"
 #include "simulator/storage/storage.h"
 
 #include <cstddef>
@@ -49,7 +50,9 @@ struct LongOperation {
     std::size_t found = 0;  // differences that the effect holds until then
 
     // Filled in by OperationRegistry.
-    std::string name; // the client's, or the token
+    Serial number = 0; // for people
+    std::string name;  // the client's, or the token
+    bool is_named = false;
     Instant begin{0};
     Instant end{0};
     int error = 0; // busy, while it runs
@@ -73,7 +76,11 @@ class OperationRegistry
     // A host's record has no room for more.
     static constexpr std::size_t kLongestName = 255;
 
-    explicit OperationRegistry(const OperationSettings& settings) : settings_(settings) {}
+    // `started` is the number that was given last.
+    explicit OperationRegistry(const OperationSettings& settings, Serial started = 0)
+        : settings_(settings), started_(started)
+    {
+    }
 
     // Returns the token by which the operation goes.
     std::string start(LongOperation operation, Instant now);
@@ -87,21 +94,31 @@ class OperationRegistry
     // Without its effect, and only if it still runs.
     void cancel_by_token(Storage& storage, const std::string& token);
     void cancel_by_name(Storage& storage, std::size_t server, const std::string& name);
+    // False if it has ended already.
+    bool cancel_by_number(Storage& storage, Serial number);
 
     // Of those whose end has come, the earliest first.
     void end_due(Storage& storage);
 
     int retry_interval() const { return settings_.retry_interval; }
+    Serial started() const { return started_; }
+
+    // Calls visit(operation) for each, in any order.
+    template <class Visit>
+    void for_each(Visit visit) const
+    {
+        for (const auto& each : operations_) visit(each.second);
+    }
 
   private:
     // A name is one server's; a token is everywhere the same.
     using Key = std::pair<std::size_t, std::string>;
-    using Due = std::pair<Instant, std::uint64_t>;
+    using Due = std::pair<Instant, Serial>;
 
     static Key key_of_token(const std::string& token);
     static const LongOperation& at(const std::map<Key, LongOperation>& operations, const Key& key);
     void add(Key key, LongOperation operation, Instant now);
-    void cancel(Storage& storage, const Key& key);
+    bool cancel(Storage& storage, const Key& key);
     void end(Storage& storage, const Key& key);
     void finish(Storage& storage, const Key& key, int error, OperationResult result);
     void forget(const Key& key);
@@ -113,7 +130,7 @@ class OperationRegistry
     std::deque<Key> ended_;       // the oldest first
     std::size_t differences_ = 0; // of those that ended
     RoomAccount running_differences_{kMostDifferences, "differences of running operations"};
-    std::uint64_t started_ = 0;
+    Serial started_;
 };
 
 } // namespace soapwrapper::simulator

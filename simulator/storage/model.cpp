@@ -3,6 +3,7 @@
 #include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/scenario.h"
+#include "simulator/storage/serial.h"
 #include "simulator/storage/storage.h"
 #include "simulator/storage/storage_server.h"
 
@@ -17,9 +18,10 @@
 namespace soapwrapper::simulator
 {
 
-Model::Model(const Scenario& scenario, std::vector<std::string> interfaces, std::string credential)
+Model::Model(const Scenario& scenario, std::vector<std::string> interfaces, std::string credential,
+             Serial started)
     : interfaces_(std::move(interfaces)), credential_(std::move(credential)), storage_(scenario),
-      operations_(scenario.operations)
+      operations_(scenario.operations, started)
 {
 }
 

@@ -5,6 +5,7 @@
 
 #include "simulator/scenario/scenario.h"
 #include "simulator/storage/long_operations.h"
+#include "simulator/storage/serial.h"
 #include "simulator/storage/storage.h"
 
 #include <cstddef>
@@ -38,7 +39,9 @@ class Model
 {
   public:
     // `interfaces` are the rows that every server names as its own; `credential` is the text that opens it.
-    Model(const Scenario& scenario, std::vector<std::string> interfaces, std::string credential);
+    // `started` is the number of the operation that was started last.
+    Model(const Scenario& scenario, std::vector<std::string> interfaces, std::string credential,
+          Serial started = 0);
     Model(const Model&) = delete;
     Model& operator=(const Model&) = delete;
 

@@ -48,6 +48,11 @@ class OpenTable
     {
         return values_.any(predicate);
     }
+    template <class Visit>
+    void for_each(Visit visit) const
+    {
+        values_.for_each(visit);
+    }
 
   private:
     const char* what_;

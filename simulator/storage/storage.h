@@ -68,12 +68,15 @@ class Storage
   public:
     explicit Storage(const Scenario& scenario);
 
+    // By its prefix and any host.
     std::size_t server_index(const std::string& name) const;
+    const std::vector<StorageServer>& servers() const { return servers_; }
     const StorageServer& server(std::size_t index) const { return servers_[index]; }
     StorageServer& server(std::size_t index) { return servers_[index]; }
 
     std::string open_session(const std::string& name);
     const Session& session(const std::string& token) const;
+    const TokenTable<Session>& sessions() const { return sessions_; }
     // With all that was opened under it.
     void close_session(const std::string& token);
 

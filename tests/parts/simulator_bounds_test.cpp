@@ -122,11 +122,13 @@ class SimulatorKeeping : public testing::Test
                        "<n:diffSnapshot><n:snapName>2</n:snapName></n:diffSnapshot>");
     }
 
-    Model model_{parse_scenario(kScenario), {}, "secret"};
+    CurrentModel current_{parse_scenario(kScenario), {}, "secret"};
+    const std::shared_ptr<Model> held_ = current_.get();
+    Model& model_ = *held_;
     Interference interference_;
     RequestLog log_{false};
     Recorder recorder_{"secret"};
-    const Backend backend_{model_, interference_, log_, recorder_};
+    const Backend backend_{current_, interference_, log_, recorder_};
     const std::string session_ = model_.use().open_server("A:host", {kCredentialType, "secret"});
 };
 

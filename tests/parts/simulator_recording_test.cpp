@@ -5,7 +5,7 @@
 #include "simulator/service/interference.h"
 #include "simulator/service/service.h"
 #include "simulator/service/trouble.h"
-#include "simulator/storage/model.h"
+#include "simulator/storage/current_model.h"
 #include "simulator/traffic/exchange.h"
 #include "simulator/traffic/recorder.h"
 
@@ -54,7 +54,7 @@ class SimulatorRecording : public testing::Test
         interference_.add(trouble);
     }
 
-    Model model_{default_scenario(), {}, "secret"};
+    CurrentModel model_{default_scenario(), {}, "secret"};
     Interference interference_;
     RequestLog log_{false};
     Recorder recorder_{"secret"};
