@@ -135,6 +135,10 @@ CommandLine parse_command_line(const std::vector<std::string>& arguments)
         ->capture_default_str();
     app.add_flag("--no-http", no_http, "Don't serve plain HTTP");
     CLI::Option* no_https_flag = app.add_flag("--no-https", no_https, "Don't serve HTTPS");
+    app.add_option_function<std::string>(
+           "--page", [&options](const std::string& text) { options.page = address_in("--page", text); },
+           "Serve people here, over plain HTTP, and at the service's addresses no more")
+        ->type_name("HOST:PORT");
     CLI::Option* advertise = app.add_option("--advertise", options.advertise,
                                             "Name this host in the interfaces, not the address bound")
                                  ->type_name("HOST");

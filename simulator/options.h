@@ -20,8 +20,9 @@ constexpr int kExitUsage = 2;
 struct Options {
     std::optional<Address> http = Address{"127.0.0.1", 8085};
     std::optional<Address> https = Address{"127.0.0.1", 8086};
-    std::string advertise;   // empty: the address bound
-    std::string certificate; // a file, and so is the key; empty: they are made
+    std::optional<Address> page; // without one, people come in where hosts do
+    std::string advertise;       // empty: the address bound
+    std::string certificate;     // a file, and so is the key; empty: they are made
     std::string key;
     std::string ca_out; // a file; empty: none
     TlsVersion newest_tls = TlsVersion::kTls13;

@@ -17,9 +17,25 @@ bool AnswerStream::append(std::string_view text)
     const std::lock_guard<std::mutex> lock(mutex_);
     if (text.size() > kMaxWaiting - text_.size()) closed_ = true;
     const bool is_taken = !closed_ && !ended_;
-    if (is_taken) text_.append(text);
+    if (is_taken) kept_ = text_.append(text).size();
     resume();
     return is_taken;
+}
+
+bool AnswerStream::offer(std::string_view text)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (closed_ || ended_) return false;
+    text_.resize(kept_);
+    text_.append(text);
+    resume();
+    return true;
+}
+
+bool AnswerStream::is_open()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return !closed_ && !ended_;
 }
 
 void AnswerStream::end()
@@ -34,7 +50,7 @@ ssize_t AnswerStream::read(MHD_Connection* connection, int wake_fd, char* buffer
     const std::lock_guard<std::mutex> lock(mutex_);
     if (closed_) return MHD_CONTENT_READER_END_WITH_ERROR;
     const std::size_t count = text_.copy(buffer, size);
-    text_.erase(0, count);
+    kept_ = text_.erase(0, count).size();
     if (count != 0) return static_cast<ssize_t>(count);
     if (ended_) return MHD_CONTENT_READER_END_OF_STREAM;
     suspended_ = connection;

@@ -21,8 +21,12 @@ class AnswerStream
     // What may wait to be sent. A client that lets more come together is dropped.
     static constexpr std::size_t kMaxWaiting = 1024 * 1024;
 
-    // Any thread may call these two. False if nobody is there, or no longer, to take the text.
+    // Any thread may call these. False if nobody is there, or no longer, to take the text.
     bool append(std::string_view text);
+    // The same for a text in which only the last word counts: it takes the place of what waits, but for a
+    // text of which a part has gone out.
+    bool offer(std::string_view text);
+    bool is_open();
     // Sends what waits, then ends the answer.
     void end();
 
@@ -38,6 +42,7 @@ class AnswerStream
 
     std::mutex mutex_;
     std::string text_;
+    std::size_t kept_ = 0; // bytes at the front of it that no offer may take away
     MHD_Connection* suspended_ = nullptr;
     int wake_fd_ = -1;
     bool ended_ = false;

@@ -18,6 +18,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace soapwrapper::simulator
 {
@@ -248,10 +249,12 @@ void look_for_trees_in(Scenario& scenario, const std::filesystem::path& folder)
     }
 }
 
-Scenario load_scenario(const std::string& path)
+Scenario load_scenario(const std::string& path, std::string* text_read)
 {
-    Scenario scenario = read_faultless_scenario(text_of_file(path), path + ": ");
+    std::string text = text_of_file(path);
+    Scenario scenario = read_faultless_scenario(text, path + ": ");
     look_for_trees_in(scenario, std::filesystem::path(path).parent_path());
+    if (text_read) *text_read = std::move(text);
     return scenario;
 }
 

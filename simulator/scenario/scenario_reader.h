@@ -15,8 +15,9 @@ namespace soapwrapper::simulator
 // From JSON. Trees are taken as they are named.
 Scenario parse_scenario(std::string_view json);
 
-// The same from a file, which each line of the error then names. Trees are seen from its place.
-Scenario load_scenario(const std::string& path);
+// The same from a file, which each line of the error then names. Trees are seen from its place. `text`, if it
+// is given, becomes the JSON in it.
+Scenario load_scenario(const std::string& path, std::string* text = nullptr);
 
 // A tree is told from where the file stands, so that the two can be moved together.
 void look_for_trees_in(Scenario& scenario, const std::filesystem::path& folder);

@@ -1,0 +1,23 @@
+#include "simulator/routes.h"
+
+#include "simulator/api/admission.h"
+#include "simulator/api/api.h"
+#include "simulator/api/api_context.h"
+#include "simulator/front/http.h"
+#include "simulator/service/service.h"
+
+#include <vector>
+
+namespace soapwrapper::simulator
+{
+
+std::vector<Route> routes_of(const Backend& backend, const Api& api, const Admission& admission)
+{
+    const Handler soap = [&backend](const Request& request) { return serve_request(backend, request); };
+    const Handler json = [&api](const Request& request) { return serve_api(api, request); };
+    return {{"POST", "", soap, Audience::kHosts},
+            {"POST", "/", soap, Audience::kHosts},
+            {"", "/api/*", admission.guarded(json), Audience::kPeople}};
+}
+
+} // namespace soapwrapper::simulator
