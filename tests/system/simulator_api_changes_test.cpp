@@ -1,7 +1,8 @@
 // The stream that tells those who watch the simulator that something has changed.
 #include "tests/system/simulator_api.h"
 
-#include <poll.h>
+#include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -17,7 +18,13 @@ namespace
 class Watcher
 {
   public:
-    explicit Watcher(int port) : socket_(port) { socket_.send(request_text("GET", "/api/changes")); }
+    // One that is told nothing gives up long after it should have been.
+    explicit Watcher(int port) : socket_(port)
+    {
+        const timeval long_enough{30, 0};
+        setsockopt(socket_.fd(), SOL_SOCKET, SO_RCVTIMEO, &long_enough, sizeof long_enough);
+        socket_.send(request_text("GET", "/api/changes"));
+    }
 
     // Reads what it is told, until `is_enough` says so; null if the stream ends first.
     template <class Predicate>
