@@ -51,6 +51,7 @@ class Connection
 
     // Once the request is whole: who is to serve it, and itself, given away.
     const Handler& handler() const { return route_->handler; }
+    Audience audience() const { return route_->audience; }
     Request take_request();
     void wait_for_answer();
     void answer(Answer answer);

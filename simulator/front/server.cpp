@@ -113,7 +113,7 @@ MHD_Result Server::take_head(Connection& connection, const char* path, const cha
 
 MHD_Result Server::take_end(Connection& connection)
 {
-    workers_.submit(connection.id(), connection.handler(), connection.take_request());
+    workers_.submit(connection.id(), connection.handler(), connection.take_request(), connection.audience());
     connection.wait_for_answer();
     return MHD_YES;
 }

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <deque>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -19,7 +20,8 @@ namespace soapwrapper::simulator
 WorkerPool::WorkerPool(unsigned threads) : reply_event_(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
 {
     if (!reply_event_.valid()) throw std::system_error(errno, std::generic_category(), "no event descriptor");
-    for (unsigned i = 0; i < threads; ++i) threads_.emplace_back([this] { work(); });
+    for (unsigned i = 0; i < threads; ++i) threads_.emplace_back([this] { work(for_hosts_); });
+    for (unsigned i = 0; i < kThreadsForPeople; ++i) threads_.emplace_back([this] { work(for_people_); });
 }
 
 WorkerPool::~WorkerPool()
@@ -28,19 +30,22 @@ WorkerPool::~WorkerPool()
     for (std::thread& thread : threads_) thread.join();
 }
 
-void WorkerPool::submit(Id id, const Handler& handler, Request request)
+void WorkerPool::submit(Id id, const Handler& handler, Request request, Audience audience)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
-    jobs_.push_back({id, &handler, std::move(request)});
-    changed_.notify_one();
+    Lane& lane = audience == Audience::kPeople ? for_people_ : for_hosts_;
+    lane.jobs.push_back({id, &handler, std::move(request)});
+    lane.has_jobs.notify_one();
 }
 
 void WorkerPool::forget(Id id)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
-    const auto found =
-        std::find_if(jobs_.begin(), jobs_.end(), [id](const Job& job) { return job.id == id; });
-    if (found != jobs_.end()) jobs_.erase(found);
+    for (std::deque<Job>* jobs : {&for_hosts_.jobs, &for_people_.jobs}) {
+        const auto found =
+            std::find_if(jobs->begin(), jobs->end(), [id](const Job& job) { return job.id == id; });
+        if (found != jobs->end()) jobs->erase(found);
+    }
 }
 
 std::vector<WorkerPool::Reply> WorkerPool::take_replies()
@@ -55,24 +60,25 @@ bool WorkerPool::end(Clock::time_point deadline)
 {
     std::unique_lock<std::mutex> lock(mutex_);
     ending_ = true;
-    changed_.notify_all();
-    return changed_.wait_until(lock, deadline, [this] { return serving_ == 0; });
+    for_hosts_.has_jobs.notify_all();
+    for_people_.has_jobs.notify_all();
+    return is_idle_.wait_until(lock, deadline, [this] { return serving_ == 0; });
 }
 
-void WorkerPool::work()
+void WorkerPool::work(Lane& lane)
 {
     std::unique_lock<std::mutex> lock(mutex_);
     for (;;) {
-        changed_.wait(lock, [this] { return ending_ || !jobs_.empty(); });
+        lane.has_jobs.wait(lock, [&] { return ending_ || !lane.jobs.empty(); });
         if (ending_) return;
-        const Job job = std::move(jobs_.front());
-        jobs_.pop_front();
+        const Job job = std::move(lane.jobs.front());
+        lane.jobs.pop_front();
         ++serving_;
         lock.unlock();
         Answer answer = (*job.handler)(job.request);
         lock.lock();
         --serving_;
-        if (ending_) changed_.notify_all();
+        if (ending_) is_idle_.notify_all();
         replies_.push_back({job.id, std::move(answer)});
         eventfd_write(reply_event_.get(), 1);
     }

@@ -1,4 +1,5 @@
-// A fixed number of threads that serve requests. Nothing here knows of sockets.
+// A fixed number of threads that serve requests, and a few more for those of people: they are served, too,
+// while hosts keep all others waiting. Nothing here knows of sockets.
 #ifndef SOAPWRAPPER_SIMULATOR_FRONT_WORKER_POOL_H
 #define SOAPWRAPPER_SIMULATOR_FRONT_WORKER_POOL_H
 
@@ -25,6 +26,9 @@ class WorkerPool
         Answer answer;
     };
 
+    static constexpr unsigned kThreadsForPeople = 2;
+
+    // `threads` are for hosts.
     explicit WorkerPool(unsigned threads);
     // Lets what is being served be finished, and drops what waits.
     ~WorkerPool();
@@ -32,7 +36,7 @@ class WorkerPool
     WorkerPool& operator=(const WorkerPool&) = delete;
 
     // The handler must outlive the pool.
-    void submit(Id id, const Handler& handler, Request request);
+    void submit(Id id, const Handler& handler, Request request, Audience audience = Audience::kHosts);
     // Drops the request if it still waits.
     void forget(Id id);
     // Readable when there are replies to take.
@@ -48,14 +52,21 @@ class WorkerPool
         Request request;
     };
 
-    void work();
+    // What waits for the same threads.
+    struct Lane {
+        std::deque<Job> jobs;
+        std::condition_variable has_jobs;
+    };
+
+    void work(Lane& lane);
 
     Descriptor reply_event_;
     std::mutex mutex_;
-    std::condition_variable changed_;
+    std::condition_variable is_idle_;
     bool ending_ = false;
     unsigned serving_ = 0;
-    std::deque<Job> jobs_;
+    Lane for_hosts_;
+    Lane for_people_;
     std::vector<Reply> replies_;
     std::vector<std::thread> threads_;
 };

@@ -104,4 +104,20 @@ TEST(SimulatorWorkerPool, ServesNoRequestThatWasForgottenWhileItWaited)
     EXPECT_THAT(served, testing::ElementsAre(3));
 }
 
+// Somebody may have to take away what keeps hosts' requests waiting.
+TEST(SimulatorWorkerPool, ServesPeopleWhileHostsKeepItsThreadsWaiting)
+{
+    WorkerPool pool(1);
+    Busy busy;
+    busy.submit_to(pool);
+    std::promise<void> done;
+    const Handler handler = [&](const Request&) {
+        done.set_value();
+        return Answer();
+    };
+    pool.submit(2, handler, {}, Audience::kPeople);
+    done.get_future().wait();
+    busy.let_go();
+}
+
 } // namespace

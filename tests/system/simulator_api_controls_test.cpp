@@ -39,6 +39,20 @@ TEST_F(SimulatorApiControls, AFaultCanBeTakenAwayAloneOrWithAllOthers)
     EXPECT_EQ(fault_of_label(), -1);
 }
 
+// The time of the storage tells that the request has come.
+TEST(SimulatorApiDelay, CanBeTakenAwayThoughAllThreadsWaitBecauseOfIt)
+{
+    const TemporaryFolder folder;
+    const SimulatorProcess simulator({"--threads", "1", "--delay", "listLSU=3600000", "--scenario",
+                                      folder.write("requests.json", scenario())});
+    const int port = simulator.http_port();
+    const ClientSocket client(port);
+    client.send(post_text(kit::envelope(element("listLSU", nil("lsuListHandle")))));
+    while (json_of(get(port, "/api/state")).at("time") != 1) continue;
+    EXPECT_EQ(send(port, request_text("DELETE", "/api/faults/1")).status, 204);
+    EXPECT_EQ(parse_reply(client.receive_all()).status, 500);
+}
+
 TEST_F(SimulatorApiControls, AFaultThatMakesNoSenseIsRefusedWithTheReason)
 {
     for (const char* body :
