@@ -24,14 +24,15 @@ declare -A may_include=(
     [xmlhelper]=""
     [simulator/front]=""
     [simulator/contract]="simulator/front"
+    [simulator/page]="simulator/front"
     [simulator/scenario]="plugin/host"
     [simulator/storage]="plugin/host simulator/scenario"
     [simulator/traffic]="simulator/front"
     [simulator/service]="plugin/host simulator/front simulator/scenario simulator/storage simulator/traffic"
     [simulator/api]="plugin/host simulator/front simulator/contract simulator/scenario simulator/storage simulator/traffic \
         simulator/service"
-    [simulator]="plugin/host simulator/front simulator/contract simulator/scenario simulator/storage simulator/traffic \
-        simulator/service simulator/api"
+    [simulator]="plugin/host simulator/front simulator/contract simulator/page simulator/scenario simulator/storage \
+        simulator/traffic simulator/service simulator/api"
     [simulator/zapi]="plugin/host simulator/scenario"
     [probe/output]="plugin/host"
     [probe/library]="plugin/host probe/output"

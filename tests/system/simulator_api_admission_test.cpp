@@ -123,6 +123,16 @@ TEST_F(SimulatorApiAdmission, WhatIsRefusedChangesNothing)
     EXPECT_EQ(server("Near").at("sessions").size(), 1U);
 }
 
+TEST_F(SimulatorApiAdmission, ThePageIsForTheSameVisitorsAndMayBeLinkedTo)
+{
+    EXPECT_THAT(simulator_api::get(port(), "/").body, HasSubstr("<!doctype html>"));
+    EXPECT_EQ(simulator_api::get(port(), "/", {{"Sec-Fetch-Site", "cross-site"}}).status, 200);
+    EXPECT_EQ(simulator_api::get(port(), "/", {{"Host", "evil.example"}}).status, 403);
+    EXPECT_EQ(simulator_api::get(port(), "/page/main.js").status, 200);
+    EXPECT_EQ(simulator_api::get(port(), "/page/main.js", {{"Host", "evil.example"}}).status, 403);
+    EXPECT_EQ(simulator_api::get(port(), "/page/../page/main.js").status, 405);
+}
+
 TEST(SimulatorApiListeners, TheServicesOtherAddressesKnowNothingOfIt)
 {
     const SimulatorProcess simulator({"--page", "127.0.0.1:0"});
@@ -131,12 +141,14 @@ TEST(SimulatorApiListeners, TheServicesOtherAddressesKnowNothingOfIt)
     ASSERT_THAT(page, StartsWith("page http://127.0.0.1:"));
     const int port = std::stoi(page.substr(page.rfind(':') + 1));
     EXPECT_EQ(get(port, "/api/state").status, 200);
+    EXPECT_EQ(get(port, "/").status, 200);
     EXPECT_EQ(get(simulator.http_port(), "/api/state").status, 405);
+    EXPECT_EQ(get(simulator.http_port(), "/").status, 405);
     EXPECT_EQ(post(simulator.http_port(), "/api/reset").status, 500) << "it is no message of SOAP";
     EXPECT_EQ(json_of(get(port, "/api/state")).at("urls").size(), 2U);
     const std::string properties = element("server", "Network_NTAP:filer");
     EXPECT_EQ(ask(simulator.http_port(), "getServerPropByName", properties).status, 200);
-    EXPECT_EQ(ask(port, "getServerPropByName", properties).status, 404);
+    EXPECT_EQ(ask(port, "getServerPropByName", properties).status, 405);
 }
 
 TEST(SimulatorApiListeners, TheNamesOfTheCommandLineAreItsOwn)

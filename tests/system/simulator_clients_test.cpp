@@ -75,7 +75,8 @@ TEST(SimulatorClients, AnEmptyLineAheadOfARequestIsSkipped)
 TEST(SimulatorClients, WhatTheServiceDoesNotTakeIsRefusedByItsHttpStatus)
 {
     const SimulatorProcess simulator;
-    EXPECT_EQ(status_of_head(simulator, "GET / HTTP/1.1\r\nHost: x"), 405);
+    EXPECT_EQ(status_of_head(simulator, "PUT / HTTP/1.1\r\nHost: x"), 405);
+    EXPECT_EQ(status_of_head(simulator, "GET /elsewhere HTTP/1.1\r\nHost: x"), 405);
     EXPECT_EQ(status_of_head(simulator, "POST / HTTP/1.1\r\nHost: x"), 411);
     EXPECT_EQ(status_of_head(simulator, kPost + "Transfer-Encoding: chunked"), 411);
     EXPECT_EQ(status_of_head(simulator, kPost + "Content-Encoding: gzip\r\nContent-Length: 1"), 415);
