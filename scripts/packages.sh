@@ -1,4 +1,4 @@
-# Installs what packaging/debian-packages.txt names and this machine lacks. Sourced by demo.sh and test.sh.
+# Installs what a list of packages in packaging/ names and this machine lacks. Sourced by demo.sh and test.sh.
 
 missing_packages() {
     local list=$1 package

@@ -25,8 +25,8 @@ async function ask(method, path, body) {
         const answer = await fetch(path, request);
         status = answer.status;
         text = await answer.text();
-    } catch (trouble) {
-        throw new NoAnswer(String(trouble));
+    } catch {
+        throw new NoAnswer("The simulator doesn't answer.");
     }
     let json = null;
     try {

@@ -2,7 +2,7 @@
 import { getJson, NoAnswer } from "./api.js";
 import { ChangesView } from "./changes.js";
 import { loadDialog, resetDialog } from "./dialogs.js";
-import { fill, h, setText } from "./dom.js";
+import { fill, h, notice, setText } from "./dom.js";
 import { EventsView } from "./events.js";
 import { readFragment } from "./links.js";
 import { Live } from "./live.js";
@@ -65,11 +65,6 @@ function told(view, trouble) {
     view.trouble.hidden = trouble === null;
 }
 
-function failed(view, trouble) {
-    if (trouble instanceof NoAnswer) live.lost();
-    else told(view, trouble);
-}
-
 const look = paced(kBetweenLooksMilliseconds, async () => {
     const view = current;
     try {
@@ -77,7 +72,8 @@ const look = paced(kBetweenLooksMilliseconds, async () => {
         told(view, null);
         if (view.watchesTime) await lookAgainWhileOperationsRun();
     } catch (trouble) {
-        failed(view, trouble);
+        if (trouble instanceof NoAnswer) live.lost();
+        else told(view, trouble);
     }
 });
 
@@ -136,7 +132,7 @@ for (const view of kViews) {
     place("tabs").append(h("li", {}, view.tab));
     place("view").append(view.element);
     const again = () => look();
-    again.failed = (trouble) => failed(view, trouble);
+    again.failed = (trouble) => (trouble instanceof NoAnswer ? live.lost() : notice("✕ " + trouble.message));
     view.start?.(again);
 }
 const isAnotherStorage = () => {

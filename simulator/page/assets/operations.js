@@ -71,10 +71,18 @@ export class OperationsView {
         return operation.bytes === 0 ? time : bytes(operation.bytesMoved) + " of " + bytes(operation.bytes) + " · " + time;
     }
 
+    start(again) {
+        this.again = again;
+    }
+
     async cancel(number) {
-        await postJson("/api/operations/" + number + "/cancel");
-        notice("Operation " + number + " was cancelled.");
-        await this.refresh(() => {});
+        try {
+            await postJson("/api/operations/" + number + "/cancel");
+            notice("Operation " + number + " was cancelled.");
+        } catch (trouble) {
+            this.again.failed(trouble);
+        }
+        this.again();
     }
 
     leave() {
