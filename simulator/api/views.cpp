@@ -6,6 +6,7 @@
 #include "simulator/api/parameters.h"
 #include "simulator/api/record_json.h"
 #include "simulator/api/state_json.h"
+#include "simulator/contract/contract.h"
 #include "simulator/front/http.h"
 #include "simulator/scenario/content.h"
 #include "simulator/service/operation_names.h"
@@ -83,12 +84,6 @@ json change_json(const FileChange& change)
             {"change", name_of(change.kind)},
             {"type", name_of(change.record.type)},
             {"size", change.record.size}};
-}
-
-// What is known of an operation besides its name.
-std::string_view words_about(std::string_view /*operation*/)
-{
-    return "";
 }
 
 } // namespace
@@ -192,7 +187,7 @@ Answer show_contract(const ApiCall&)
 {
     json operations = json::array();
     for (const std::string_view name : operation_names()) {
-        operations.push_back({{"name", name}, {"text", words_about(name)}});
+        operations.push_back({{"name", name}, {"text", text_of(name)}});
     }
     return json_answer({{"operations", std::move(operations)}});
 }

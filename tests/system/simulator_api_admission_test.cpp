@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <csignal>
 #include <map>
 
 namespace simulator_api
@@ -149,6 +150,31 @@ TEST(SimulatorApiListeners, TheServicesOtherAddressesKnowNothingOfIt)
     const std::string properties = element("server", "Network_NTAP:filer");
     EXPECT_EQ(ask(simulator.http_port(), "getServerPropByName", properties).status, 200);
     EXPECT_EQ(ask(port, "getServerPropByName", properties).status, 405);
+}
+
+TEST(SimulatorApiListeners, TheWsdlAndTheSchemaAreServedEverywhereWithTheAddressByWhichTheClientCame)
+{
+    const SimulatorProcess simulator({"--page", "127.0.0.1:0"});
+    const std::string page = simulator.urls().back();
+    for (const int port : {simulator.http_port(), std::stoi(page.substr(page.rfind(':') + 1))}) {
+        const HttpReply wsdl = get(port, "/?wsdl", {{"Host", "storage.example:8085"}});
+        EXPECT_EQ(wsdl.status, 200);
+        EXPECT_THAT(wsdl.body, HasSubstr("location=\"http://storage.example:8085\""));
+        EXPECT_THAT(get(port, "/ns1.xsd").body, HasSubstr("elementFormDefault=\"qualified\""));
+    }
+    const TlsClient client(simulator.https_port());
+    client.send(request_text("GET", "/?wsdl", {{"Host", "storage.example"}}));
+    EXPECT_THAT(parse_reply(client.receive_all()).body, HasSubstr("location=\"https://storage.example\""));
+}
+
+TEST(SimulatorApiListeners, WithoutAPageThereIsNothingElseToGet)
+{
+    SimulatorProcess simulator({"--page", "127.0.0.1:0", "-v"});
+    const HttpReply reply = get(simulator.http_port(), "/");
+    EXPECT_EQ(reply.status, 405);
+    EXPECT_THAT(reply.head, HasSubstr("\r\nAllow: POST\r\n"));
+    simulator.stop(SIGTERM);
+    EXPECT_THAT(simulator.errors(), HasSubstr(" -: refused with HTTP status 405\n"));
 }
 
 TEST(SimulatorApiListeners, TheNamesOfTheCommandLineAreItsOwn)
