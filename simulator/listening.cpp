@@ -5,6 +5,7 @@
 #include "simulator/front/entrance.h"
 #include "simulator/front/http.h"
 #include "simulator/front/tls_identity.h"
+#include "simulator/front/tls_version.h"
 #include "simulator/options.h"
 
 #include <unistd.h>

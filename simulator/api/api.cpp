@@ -9,6 +9,7 @@
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/scenario_error.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <optional>

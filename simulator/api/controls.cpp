@@ -13,7 +13,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <cstdint>
 #include <memory>
 #include <stdexcept>
 #include <utility>

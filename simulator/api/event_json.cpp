@@ -2,6 +2,7 @@
 
 #include "simulator/api/record_json.h"
 #include "simulator/scenario/fault_codes.h"
+#include "simulator/scenario/records.h"
 #include "simulator/storage/event_records.h"
 #include "simulator/storage/events_view.h"
 
@@ -13,6 +14,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 namespace soapwrapper::simulator

@@ -1,6 +1,8 @@
 #include "simulator/api/scenarios.h"
 
+#include "simulator/scenario/content.h"
 #include "simulator/scenario/default_scenario.h"
+#include "simulator/scenario/records.h"
 #include "simulator/scenario/scenario.h"
 #include "simulator/scenario/scenario_reader.h"
 #include "simulator/storage/current_model.h"

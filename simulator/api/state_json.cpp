@@ -4,6 +4,7 @@
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/operation_settings.h"
 #include "simulator/scenario/records.h"
+#include "simulator/scenario/simulated_time.h"
 #include "simulator/storage/operations_view.h"
 #include "simulator/storage/storage_view.h"
 

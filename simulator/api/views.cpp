@@ -7,8 +7,10 @@
 #include "simulator/api/record_json.h"
 #include "simulator/api/state_json.h"
 #include "simulator/contract/contract.h"
+#include "simulator/front/answer_stream.h"
 #include "simulator/front/http.h"
 #include "simulator/scenario/content.h"
+#include "simulator/service/interference.h"
 #include "simulator/service/operation_names.h"
 #include "simulator/service/trouble_json.h"
 #include "simulator/storage/events_view.h"
@@ -28,6 +30,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace soapwrapper::simulator

@@ -1,6 +1,7 @@
 #include "simulator/storage/operations_view.h"
 
 #include "simulator/scenario/operation_settings.h"
+#include "simulator/scenario/simulated_time.h"
 #include "simulator/storage/long_operations.h"
 #include "simulator/storage/storage.h"
 

@@ -1,5 +1,6 @@
 #include "simulator/storage/storage_view.h"
 
+#include "simulator/scenario/content.h"
 #include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/records.h"
@@ -10,6 +11,7 @@
 #include "simulator/storage/serial.h"
 #include "simulator/storage/storage.h"
 #include "simulator/storage/storage_server.h"
+#include "simulator/storage/token_table.h"
 
 #include <algorithm>
 #include <cstddef>
