@@ -1,5 +1,6 @@
 #include "simulator/contract/contract.h"
 
+#include "simulator/front/embedded_file.h"
 #include "simulator/front/http.h"
 
 #include <algorithm>
@@ -12,11 +13,18 @@
 namespace soapwrapper::simulator
 {
 
-// A line for each operation: its name, a tab and its text.
-std::string_view operation_lines();
+std::vector<EmbeddedFile> contract_files();
 
 namespace
 {
+
+std::string_view bytes_of(std::string_view name)
+{
+    for (const EmbeddedFile& file : contract_files()) {
+        if (file.name == name) return file.bytes;
+    }
+    return {};
+}
 
 constexpr std::size_t kLongestHostName = 253;
 constexpr int kHighestPort = 65535;
@@ -81,6 +89,16 @@ Answer document(std::string body)
 
 } // namespace
 
+std::string_view wsdl_template()
+{
+    return bytes_of("PSVWSSoapBinding.wsdl");
+}
+
+std::string_view schema_text()
+{
+    return bytes_of("ns1.xsd");
+}
+
 std::string wsdl_at(std::string_view url)
 {
     constexpr std::string_view kLocation = "address location=\"";
@@ -91,7 +109,7 @@ std::string wsdl_at(std::string_view url)
 
 std::string_view text_of(std::string_view operation)
 {
-    std::string_view lines = operation_lines();
+    std::string_view lines = bytes_of("operations.txt"); // each a name, a tab and a text
     while (!lines.empty()) {
         const std::string_view line = lines.substr(0, lines.find('\n'));
         const std::size_t tab = line.find('\t');

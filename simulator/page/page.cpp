@@ -1,7 +1,7 @@
 #include "simulator/page/page.h"
 
+#include "simulator/front/embedded_file.h"
 #include "simulator/front/http.h"
-#include "simulator/page/assets.h"
 
 #include <string>
 #include <string_view>
@@ -9,6 +9,9 @@
 
 namespace soapwrapper::simulator
 {
+
+std::vector<EmbeddedFile> page_assets();
+
 namespace
 {
 
@@ -24,7 +27,7 @@ std::string content_type_of(std::string_view name)
     return "text/javascript; charset=utf-8";
 }
 
-Answer answer_of(const Asset& asset)
+Answer answer_of(const EmbeddedFile& asset)
 {
     Answer answer;
     answer.content_type = content_type_of(asset.name);
@@ -53,7 +56,7 @@ std::string path_of(std::string_view name)
 std::vector<Route> page_routes()
 {
     std::vector<Route> routes;
-    for (const Asset& asset : page_assets()) {
+    for (const EmbeddedFile& asset : page_assets()) {
         routes.push_back({"GET", path_of(asset.name), [asset](const Request&) { return answer_of(asset); },
                           Audience::kPeople});
     }
