@@ -1,8 +1,17 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, starts the storage-service simulator on this machine's loopback, and plays the
 # host against it: what an administrator would see in a minute. Leaves nothing behind but the build folder.
+# With --stay the simulators go on at the end, until Ctrl-C, for a look at their pages in a browser.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
+case $* in
+'') stay=false ;;
+--stay) stay=true ;;
+*)
+    echo "usage: ./demo.sh [--stay]" >&2
+    exit 2
+    ;;
+esac
 . scripts/packages.sh
 install_missing_packages packaging/debian-packages.txt
 # What another checkout has compiled serves this one too.
@@ -103,6 +112,8 @@ ninja -C build --quiet libsoapwrapper.so soapwrapper-sim libsoapwrapper-zapi-sim
 
 act "A storage service on this machine"
 start_simulator "$service_address" --ca-out "$work/storage-ca.pem"
+page=http://$service_address:8085
+printf '\nIts page, for a browser on this machine as long as the demo runs: %s/\n' "$page"
 
 probe=build/soapwrapper-probe
 
@@ -167,6 +178,15 @@ show $probe events "$name"
 act "A control command, handed through to the service"
 show $probe ioctl "$name" 1 --args "are you there?" --output
 
+act "What the service saw of that, by the API that its page uses"
+show curl -fsS "$page/api/requests?limit=1"
+
+act "A fault in the midst of it: the next login is refused once, as if the service were starting"
+show curl -fsS -H 'Content-Type: application/json' "$page/api/faults" \
+    -d '{"operation": "openServer", "kind": "fault", "code": 2060005, "count": 1}'
+show_failure 4 $probe server "$name"
+show $probe server "$name"
+
 act "A channel to trust: the service's certificate is checked, and nothing goes out in the clear"
 mkdir "$work/trusted"
 cp build/libsoapwrapper.so "$work/storage-ca.pem" "$work/trusted/"
@@ -225,3 +245,7 @@ cmp "$work/by_service" "$work/by_zapi"
 printf '\nBoth routes tell the same %s changes.\n' "$(wc -l < "$work/by_zapi")"
 
 act "Done"
+if $stay; then
+    printf 'The page of the simulator is at %s/ until Ctrl-C.\n' "$page"
+    wait "${simulators[0]}"
+fi
