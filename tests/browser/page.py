@@ -115,7 +115,9 @@ class Page:
         element.send_keys(text)
 
     def choose(self, name, option):
-        Select(self.find("combobox", name)).select_by_visible_text(option)
+        select = Select(self.find("combobox", name))
+        self.until(lambda: option in [each.text for each in select.options], f"“{option}” isn't to be chosen")
+        select.select_by_visible_text(option)
 
     def rows(self, table):
         """The texts of a table's rows, without the head; none if there is no such table."""

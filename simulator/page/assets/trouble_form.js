@@ -77,6 +77,7 @@ export class TroubleForm {
     nameOperations(operations) {
         this.operations = new Map(operations.map((operation) => [operation.name, operation.text]));
         fill(this.names, operations.map((operation) => h("option", { value: operation.name }, operation.text)));
+        this.tellOperation(); // one may be there already
     }
 
     tellOperation() {
