@@ -9,7 +9,6 @@
 #include "simulator/storage/storage_server.h"
 
 #include <cstdint>
-#include <string>
 
 namespace soapwrapper::simulator
 {

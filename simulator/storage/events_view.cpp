@@ -17,6 +17,7 @@ namespace
 struct Found {
     const StorageServer* server;
     const Event* event;
+    std::size_t place; // in the order of servers, and of a server's newest first
 };
 
 // No more of one server's than are wanted of all.
@@ -27,7 +28,7 @@ void find_newest(const StorageServer& server, const EventsWanted& wanted, std::v
     for (auto each = events.rbegin(); each != events.rend() && left != 0; ++each) {
         if (each->first <= wanted.after) return;
         if (wanted.kind && each->second.kind() != *wanted.kind) continue;
-        found.push_back({&server, &each->second});
+        found.push_back({&server, &each->second, found.size()});
         --left;
     }
 }
@@ -42,8 +43,9 @@ std::vector<EventView> newest_events(const Storage& storage, const EventsWanted&
     } else {
         for (const StorageServer& server : storage.servers()) find_newest(server, wanted, found);
     }
-    std::stable_sort(found.begin(), found.end(), [](const Found& one, const Found& other) {
-        return one.event->recorded > other.event->recorded;
+    std::sort(found.begin(), found.end(), [](const Found& one, const Found& other) {
+        return one.event->recorded != other.event->recorded ? one.event->recorded > other.event->recorded
+                                                            : one.place < other.place;
     });
     if (found.size() > wanted.most) found.resize(wanted.most);
     std::vector<EventView> views;
