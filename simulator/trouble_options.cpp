@@ -1,17 +1,16 @@
 #include "simulator/trouble_options.h"
 
+#include "simulator/front/number_in.h"
 #include "simulator/option_error.h"
 #include "simulator/service/interference.h"
 #include "simulator/service/operation_names.h"
 #include "simulator/service/trouble.h"
 
-#include <charconv>
 #include <chrono>
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -23,16 +22,6 @@ namespace
 
 constexpr char kFault[] = "--fault";
 constexpr char kDelay[] = "--delay";
-
-// The whole text as a number, within its type.
-template <class Number>
-std::optional<Number> number_in(std::string_view text)
-{
-    Number number{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-    return number;
-}
 
 // The text ahead of the first such character, and if there is one, the text behind it.
 std::pair<std::string_view, std::optional<std::string_view>> halves(std::string_view text, char separator)

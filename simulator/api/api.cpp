@@ -3,8 +3,8 @@
 #include "simulator/api/answers.h"
 #include "simulator/api/api_context.h"
 #include "simulator/api/endpoints.h"
-#include "simulator/api/parameters.h"
 #include "simulator/front/http.h"
+#include "simulator/front/number_in.h"
 #include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/scenario_error.h"
@@ -59,7 +59,7 @@ std::optional<std::uint64_t> matched(std::string_view path, std::string_view pat
         path.substr(path.size() - behind.size()) != behind) {
         return std::nullopt;
     }
-    return number_in(path.substr(place, path.size() - ahead.size() - behind.size()));
+    return number_in<std::uint64_t>(path.substr(place, path.size() - ahead.size() - behind.size()));
 }
 
 Answer route(const Api& api, const Request& request)

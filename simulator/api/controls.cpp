@@ -73,7 +73,6 @@ Answer reset(const ApiCall& call)
 Answer load_scenario(const ApiCall& call)
 {
     const Request& request = call.request;
-    require_shallow(request.body);
     Scenario scenario = parse_scenario(request.body);
     if (has_tree(scenario) && !request.is_from_loopback) {
         throw ApiError(kHttpForbidden, "a scenario with a \"tree\" is taken from this machine only");

@@ -10,7 +10,14 @@
 
 namespace soapwrapper::simulator
 {
+namespace
+{
 
+// Those who read JSON call themselves for what is nested, so that deep nesting would end their stack. Nothing
+// that is read here needs more than a dozen levels.
+constexpr std::size_t kDeepestJson = 64;
+
+// The text need be no JSON.
 void require_shallow(std::string_view text)
 {
     std::size_t depth = 0;
@@ -32,6 +39,8 @@ void require_shallow(std::string_view text)
         }
     }
 }
+
+} // namespace
 
 nlohmann::json parse_body(std::string_view text)
 {

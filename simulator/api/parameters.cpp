@@ -2,27 +2,16 @@
 
 #include "simulator/api/answers.h"
 #include "simulator/front/http.h"
+#include "simulator/front/number_in.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <system_error>
 
 namespace soapwrapper::simulator
 {
-
-std::optional<std::uint64_t> number_in(std::string_view text)
-{
-    std::uint64_t number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || rest != end) return std::nullopt;
-    return number;
-}
 
 std::optional<std::string> text_parameter(const Request& request, const char* name)
 {
@@ -42,7 +31,7 @@ std::uint64_t number_parameter(const Request& request, const char* name, std::ui
 {
     const std::optional<std::string> value = text_parameter(request, name);
     if (!value) return otherwise;
-    const std::optional<std::uint64_t> number = number_in(*value);
+    const std::optional<std::uint64_t> number = number_in<std::uint64_t>(*value);
     if (!number) throw ApiError(kHttpBadRequest, std::string("the parameter \"") + name + "\" is no number");
     return *number;
 }

@@ -8,13 +8,9 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace soapwrapper::simulator
 {
-
-// The whole text as a number.
-std::optional<std::uint64_t> number_in(std::string_view text);
 
 // They throw an ApiError that names the parameter. One that is empty counts as one that isn't there.
 std::optional<std::string> text_parameter(const Request& request, const char* name);

@@ -2,9 +2,12 @@
 
 #include "simulator/front/embedded_file.h"
 #include "simulator/front/http.h"
+#include "simulator/front/number_in.h"
+#include "simulator/front/xml_escaped.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -27,31 +30,16 @@ std::string_view bytes_of(std::string_view name)
 }
 
 constexpr std::size_t kLongestHostName = 253;
-constexpr int kHighestPort = 65535;
 
-constexpr std::string_view kDigits = "0123456789";
 constexpr std::string_view kInNumbers = "0123456789abcdefABCDEF:.";
 constexpr std::string_view kInNames = "0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ-._";
 
-// As the value of an attribute.
-std::string escaped(std::string_view text)
+// XML has no way to tell most of them.
+std::string without_control_characters(std::string_view text)
 {
-    std::string result;
-    for (const char c : text) {
-        if (c == '&') {
-            result += "&amp;";
-        } else if (c == '<') {
-            result += "&lt;";
-        } else if (c == '>') {
-            result += "&gt;";
-        } else if (c == '"') {
-            result += "&quot;";
-        } else if (static_cast<unsigned char>(c) < ' ') {
-            result += ' '; // XML has no way to tell most of them
-        } else {
-            result += c;
-        }
-    }
+    std::string result(text);
+    std::replace_if(
+        result.begin(), result.end(), [](unsigned char c) { return c < ' '; }, ' ');
     return result;
 }
 
@@ -62,9 +50,7 @@ bool has_only(std::string_view text, std::string_view characters)
 
 bool is_port(std::string_view text)
 {
-    if (!has_only(text, kDigits) || text.size() > 5) return false;
-    const int port = std::stoi(std::string(text));
-    return port > 0 && port <= kHighestPort;
+    return number_in<std::uint16_t>(text).value_or(0) != 0;
 }
 
 // "HOST" or "HOST:PORT", an IPv6 number in brackets. Whether there is such a host isn't asked.
@@ -104,7 +90,7 @@ std::string wsdl_at(std::string_view url)
     constexpr std::string_view kLocation = "address location=\"";
     std::string wsdl(wsdl_template());
     const std::size_t place = wsdl.rfind(kLocation) + kLocation.size();
-    return wsdl.replace(place, wsdl.find('"', place) - place, escaped(url));
+    return wsdl.replace(place, wsdl.find('"', place) - place, xml_escaped(without_control_characters(url)));
 }
 
 std::string_view text_of(std::string_view operation)

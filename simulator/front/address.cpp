@@ -1,6 +1,7 @@
 #include "simulator/front/address.h"
 
 #include "simulator/front/descriptor.h"
+#include "simulator/front/number_in.h"
 
 #include <arpa/inet.h>
 #include <netdb.h>
@@ -9,7 +10,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -17,7 +17,6 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 namespace soapwrapper::simulator
 {
@@ -58,11 +57,9 @@ std::optional<Address> parse_address(std::string_view text)
         return std::nullopt;
     }
     if (host.empty() || host.find_first_of("[]/ ") != std::string_view::npos) return std::nullopt;
-    Address address;
-    address.host = host;
-    const auto [end, error] = std::from_chars(port.data(), port.data() + port.size(), address.port);
-    if (port.empty() || error != std::errc() || end != port.data() + port.size()) return std::nullopt;
-    return address;
+    const std::optional<std::uint16_t> number = number_in<std::uint16_t>(port);
+    if (!number) return std::nullopt;
+    return Address{std::string(host), *number};
 }
 
 std::string to_string(const Address& address)

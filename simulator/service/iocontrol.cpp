@@ -1,5 +1,6 @@
 #include "simulator/service/iocontrol.h"
 
+#include "simulator/front/xml_escaped.h"
 #include "simulator/scenario/fault.h"
 #include "simulator/scenario/fault_codes.h"
 #include "simulator/scenario/records.h"
@@ -29,30 +30,13 @@ enum Command {
 constexpr int kWantsAnswer = 2; // in ioflag
 constexpr char kLongestCount[] = "18446744073709551615";
 
-std::string escaped(const std::string& text)
-{
-    std::string result;
-    for (const char c : text) {
-        if (c == '&') {
-            result += "&amp;";
-        } else if (c == '<') {
-            result += "&lt;";
-        } else if (c == '>') {
-            result += "&gt;";
-        } else {
-            result += c;
-        }
-    }
-    return result;
-}
-
 std::string path_map_document(const Snapshot& snapshot)
 {
     std::string document = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<path_maps>";
     for (const PathMapping& mapping : snapshot.path_map) {
-        document += "<path_map><prefix>" + escaped(mapping.prefix) + "</prefix><original_path>" +
-                    escaped(mapping.original_path) + "</original_path><target_path>" +
-                    escaped(mapping.target_path) + "</target_path></path_map>";
+        document += "<path_map><prefix>" + xml_escaped(mapping.prefix) + "</prefix><original_path>" +
+                    xml_escaped(mapping.original_path) + "</original_path><target_path>" +
+                    xml_escaped(mapping.target_path) + "</target_path></path_map>";
     }
     return document + "</path_maps>";
 }

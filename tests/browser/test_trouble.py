@@ -106,8 +106,8 @@ class TroubleOnThePage(PageTest):
         told = {entry["name"]: entry["text"] for entry in self.simulator.ask("GET", "/api/contract")["operations"]}
         self.assertIn("openServer", told)
         self.page.type("combobox", "Operation", "openServer")
-        if told["openServer"]:
-            self.page.wait_for_text(told["openServer"])
+        self.assertNotEqual(told["openServer"], "")
+        self.page.wait_for_text(told["openServer"])
 
 
 if __name__ == "__main__":

@@ -223,24 +223,7 @@ TEST(SimulatorDribble, AClientThatSendsNoMoreStillGetsAllOfIt)
 
 TEST(SimulatorDribble, AnAnswerThatIsReadyDuringTheStopDoesNotHoldIt)
 {
-    Limits limits;
-    limits.for_stop = std::chrono::hours(1);
-    const Answer slow = delivered(std::string(100, 'x'), Delivery::kDribble, std::chrono::hours(1));
-    std::promise<void> begun;
-    std::promise<void> go_on;
-    RunningServer server(limits, [&](const Request&) {
-        begun.set_value();
-        go_on.get_future().wait();
-        return slow;
-    });
-    const ClientSocket client(server.port());
-    const ClientSocket silent(server.port()); // sees by its own end that the stop has begun
-    client.send(kEmptyPost);
-    begun.get_future().wait();
-    std::future<bool> stopped = std::async(std::launch::async, [&server] { return server.stop(); });
-    EXPECT_THAT(silent.receive_all(), IsEmpty());
-    go_on.set_value();
-    EXPECT_TRUE(stopped.get());
+    EXPECT_TRUE(stops_with(delivered(std::string(100, 'x'), Delivery::kDribble, std::chrono::hours(1))));
 }
 
 TEST(SimulatorPartedBody, TheFirstPieceIsDueAtOnceAndTheLastAfterTheWholeTime)

@@ -8,11 +8,13 @@
 #include "simulator/front/tls_identity.h"
 #include "tests/system/soap_client.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 
+#include <chrono>
+#include <future>
 #include <optional>
 #include <string>
 #include <thread>
@@ -123,6 +125,28 @@ std::string receive_until(const Client& client, const std::string& text)
     char byte = 0;
     while (all.find(text) == std::string::npos && receive_byte(client, byte)) all += byte;
     return all;
+}
+
+// Whether the server, told to stop while a handler is at work, is done as soon as that gives this answer.
+inline bool stops_with(const Answer& answer)
+{
+    Limits patient;
+    patient.for_stop = std::chrono::hours(1);
+    std::promise<void> begun;
+    std::promise<void> go_on;
+    RunningServer server(patient, [&](const Request&) {
+        begun.set_value();
+        go_on.get_future().wait();
+        return answer;
+    });
+    const ClientSocket client(server.port());
+    const ClientSocket silent(server.port()); // sees by its own end that the stop has begun
+    client.send(kEmptyPost);
+    begun.get_future().wait();
+    std::future<bool> stopped = std::async(std::launch::async, [&server] { return server.stop(); });
+    EXPECT_THAT(silent.receive_all(), testing::IsEmpty());
+    go_on.set_value();
+    return stopped.get();
 }
 
 } // namespace simulator_front

@@ -194,24 +194,8 @@ TEST(SimulatorServer, AStopWithNothingUnderWayLeavesNoHandlerAtWork)
 
 TEST(SimulatorServer, AStreamThatOpensDuringTheStopDoesNotHoldIt)
 {
-    Limits patient;
-    patient.for_stop = std::chrono::hours(1);
-    std::promise<void> begun;
-    std::promise<void> go_on;
     const auto stream = std::make_shared<AnswerStream>();
-    RunningServer server(patient, [&](const Request&) {
-        begun.set_value();
-        go_on.get_future().wait();
-        return Answer{200, "text/event-stream", "", {}, stream};
-    });
-    const ClientSocket client(server.port());
-    const ClientSocket silent(server.port()); // sees by its own end that the stop has begun
-    client.send(kEmptyPost);
-    begun.get_future().wait();
-    std::future<bool> stopped = std::async(std::launch::async, [&server] { return server.stop(); });
-    EXPECT_THAT(silent.receive_all(), IsEmpty());
-    go_on.set_value();
-    EXPECT_TRUE(stopped.get());
+    EXPECT_TRUE(stops_with({200, "text/event-stream", "", {}, stream}));
     EXPECT_FALSE(stream->append("data: one\n\n"));
 }
 
