@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <tuple>
 #include <vector>
 
 namespace soapwrapper::simulator
@@ -17,7 +18,6 @@ namespace
 struct Found {
     const StorageServer* server;
     const Event* event;
-    std::size_t place; // in the order of servers, and of a server's newest first
 };
 
 // No more of one server's than are wanted of all.
@@ -28,7 +28,7 @@ void find_newest(const StorageServer& server, const EventsWanted& wanted, std::v
     for (auto each = events.rbegin(); each != events.rend() && left != 0; ++each) {
         if (each->first <= wanted.after) return;
         if (wanted.kind && each->second.kind() != *wanted.kind) continue;
-        found.push_back({&server, &each->second, found.size()});
+        found.push_back({&server, &each->second});
         --left;
     }
 }
@@ -44,8 +44,8 @@ std::vector<EventView> newest_events(const Storage& storage, const EventsWanted&
         for (const StorageServer& server : storage.servers()) find_newest(server, wanted, found);
     }
     std::sort(found.begin(), found.end(), [](const Found& one, const Found& other) {
-        return one.event->recorded != other.event->recorded ? one.event->recorded > other.event->recorded
-                                                            : one.place < other.place;
+        return std::tie(one.event->recorded, one.event->seqno) >
+               std::tie(other.event->recorded, other.event->seqno);
     });
     if (found.size() > wanted.most) found.resize(wanted.most);
     std::vector<EventView> views;
