@@ -23,7 +23,7 @@ folder=${1:?usage: scripts/check_names_and_includes.sh [--names | --fix] FOLDER 
 shift
 if [ $# -eq 0 ]; then
     mapfile -t files < <(git ls-files -co --exclude-standard -- {plugin,service,conversion,operations,changelist} \
-        {xmlhelper,simulator,probe} ':!service/schema' | grep -E '\.(h|cpp|c)$')
+        {xmlhelper,messages,simulator,probe} ':!service/schema' | grep -E '\.(h|cpp|c)$')
     set -- "${files[@]}"
 fi
 # A header is looked at with the flags of a neighbour, which needn't know where the binding is.

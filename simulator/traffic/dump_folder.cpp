@@ -1,8 +1,8 @@
 #include "simulator/traffic/dump_folder.h"
 
+#include "messages/indented.h"
 #include "simulator/front/descriptor.h"
 #include "simulator/traffic/exchange.h"
-#include "simulator/traffic/indented.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -83,7 +83,7 @@ void tell(const std::string& line)
 
 std::string lines_of(const std::string& xml)
 {
-    std::string lines = indented(xml);
+    std::string lines = messages::indented(xml);
     if (!lines.empty() && lines.back() != '\n') lines += '\n';
     return lines;
 }

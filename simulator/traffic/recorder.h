@@ -2,7 +2,7 @@
 #ifndef SOAPWRAPPER_SIMULATOR_TRAFFIC_RECORDER_H
 #define SOAPWRAPPER_SIMULATOR_TRAFFIC_RECORDER_H
 
-#include "simulator/traffic/blotter.h"
+#include "messages/blotter.h"
 #include "simulator/traffic/exchange.h"
 
 #include <cstddef>
@@ -48,7 +48,7 @@ class Recorder
     void blot(Exchange& exchange);
     bool blot(std::string& text, std::size_t bytes);
 
-    Blotter blotter_;
+    messages::Blotter blotter_;
     const std::function<void()> on_change_;
     mutable std::mutex mutex_;
     std::uint64_t last_ = 0;

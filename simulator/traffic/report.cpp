@@ -1,8 +1,8 @@
 #include "simulator/traffic/report.h"
 
+#include "messages/indented.h"
 #include "simulator/front/http.h"
 #include "simulator/traffic/exchange.h"
-#include "simulator/traffic/indented.h"
 
 #include <nlohmann/json.hpp>
 
@@ -62,7 +62,7 @@ json request_of(const Exchange& exchange)
             {"queryString", json::array()},
             {"postData",
              {{"mimeType", first_of(exchange.fields, "Content-Type", "")},
-              {"text", indented(exchange.request)},
+              {"text", messages::indented(exchange.request)},
               {"_isCut", exchange.request_is_cut}}},
             {"headersSize", -1},
             {"bodySize", exchange.request_bytes}};
@@ -78,7 +78,7 @@ json response_of(const Exchange& exchange)
             {"content",
              {{"size", exchange.reply_bytes},
               {"mimeType", "text/xml"},
-              {"text", indented(exchange.reply)},
+              {"text", messages::indented(exchange.reply)},
               {"_isCut", exchange.reply_is_cut}}},
             {"redirectURL", ""},
             {"headersSize", -1},

@@ -1,8 +1,8 @@
 // What is taken out of messages ahead of anybody's look at them.
-#include "simulator/traffic/blotter.h"
-#include "simulator/traffic/indented.h"
+#include "messages/blotter.h"
+#include "messages/indented.h"
+#include "messages/token_names.h"
 #include "simulator/traffic/recorder.h"
-#include "simulator/traffic/token_names.h"
 
 #include <gmock/gmock.h>
 
@@ -11,6 +11,7 @@
 namespace
 {
 
+using namespace soapwrapper::messages;
 using namespace soapwrapper::simulator;
 using testing::AllOf;
 using testing::HasSubstr;

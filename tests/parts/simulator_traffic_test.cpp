@@ -1,8 +1,8 @@
 // What is kept of requests and replies, and what isn't.
+#include "messages/indented.h"
 #include "simulator/front/http.h"
 #include "simulator/traffic/dump_folder.h"
 #include "simulator/traffic/exchange.h"
-#include "simulator/traffic/indented.h"
 #include "simulator/traffic/recorder.h"
 #include "simulator/traffic/report.h"
 
@@ -26,6 +26,7 @@
 namespace
 {
 
+using namespace soapwrapper::messages;
 using namespace soapwrapper::simulator;
 using testing::ElementsAre;
 using testing::HasSubstr;

@@ -1,12 +1,12 @@
-#ifndef SOAPWRAPPER_SIMULATOR_TRAFFIC_READ_TEXT_H
-#define SOAPWRAPPER_SIMULATOR_TRAFFIC_READ_TEXT_H
+#ifndef SOAPWRAPPER_MESSAGES_READ_TEXT_H
+#define SOAPWRAPPER_MESSAGES_READ_TEXT_H
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace soapwrapper::simulator
+namespace soapwrapper::messages
 {
 
 // A part of a text: [begin, end).
@@ -29,6 +29,6 @@ ReadText without_blanks(const ReadText& text);
 // The text, with a stand-in for each of these parts. They may overlap.
 std::string with_parts_blotted(std::string_view text, std::vector<Part> parts, std::string_view stand_in);
 
-} // namespace soapwrapper::simulator
+} // namespace soapwrapper::messages
 
 #endif

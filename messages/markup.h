@@ -1,11 +1,11 @@
 // Markup in bytes that needn't be well-formed. Positions behind the end are npos.
-#ifndef SOAPWRAPPER_SIMULATOR_TRAFFIC_MARKUP_H
-#define SOAPWRAPPER_SIMULATOR_TRAFFIC_MARKUP_H
+#ifndef SOAPWRAPPER_MESSAGES_MARKUP_H
+#define SOAPWRAPPER_MESSAGES_MARKUP_H
 
 #include <cstddef>
 #include <string_view>
 
-namespace soapwrapper::simulator
+namespace soapwrapper::messages
 {
 
 // What XML takes for a blank and what lenient parsers do, too.
@@ -40,6 +40,6 @@ std::string_view without_blanks_around(std::string_view text);
 // Whether they are attributes as XML has them, all of them with a value in quotes.
 bool are_sound(std::string_view attributes);
 
-} // namespace soapwrapper::simulator
+} // namespace soapwrapper::messages
 
 #endif

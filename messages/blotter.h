@@ -1,14 +1,14 @@
 // Takes what is secret out of messages, ahead of anybody's look at them.
-#ifndef SOAPWRAPPER_SIMULATOR_TRAFFIC_BLOTTER_H
-#define SOAPWRAPPER_SIMULATOR_TRAFFIC_BLOTTER_H
+#ifndef SOAPWRAPPER_MESSAGES_BLOTTER_H
+#define SOAPWRAPPER_MESSAGES_BLOTTER_H
 
-#include "simulator/traffic/known_secret.h"
-#include "simulator/traffic/token_names.h"
+#include "messages/known_secret.h"
+#include "messages/token_names.h"
 
 #include <string>
 #include <string_view>
 
-namespace soapwrapper::simulator
+namespace soapwrapper::messages
 {
 
 // Any thread may call.
@@ -29,6 +29,6 @@ class Blotter
     TokenNames tokens_;
 };
 
-} // namespace soapwrapper::simulator
+} // namespace soapwrapper::messages
 
 #endif

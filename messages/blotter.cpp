@@ -1,8 +1,8 @@
-#include "simulator/traffic/blotter.h"
+#include "messages/blotter.h"
 
-#include "simulator/traffic/markup.h"
-#include "simulator/traffic/read_text.h"
-#include "simulator/traffic/token_names.h"
+#include "messages/markup.h"
+#include "messages/read_text.h"
+#include "messages/token_names.h"
 
 #include <algorithm>
 #include <cctype>
@@ -12,7 +12,7 @@
 #include <string_view>
 #include <utility>
 
-namespace soapwrapper::simulator
+namespace soapwrapper::messages
 {
 namespace
 {
@@ -210,4 +210,4 @@ std::string Blotter::text(std::string_view bytes, bool is_cut)
     return tokens_.blotted(credential_.blotted(bytes, is_cut), is_cut);
 }
 
-} // namespace soapwrapper::simulator
+} // namespace soapwrapper::messages

@@ -1,9 +1,9 @@
-#include "simulator/traffic/markup.h"
+#include "messages/markup.h"
 
 #include <cstddef>
 #include <string_view>
 
-namespace soapwrapper::simulator
+namespace soapwrapper::messages
 {
 namespace
 {
@@ -123,4 +123,4 @@ bool are_sound(std::string_view attributes)
     return true;
 }
 
-} // namespace soapwrapper::simulator
+} // namespace soapwrapper::messages

@@ -1,6 +1,6 @@
-#include "simulator/traffic/read_text.h"
+#include "messages/read_text.h"
 
-#include "simulator/traffic/markup.h"
+#include "messages/markup.h"
 
 #include <algorithm>
 #include <charconv>
@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-namespace soapwrapper::simulator
+namespace soapwrapper::messages
 {
 namespace
 {
@@ -157,4 +157,4 @@ std::string with_parts_blotted(std::string_view text, std::vector<Part> parts, s
     return result += text.substr(at);
 }
 
-} // namespace soapwrapper::simulator
+} // namespace soapwrapper::messages

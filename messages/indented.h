@@ -1,16 +1,16 @@
-#ifndef SOAPWRAPPER_SIMULATOR_TRAFFIC_INDENTED_H
-#define SOAPWRAPPER_SIMULATOR_TRAFFIC_INDENTED_H
+#ifndef SOAPWRAPPER_MESSAGES_INDENTED_H
+#define SOAPWRAPPER_MESSAGES_INDENTED_H
 
 #include <string>
 #include <string_view>
 
-namespace soapwrapper::simulator
+namespace soapwrapper::messages
 {
 
 // XML with an element on each line, for people. What isn't well-formed, or is nested too deeply, comes back
 // as it is.
 std::string indented(std::string_view xml);
 
-} // namespace soapwrapper::simulator
+} // namespace soapwrapper::messages
 
 #endif

@@ -1,6 +1,6 @@
-#include "simulator/traffic/indented.h"
+#include "messages/indented.h"
 
-#include "simulator/traffic/markup.h"
+#include "messages/markup.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace soapwrapper::simulator
+namespace soapwrapper::messages
 {
 namespace
 {
@@ -102,4 +102,4 @@ std::string indented(std::string_view xml)
     return indenter.run() ? std::move(indenter.result()) : std::string(xml);
 }
 
-} // namespace soapwrapper::simulator
+} // namespace soapwrapper::messages

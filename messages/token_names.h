@@ -1,5 +1,5 @@
-#ifndef SOAPWRAPPER_SIMULATOR_TRAFFIC_TOKEN_NAMES_H
-#define SOAPWRAPPER_SIMULATOR_TRAFFIC_TOKEN_NAMES_H
+#ifndef SOAPWRAPPER_MESSAGES_TOKEN_NAMES_H
+#define SOAPWRAPPER_MESSAGES_TOKEN_NAMES_H
 
 #include <cstddef>
 #include <cstdint>
@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace soapwrapper::simulator
+namespace soapwrapper::messages
 {
 
 // What is shown for tokens: the same for the same one. Any thread may call.
@@ -34,6 +34,6 @@ class TokenNames
     std::deque<std::string> in_order_;
 };
 
-} // namespace soapwrapper::simulator
+} // namespace soapwrapper::messages
 
 #endif

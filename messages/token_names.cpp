@@ -1,11 +1,11 @@
-#include "simulator/traffic/token_names.h"
+#include "messages/token_names.h"
 
 #include <cstddef>
 #include <mutex>
 #include <string>
 #include <string_view>
 
-namespace soapwrapper::simulator
+namespace soapwrapper::messages
 {
 namespace
 {
@@ -65,4 +65,4 @@ std::string TokenNames::blotted(std::string_view text, bool is_cut)
     return result.append(text.substr(copied));
 }
 
-} // namespace soapwrapper::simulator
+} // namespace soapwrapper::messages

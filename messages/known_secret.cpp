@@ -1,7 +1,7 @@
-#include "simulator/traffic/known_secret.h"
+#include "messages/known_secret.h"
 
-#include "simulator/traffic/markup.h"
-#include "simulator/traffic/read_text.h"
+#include "messages/markup.h"
+#include "messages/read_text.h"
 
 #include <algorithm>
 #include <cctype>
@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-namespace soapwrapper::simulator
+namespace soapwrapper::messages
 {
 namespace
 {
@@ -166,4 +166,4 @@ std::string KnownSecret::blotted(std::string_view text, bool is_cut) const
     return with_parts_blotted(text, std::move(parts), "***");
 }
 
-} // namespace soapwrapper::simulator
+} // namespace soapwrapper::messages

@@ -1,12 +1,12 @@
-#ifndef SOAPWRAPPER_SIMULATOR_TRAFFIC_KNOWN_SECRET_H
-#define SOAPWRAPPER_SIMULATOR_TRAFFIC_KNOWN_SECRET_H
+#ifndef SOAPWRAPPER_MESSAGES_KNOWN_SECRET_H
+#define SOAPWRAPPER_MESSAGES_KNOWN_SECRET_H
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace soapwrapper::simulator
+namespace soapwrapper::messages
 {
 
 // A text that must not be seen, however it is written.
@@ -28,6 +28,6 @@ class KnownSecret
     std::vector<std::string> base64_;
 };
 
-} // namespace soapwrapper::simulator
+} // namespace soapwrapper::messages
 
 #endif
