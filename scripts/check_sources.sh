@@ -44,7 +44,8 @@ declare -A may_include=(
     [probe/events]="plugin/host probe/output probe/library"
     [probe/commands]="plugin/host probe/output probe/library probe/arguments probe/login probe/lists \
         probe/operations probe/events"
-    [probe]="plugin/host probe/output probe/library probe/arguments probe/commands"
+    [probe/program]="plugin/host probe/output probe/library probe/arguments probe/commands"
+    [probe]="probe/output probe/program"
 )
 
 # Each include of our own as "FILE INCLUDED".

@@ -1,0 +1,38 @@
+// The options that all commands have.
+#ifndef SOAPWRAPPER_PROBE_PROGRAM_COMMON_OPTIONS_H
+#define SOAPWRAPPER_PROBE_PROGRAM_COMMON_OPTIONS_H
+
+#include "probe/library/session.h"
+#include "probe/output/output.h"
+
+#include <optional>
+#include <string>
+
+namespace CLI
+{
+class App;
+} // namespace CLI
+
+namespace soapwrapper::probe
+{
+
+struct CommonOptions {
+    std::optional<std::string> library;
+    std::optional<std::string> plugin_path;
+    std::optional<std::string> manager;
+    int log_level = Session::kPrintNothing;
+    bool json = false;
+    std::optional<std::string> separator;
+
+    Format format() const
+    {
+        if (json) return Format::kJson;
+        return separator ? Format::kSeparated : Format::kAligned;
+    }
+};
+
+void add_common_options(CLI::App& program, CommonOptions& options);
+
+} // namespace soapwrapper::probe
+
+#endif

@@ -1,0 +1,43 @@
+#include "probe/program/program.h"
+
+#include "probe/arguments/command_line.h"
+#include "probe/commands/command.h"
+#include "probe/library/credential.h"
+#include "probe/output/problem.h"
+#include "probe/program/common_options.h"
+#include "probe/program/drive.h"
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+
+namespace soapwrapper::probe
+{
+
+int run_command_line(int argc, char** argv)
+{
+    CLI::App program("Plays the backup host: loads the plug-in library, calls its entries and shows what "
+                     "the storage service answers.",
+                     "soapwrapper-probe");
+    program.set_version_flag("--version", std::string("soapwrapper-probe ") + SOAPWRAPPER_VERSION);
+    program.require_subcommand(1);
+    program.fallthrough();
+    program.footer(std::string("Environment:\n  ") + kCredentialVariable +
+                   "      The credential, for commands that log in\n"
+                   "  SOAPWRAPPER_ZAPI_PASSWORD   The filer's password, for changes\n\n"
+                   "Exit codes: 0 good, 2 usage, 3 the library cannot be loaded, 4 the operation failed,\n"
+                   "5 interrupted while waiting.\n"
+                   "Each command has its own --help.");
+    CommonOptions options;
+    add_common_options(program, options);
+    Run run;
+    add_commands(Command(&program), run);
+    try {
+        program.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error) == 0 ? 0 : static_cast<int>(ExitCode::kUsage);
+    }
+    return drive_library(options, run);
+}
+
+} // namespace soapwrapper::probe
