@@ -36,6 +36,7 @@ declare -A may_include=(
         simulator/traffic simulator/service simulator/api"
     [simulator/zapi]="plugin/host simulator/scenario"
     [probe/output]="plugin/host"
+    [probe/wire]="messages"
     [probe/library]="plugin/host probe/output"
     [probe/arguments]="plugin/host probe/output probe/library"
     [probe/login]="plugin/host probe/output probe/library probe/arguments"

@@ -1,0 +1,44 @@
+#include "probe/wire/real_calls.h"
+
+#include <dlfcn.h>
+
+#include <cstdlib>
+
+namespace soapwrapper::probe::wire
+{
+namespace
+{
+
+template <class Function>
+void find(Function*& function, const char* name)
+{
+    void* found = dlsym(RTLD_NEXT, name);
+    if (!found) std::abort(); // it can't be: this program is linked with the libraries that have them
+    function = reinterpret_cast<Function*>(found);
+}
+
+RealCalls find_all()
+{
+    RealCalls calls = {};
+    find(calls.getaddrinfo, "getaddrinfo");
+    find(calls.connect, "connect");
+    find(calls.getsockopt, "getsockopt");
+    find(calls.send, "send");
+    find(calls.recv, "recv");
+    find(calls.close, "close");
+    find(calls.sleep, "sleep");
+    find(calls.ssl_connect, "SSL_connect");
+    find(calls.ssl_write, "SSL_write");
+    find(calls.ssl_read, "SSL_read");
+    return calls;
+}
+
+} // namespace
+
+const RealCalls& real_calls()
+{
+    static const RealCalls calls = find_all();
+    return calls;
+}
+
+} // namespace soapwrapper::probe::wire
