@@ -54,6 +54,12 @@ void Sockets::end_lookup()
     lookup_.clear();
 }
 
+std::uint64_t Sockets::next_number()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return ++last_;
+}
+
 std::optional<int> Sockets::connect(int socket, const sockaddr* address, socklen_t size,
                                     Connection connection)
 {

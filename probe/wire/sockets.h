@@ -33,6 +33,9 @@ class Sockets
     bool begin_lookup(const std::string& host, const std::string& port);
     void end_lookup();
 
+    // Of the next connection.
+    std::uint64_t next_number();
+
     // Begins to connect, in any case without waiting; the result is the system's. Nothing: it mustn't.
     std::optional<int> connect(int socket, const sockaddr* address, socklen_t size, Connection connection);
 

@@ -15,10 +15,11 @@ namespace soapwrapper::probe::wire
 struct Connection {
     std::uint64_t number = 0; // from 1
     std::string host;         // as it was looked up; may be empty
-    std::string address;      // with the port, such as "192.0.2.7:8086" or "[2001:db8::7]:8086"
+    std::string address; // with the port, such as "192.0.2.7:8086" or "[2001:db8::7]:8086"; empty: not found
     bool is_tls = false;
     std::string tls; // such as "TLSv1.3, TLS_AES_256_GCM_SHA384", once it is known
     std::chrono::system_clock::time_point begun;
+    std::chrono::steady_clock::time_point since; // the same moment
 };
 
 // Called on the thread that uses the connection. What it throws is lost.
@@ -30,11 +31,13 @@ class Observer
     Observer(const Observer&) = delete;
     Observer& operator=(const Observer&) = delete;
 
-    // Also of one that goes on connecting by itself. With an error there is no connection.
+    // With an error there is no connection.
     virtual void connected(const Connection& connection, int error) = 0;
     virtual void sent(const Connection& connection, std::string_view bytes) = 0;
+    // Nothing: the peer sends no more.
     virtual void received(const Connection& connection, std::string_view bytes) = 0;
-    // A transfer or a TLS handshake came to an end before its time.
+    // A transfer or a TLS handshake came to an end before its time. Of a connection that nobody has heard of:
+    // its host wasn't found, and it is closed next.
     virtual void failed(const Connection& connection, const std::string& why) = 0;
     virtual void closed(const Connection& connection) = 0;
 };
@@ -48,6 +51,7 @@ void cut();
 
 // Ends what cut() began: connections can be made again.
 void allow();
+bool is_cut();
 
 // The connection that is being made or waited on, such as "filer1:8086 (192.0.2.7)"; empty: none is. Any
 // thread may call.

@@ -99,6 +99,7 @@ Connection connection_to(const sockaddr* address, socklen_t size)
         connection.host = t_lookup.host;
     }
     connection.begun = std::chrono::system_clock::now();
+    connection.since = std::chrono::steady_clock::now();
     return connection;
 }
 
@@ -172,6 +173,21 @@ void tell(int socket, Tell tell_observer)
     if (connection && observer) tell_observer(*observer, *connection);
 }
 
+// The host of a connection that can't be made for want of its address.
+void tell_not_found(const std::string& host, int result, int error)
+{
+    Observer* const observer = g_observer;
+    if (!observer) return;
+    Connection connection;
+    connection.number = Sockets::instance().next_number();
+    connection.host = host;
+    connection.begun = std::chrono::system_clock::now();
+    connection.since = std::chrono::steady_clock::now();
+    observer->failed(connection,
+                     host + ": " + (result == EAI_SYSTEM ? std::strerror(error) : gai_strerror(result)));
+    observer->closed(connection);
+}
+
 bool may_go_on(int error)
 {
     return error == EAGAIN || error == EWOULDBLOCK || error == EINTR || error == EINPROGRESS;
@@ -194,23 +210,31 @@ void tell_plain(int socket, ssize_t result, int error, Tell tell_bytes)
 // Why TLS ended, of which the queue of errors keeps what it has; empty: it goes on.
 std::string tls_failure(const SSL* tls, int result, int error)
 {
-    switch (SSL_get_error(tls, result)) {
-    case SSL_ERROR_WANT_READ:
-    case SSL_ERROR_WANT_WRITE:
-        return {};
-    case SSL_ERROR_ZERO_RETURN:
-        return "the peer ended TLS";
-    case SSL_ERROR_SYSCALL:
-        return error == 0 ? "the connection ended" : std::strerror(error);
-    default:
-        break;
-    }
+    const int kind = SSL_get_error(tls, result);
+    if (kind == SSL_ERROR_WANT_READ || kind == SSL_ERROR_WANT_WRITE) return {};
+    if (kind == SSL_ERROR_ZERO_RETURN) return "the peer ended TLS";
+    if (kind == SSL_ERROR_SYSCALL) return error == 0 ? "the connection ended" : std::strerror(error);
     const long verified = SSL_get_verify_result(tls);
     if (verified != X509_V_OK && SSL_is_init_finished(tls) == 0) {
         return X509_verify_cert_error_string(verified);
     }
     const char* const reason = ERR_reason_error_string(ERR_peek_error());
     return reason ? reason : "TLS failed";
+}
+
+// The peer sends no more, with TLS's own farewell or without.
+bool is_end_of_tls(const SSL* tls, int result, int error)
+{
+    switch (SSL_get_error(tls, result)) {
+    case SSL_ERROR_ZERO_RETURN:
+        return true;
+    case SSL_ERROR_SYSCALL:
+        return error == 0;
+    case SSL_ERROR_SSL:
+        return ERR_GET_REASON(ERR_peek_error()) == SSL_R_UNEXPECTED_EOF_WHILE_READING;
+    default:
+        return false;
+    }
 }
 
 void tell_tls_failure(int socket, const SSL* tls, int result, int error)
@@ -235,6 +259,11 @@ void cut()
 void allow()
 {
     Sockets::instance().allow();
+}
+
+bool is_cut()
+{
+    return Sockets::instance().is_cut();
 }
 
 std::string where()
@@ -262,7 +291,11 @@ int tapped_getaddrinfo(const char* host, const char* port, const addrinfo* hints
     const KeptError kept;
     guarded([&] {
         Sockets::instance().end_lookup();
-        if (result == 0) remember(host, *found);
+        if (result == 0) {
+            remember(host, *found);
+        } else {
+            tell_not_found(host, result, kept.get());
+        }
     });
     return result;
 }
@@ -399,10 +432,11 @@ int tapped_ssl_read(SSL* tls, void* bytes, int count) noexcept
     if (!is_tapped()) return result;
     guarded([&] {
         const int socket = SSL_get_fd(tls);
-        if (result <= 0) return tell_tls_failure(socket, tls, result, kept.get());
+        const bool is_end = result <= 0 && is_end_of_tls(tls, result, kept.get());
+        if (result <= 0 && !is_end) return tell_tls_failure(socket, tls, result, kept.get());
+        const std::size_t size = is_end ? 0 : static_cast<std::size_t>(result);
         tell(socket, [&](Observer& observer, const Connection& connection) {
-            observer.received(connection,
-                              {static_cast<const char*>(bytes), static_cast<std::size_t>(result)});
+            observer.received(connection, {static_cast<const char*>(bytes), size});
         });
     });
     return result;
