@@ -207,7 +207,9 @@ std::string Blotter::message(std::string_view bytes, bool is_cut)
 
 std::string Blotter::text(std::string_view bytes, bool is_cut)
 {
-    return tokens_.blotted(credential_.blotted(bytes, is_cut), is_cut);
+    std::string result(bytes);
+    for (const KnownSecret& secret : secrets_) result = secret.blotted(result, is_cut);
+    return tokens_.blotted(result, is_cut);
 }
 
 } // namespace soapwrapper::messages

@@ -5,6 +5,7 @@
 #include "messages/known_secret.h"
 #include "messages/token_names.h"
 
+#include <list>
 #include <string>
 #include <string_view>
 
@@ -16,16 +17,20 @@ class Blotter
 {
   public:
     // A credential of fewer than KnownSecret::kShortest bytes is blotted out only where it is expected.
-    explicit Blotter(const std::string& credential) : credential_(credential) {}
+    explicit Blotter(std::string_view credential) { hide(credential); }
+    Blotter() = default;
+
+    // One more to be blotted out, if it is long enough. Not while another thread calls.
+    void hide(std::string_view secret) { secrets_.emplace_back(secret); }
 
     // Credentials, tokens, and the users and passwords among the texts of control commands. Of bytes that
     // aren't XML in UTF-8 or Latin-1, only how many they are. `is_cut`: the message went on.
     std::string message(std::string_view bytes, bool is_cut);
-    // The credential, and what is written like a token.
+    // The credentials, and what is written like a token.
     std::string text(std::string_view bytes, bool is_cut = false);
 
   private:
-    const KnownSecret credential_;
+    std::list<KnownSecret> secrets_;
     TokenNames tokens_;
 };
 

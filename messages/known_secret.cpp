@@ -2,6 +2,7 @@
 
 #include "messages/markup.h"
 #include "messages/read_text.h"
+#include "messages/wiping.h"
 
 #include <algorithm>
 #include <cctype>
@@ -20,10 +21,20 @@ namespace
 constexpr std::size_t kNowhere = std::string_view::npos;
 constexpr std::size_t kBitsOfDigit = 6;
 
+// A text on its way, which leaves nothing behind.
+struct Wiped {
+    Wiped() = default;
+    ~Wiped() { wipe(text); }
+    Wiped(const Wiped&) = delete;
+    Wiped& operator=(const Wiped&) = delete;
+
+    std::string text;
+};
+
 // Each byte as the Latin-1 character of its number, in UTF-8: how texts travel.
-std::string latin1_as_utf8(const std::string& bytes)
+void put_latin1_as_utf8(std::string& result, std::string_view bytes)
 {
-    std::string result;
+    result.reserve(2 * bytes.size());
     for (const char c : bytes) {
         const auto byte = static_cast<unsigned char>(c);
         if (byte < 0x80) {
@@ -33,12 +44,12 @@ std::string latin1_as_utf8(const std::string& bytes)
             result += static_cast<char>(0x80U | (byte & 0x3FU));
         }
     }
-    return result;
 }
 
-std::string escaped(const std::string& text)
+void put_escaped(std::string& result, std::string_view text)
 {
-    std::string result;
+    constexpr std::size_t kLongestEscape = 6;
+    result.reserve(kLongestEscape * text.size());
     for (const char c : text) {
         switch (c) {
         case '&':
@@ -57,25 +68,24 @@ std::string escaped(const std::string& text)
             result += c;
         }
     }
-    return result;
 }
 
 // The digits of Base64 that the text alone decides, if so many bytes are ahead of it.
-std::string base64_behind(std::size_t ahead, const std::string& text)
+void put_base64_behind(std::string& digits, std::size_t ahead, std::string_view text)
 {
     constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    const std::string bytes = std::string(ahead, '\0') + text;
-    std::string digits;
+    const std::size_t size = ahead + text.size();
+    const auto byte = [&](std::size_t at) {
+        const bool is_of_text = at >= ahead && at < size;
+        return is_of_text ? std::uint32_t{static_cast<unsigned char>(text[at - ahead])} : 0U;
+    };
+    digits.reserve(size * 8 / kBitsOfDigit);
     const std::size_t first = (ahead * 8 + kBitsOfDigit - 1) / kBitsOfDigit;
-    for (std::size_t i = first; (i + 1) * kBitsOfDigit <= bytes.size() * 8; ++i) {
+    for (std::size_t i = first; (i + 1) * kBitsOfDigit <= size * 8; ++i) {
         const std::size_t bit = i * kBitsOfDigit;
-        const auto byte = [&bytes](std::size_t at) {
-            return at < bytes.size() ? std::uint32_t{static_cast<unsigned char>(bytes[at])} : 0U;
-        };
         const std::uint32_t two = byte(bit / 8) << 8 | byte(bit / 8 + 1);
         digits += kDigits[two >> (16 - kBitsOfDigit - bit % 8) & 0x3FU];
     }
-    return digits;
 }
 
 bool is_base64(char c)
@@ -83,9 +93,9 @@ bool is_base64(char c)
     return std::isalnum(static_cast<unsigned char>(c)) || c == '+' || c == '/' || c == '=';
 }
 
-void add_once(std::vector<std::string>& texts, std::string text)
+void add_once(std::vector<std::string>& texts, std::string_view text)
 {
-    if (std::find(texts.begin(), texts.end(), text) == texts.end()) texts.push_back(std::move(text));
+    if (std::find(texts.begin(), texts.end(), text) == texts.end()) texts.emplace_back(text);
 }
 
 ReadText as_it_is(std::string_view text)
@@ -129,13 +139,31 @@ void find_all(std::vector<Part>& parts, const ReadText& text, const std::vector<
 
 } // namespace
 
-KnownSecret::KnownSecret(const std::string& secret)
+KnownSecret::KnownSecret(std::string_view secret)
 {
     if (secret.size() < kShortest) return;
-    for (const std::string& text : {secret, latin1_as_utf8(secret)}) {
+    Wiped as_utf8;
+    put_latin1_as_utf8(as_utf8.text, secret);
+    // A vector that grows leaves its texts behind, if they are short.
+    texts_.reserve(4);
+    base64_.reserve(6);
+    for (const std::string_view text : {secret, std::string_view(as_utf8.text)}) {
+        Wiped escaped;
+        put_escaped(escaped.text, text);
         add_once(texts_, text);
-        add_once(texts_, escaped(text));
-        for (std::size_t ahead = 0; ahead < 3; ++ahead) add_once(base64_, base64_behind(ahead, text));
+        add_once(texts_, escaped.text);
+        for (std::size_t ahead = 0; ahead < 3; ++ahead) {
+            Wiped digits;
+            put_base64_behind(digits.text, ahead, text);
+            add_once(base64_, digits.text);
+        }
+    }
+}
+
+KnownSecret::~KnownSecret()
+{
+    for (std::vector<std::string>* texts : {&texts_, &base64_}) {
+        for (std::string& text : *texts) wipe(text);
     }
 }
 

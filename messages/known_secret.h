@@ -9,13 +9,16 @@
 namespace soapwrapper::messages
 {
 
-// A text that must not be seen, however it is written.
+// A text that must not be seen, however it is written. It is wiped at the end.
 class KnownSecret
 {
   public:
     static constexpr std::size_t kShortest = 4; // a shorter one stands everywhere
 
-    explicit KnownSecret(const std::string& secret);
+    explicit KnownSecret(std::string_view secret);
+    ~KnownSecret();
+    KnownSecret(const KnownSecret&) = delete;
+    KnownSecret& operator=(const KnownSecret&) = delete;
 
     // Blotted out as text and as Base64, also with XML's references, comments and sections in between. Of a
     // text that `is_cut`, a part of the secret at its end is, too.

@@ -36,8 +36,8 @@ declare -A may_include=(
         simulator/traffic simulator/service simulator/api"
     [simulator/zapi]="plugin/host simulator/scenario"
     [probe/output]="plugin/host"
-    [probe/wire]="messages"
-    [probe/library]="plugin/host probe/output"
+    [probe/wire]="plugin/host messages probe/output"
+    [probe/library]="plugin/host probe/output probe/wire"
     [probe/arguments]="plugin/host probe/output probe/library"
     [probe/login]="plugin/host probe/output probe/library probe/arguments"
     [probe/lists]="plugin/host probe/output probe/library probe/arguments"
@@ -45,7 +45,7 @@ declare -A may_include=(
     [probe/events]="plugin/host probe/output probe/library"
     [probe/commands]="plugin/host probe/output probe/library probe/arguments probe/login probe/lists \
         probe/operations probe/events"
-    [probe/program]="plugin/host probe/output probe/library probe/arguments probe/commands"
+    [probe/program]="plugin/host probe/output probe/wire probe/library probe/arguments probe/commands"
     [probe]="probe/output probe/program"
 )
 

@@ -2,6 +2,7 @@
 
 #include "plugin/host/host_records.h"
 #include "probe/output/problem.h"
+#include "probe/wire/secrets.h"
 
 #include <fcntl.h>
 #include <stdlib.h>
@@ -121,6 +122,7 @@ Credential Credential::from_file(const std::string& path, int type, std::ostream
                             path);
     }
     credential.record_->len = static_cast<std::int32_t>(size);
+    wire::hide(credential.text());
     if (file.everybody_may_read()) {
         warnings << "warning: everybody on this machine may read the credential file; chmod 600 it\n";
     }
@@ -141,6 +143,7 @@ Credential Credential::from_environment(int type, const char* variable)
     }
     std::memcpy(credential.bytes(), value, size);
     credential.record_->len = static_cast<std::int32_t>(size);
+    wire::hide(credential.text());
     forget_environment(variable);
     return credential;
 }
@@ -159,6 +162,11 @@ void Credential::wipe()
     explicit_bzero(record_, kRecordSize);
     ::operator delete (record_, std::align_val_t{alignof(sts_cred_t)});
     record_ = nullptr;
+}
+
+std::string_view Credential::text() const
+{
+    return {reinterpret_cast<const char*>(bytes()), static_cast<std::size_t>(record_->len)};
 }
 
 std::string Credential::hide_in(std::string_view text) const

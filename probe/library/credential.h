@@ -47,6 +47,7 @@ class Credential
   private:
     explicit Credential(int type);
     unsigned char* bytes() const { return record_->cert; }
+    std::string_view text() const;
 
     sts_cred_t* record_; // kLongest bytes of room and one more
 };

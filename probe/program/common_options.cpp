@@ -34,11 +34,19 @@ void add_common_options(CLI::App& program, CommonOptions& options)
                     "The library to load; without it libsoapwrapper.so beside this program, else where the "
                     "system's loader finds it")
         ->type_name("PATH");
+    CLI::Option* plugin_path =
+        program
+            .add_option("--plugin-path", options.plugin_path,
+                        "What the library is told about its own place, beside which it looks for "
+                        "soapwrapper.conf; without it the library's real path")
+            ->type_name("PATH");
     program
-        .add_option("--plugin-path", options.plugin_path,
-                    "What the library is told about its own place, beside which it looks for "
-                    "soapwrapper.conf; without it the library's real path")
-        ->type_name("PATH");
+        .add_option(
+            "--config", options.config,
+            "The configuration that the library gets instead of soapwrapper.conf; a relative path in it "
+            "begins in the file's folder")
+        ->type_name("FILE")
+        ->excludes(plugin_path);
     program
         .add_option("--manager", options.manager,
                     "The plug-in manager to load ahead of the library, through which it finds its second "
@@ -50,6 +58,10 @@ void add_common_options(CLI::App& program, CommonOptions& options)
                     "3 or record, 4 or failure")
         ->type_name("LEVEL")
         ->transform(CLI::Validator(number_of_level, ""));
+    program
+        .add_option("--trace", options.trace,
+                    "Write all requests and replies to a file, without what is secret; - is standard error")
+        ->type_name("FILE");
     CLI::Option* json = program.add_flag("--json", options.json, "Print one JSON document, errors included");
     program
         .add_option("--separator", options.separator,

@@ -19,10 +19,12 @@ namespace soapwrapper::probe
 struct CommonOptions {
     std::optional<std::string> library;
     std::optional<std::string> plugin_path;
+    std::optional<std::string> config;
     std::optional<std::string> manager;
     int log_level = Session::kPrintNothing;
     bool json = false;
     std::optional<std::string> separator;
+    std::optional<std::string> trace;
 
     Format format() const
     {

@@ -8,6 +8,8 @@
 #include "probe/output/output.h"
 #include "probe/output/problem.h"
 #include "probe/program/common_options.h"
+#include "probe/wire/config_file.h"
+#include "probe/wire/watching.h"
 
 #include <exception>
 #include <iostream>
@@ -26,16 +28,27 @@ int fail(const Problem& problem, Output& output)
     return static_cast<int>(problem.code());
 }
 
+// Loads the library and does the work. What goes wrong is thrown.
+void work(const CommonOptions& options, const Run& run, Output& output, wire::Watching& watching)
+{
+    std::optional<wire::ConfigFile> config;
+    if (options.config) config.emplace(*options.config);
+    if (options.trace) watching.trace(*options.trace, std::cerr);
+    if (options.manager) load_plugin_manager(*options.manager);
+    const PluginLibrary library(options.library, config ? config->plugin_path() : options.plugin_path);
+    Session session(options.log_level, std::cerr);
+    run(Probe{library, session, output});
+}
+
 } // namespace
 
 int drive_library(const CommonOptions& options, const Run& run)
 {
     Output output(std::cout, options.format(), options.separator.value_or(""));
     try {
-        if (options.manager) load_plugin_manager(*options.manager);
-        const PluginLibrary library(options.library, options.plugin_path);
-        Session session(options.log_level, std::cerr);
-        run(Probe{library, session, output});
+        wire::Watching watching;
+        work(options, run, output, watching);
+        if (const auto problem = watching.problem()) throw Problem(*problem);
     } catch (const Problem& problem) {
         return fail(problem, output);
     } catch (const std::exception& error) {

@@ -58,12 +58,6 @@ Exchange::~Exchange()
     for (std::string* text : {&request_head, &request_body, &reply_head, &reply_body}) messages::wipe(*text);
 }
 
-Exchanges::Talk::Talk(Connection with)
-    : connection(std::move(with)), begun(std::chrono::system_clock::now()),
-      since(std::chrono::steady_clock::now())
-{
-}
-
 Exchanges::~Exchanges()
 {
     if (takers_.empty()) return;
@@ -84,8 +78,13 @@ void Exchanges::give_to(TakeExchange taker)
 
 Exchanges::Talk& Exchanges::talk_on(const Connection& connection)
 {
-    std::unique_ptr<Talk>& talk = talks_[connection.number];
-    if (!talk) talk = std::make_unique<Talk>(connection);
+    const auto [found, is_first] = talks_.try_emplace(connection.number);
+    std::unique_ptr<Talk>& talk = found->second;
+    if (!talk) talk = std::make_unique<Talk>();
+    if (is_first) {
+        talk->begun = connection.begun;
+        talk->since = connection.since;
+    }
     talk->connection = connection; // more may be known of it
     return *talk;
 }
@@ -93,8 +92,6 @@ Exchanges::Talk& Exchanges::talk_on(const Connection& connection)
 void Exchanges::connected(const Connection& connection, int error)
 {
     Talk& talk = talk_on(connection);
-    talk.begun = connection.begun;
-    talk.since = connection.since;
     if (error == 0) return;
     talk.failure = std::strerror(error);
     closed(connection);

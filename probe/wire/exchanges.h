@@ -34,15 +34,13 @@ class Exchanges final : public Observer
 
   private:
     struct Talk {
-        explicit Talk(Connection with);
-
         Connection connection;
         HttpMessage request{HttpMessage::Kind::kRequest};
         HttpMessage reply{HttpMessage::Kind::kReply};
         std::string failure;
         bool peer_ended = false;
-        std::chrono::system_clock::time_point begun;
-        std::chrono::steady_clock::time_point since;
+        std::chrono::system_clock::time_point begun = std::chrono::system_clock::now();
+        std::chrono::steady_clock::time_point since = std::chrono::steady_clock::now();
     };
     using Talks = std::map<std::uint64_t, std::unique_ptr<Talk>>;
 

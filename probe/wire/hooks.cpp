@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <cstddef>
+#include <cstdio>
 
 namespace wire = soapwrapper::probe::wire;
 
@@ -45,6 +46,17 @@ SOAPWRAPPER_EXPORTED ssize_t recv(int socket, void* bytes, std::size_t count, in
 SOAPWRAPPER_EXPORTED int close(int descriptor)
 {
     return wire::tapped_close(descriptor);
+}
+
+SOAPWRAPPER_EXPORTED std::FILE* fopen(const char* path, const char* mode)
+{
+    return wire::tapped_fopen(path, mode);
+}
+
+// What a library that asks for large files calls instead.
+SOAPWRAPPER_EXPORTED std::FILE* fopen64(const char* path, const char* mode)
+{
+    return wire::tapped_fopen(path, mode);
 }
 
 SOAPWRAPPER_EXPORTED unsigned int sleep(unsigned int seconds)

@@ -26,6 +26,7 @@ RealCalls find_all()
     find(calls.send, "send");
     find(calls.recv, "recv");
     find(calls.close, "close");
+    find(calls.fopen, "fopen");
     find(calls.sleep, "sleep");
     find(calls.ssl_connect, "SSL_connect");
     find(calls.ssl_write, "SSL_write");

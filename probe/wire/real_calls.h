@@ -8,6 +8,7 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <cstdio>
 
 namespace soapwrapper::probe::wire
 {
@@ -19,6 +20,7 @@ struct RealCalls {
     ssize_t (*send)(int socket, const void* bytes, std::size_t count, int flags);
     ssize_t (*recv)(int socket, void* bytes, std::size_t count, int flags);
     int (*close)(int descriptor);
+    std::FILE* (*fopen)(const char* path, const char* mode);
     unsigned int (*sleep)(unsigned int seconds);
     int (*ssl_connect)(SSL* tls);
     int (*ssl_write)(SSL* tls, const void* bytes, int count);

@@ -40,11 +40,11 @@ Sockets& Sockets::instance()
 
 Sockets::Sockets() : cut_event_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
-bool Sockets::begin_lookup(const std::string& host, const std::string& port)
+bool Sockets::begin_lookup(const std::string& place)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     if (is_cut_) return false;
-    lookup_ = port.empty() ? host : host + ":" + port;
+    lookup_ = place;
     return true;
 }
 

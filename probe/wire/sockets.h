@@ -30,7 +30,7 @@ class Sockets
     Sockets();
 
     // A name is being looked up, and no longer. False: it mustn't be.
-    bool begin_lookup(const std::string& host, const std::string& port);
+    bool begin_lookup(const std::string& place);
     void end_lookup();
 
     // Of the next connection.

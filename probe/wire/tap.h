@@ -15,9 +15,11 @@ namespace soapwrapper::probe::wire
 struct Connection {
     std::uint64_t number = 0; // from 1
     std::string host;         // as it was looked up; may be empty
-    std::string address; // with the port, such as "192.0.2.7:8086" or "[2001:db8::7]:8086"; empty: not found
+    // With the port, such as "192.0.2.7:8086" or "[2001:db8::7]:8086"; of a host that wasn't found, its name.
+    std::string address;
     bool is_tls = false;
-    std::string tls; // such as "TLSv1.3, TLS_AES_256_GCM_SHA384", once it is known
+    // Once it is known, such as "TLSv1.3, TLS_AES_256_GCM_SHA384", with ", resumed" behind it if that is so.
+    std::string tls;
     std::chrono::system_clock::time_point begun;
     std::chrono::steady_clock::time_point since; // the same moment
 };

@@ -9,6 +9,7 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <cstdio>
 
 namespace soapwrapper::probe::wire
 {
@@ -19,6 +20,7 @@ int tapped_getsockopt(int socket, int level, int option, void* value, socklen_t*
 ssize_t tapped_send(int socket, const void* bytes, std::size_t count, int flags) noexcept;
 ssize_t tapped_recv(int socket, void* bytes, std::size_t count, int flags) noexcept;
 int tapped_close(int descriptor) noexcept;
+std::FILE* tapped_fopen(const char* path, const char* mode) noexcept;
 unsigned int tapped_sleep(unsigned int seconds) noexcept;
 int tapped_ssl_connect(SSL* tls) noexcept;
 int tapped_ssl_write(SSL* tls, const void* bytes, int count) noexcept;

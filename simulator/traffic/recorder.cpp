@@ -1,11 +1,10 @@
 #include "simulator/traffic/recorder.h"
 
+#include "messages/secret_fields.h"
 #include "simulator/front/http.h"
 #include "simulator/traffic/exchange.h"
 
 #include <algorithm>
-#include <array>
-#include <cctype>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -13,7 +12,6 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -21,18 +19,6 @@ namespace soapwrapper::simulator
 {
 namespace
 {
-
-// Of a head's fields, those by whose names something secret is to be expected; the referrer holds a query.
-bool is_shown(const std::string& name)
-{
-    constexpr std::array<std::string_view, 9> kSecret = {
-        "auth", "cookie", "credential", "key", "passwd", "password", "referer", "secret", "token"};
-    std::string lower = name;
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return std::none_of(kSecret.begin(), kSecret.end(),
-                        [&lower](std::string_view part) { return lower.find(part) != std::string::npos; });
-}
 
 // What it takes, at least.
 std::size_t bytes_of(const Exchange& exchange)
@@ -145,7 +131,7 @@ void Recorder::blot(Exchange& exchange)
     exchange.path = blotter_.text(exchange.path.substr(0, exchange.path.find('?')));
     Fields& fields = exchange.fields;
     fields.erase(std::remove_if(fields.begin(), fields.end(),
-                                [](const auto& field) { return !is_shown(field.first); }),
+                                [](const auto& field) { return messages::is_secret_field(field.first); }),
                  fields.end());
     for (auto& field : fields) {
         field.first = blotter_.text(field.first);

@@ -1,0 +1,37 @@
+#include "probe/wire/watching.h"
+
+#include "probe/output/problem.h"
+#include "probe/wire/exchange.h"
+#include "probe/wire/trace_text.h"
+
+#include <optional>
+#include <ostream>
+#include <string>
+
+namespace soapwrapper::probe::wire
+{
+
+void Watching::trace(const std::string& path, std::ostream& errors)
+{
+    trace_ = &errors;
+    if (path != "-") {
+        file_.emplace(path);
+        trace_ = &file_->stream();
+    }
+    exchanges_.give_to([this](const Exchange& exchange) { write_trace(exchange); });
+}
+
+void Watching::write_trace(const Exchange& exchange)
+{
+    if (!trace_->good()) return; // the rest makes no sense without the beginning
+    const std::string text = trace_text(++last_, exchange, secrets_.blotter());
+    *trace_ << (last_ == 1 ? "" : "\n") << text << std::flush;
+}
+
+std::optional<Problem> Watching::problem() const
+{
+    if (!trace_ || trace_->good()) return std::nullopt;
+    return Problem(ExitCode::kOperation, "trace", std::nullopt, "the trace could not be written");
+}
+
+} // namespace soapwrapper::probe::wire

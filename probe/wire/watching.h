@@ -1,0 +1,42 @@
+// What a run writes of the library's exchanges with services.
+#ifndef SOAPWRAPPER_PROBE_WIRE_WATCHING_H
+#define SOAPWRAPPER_PROBE_WIRE_WATCHING_H
+
+#include "probe/output/problem.h"
+#include "probe/wire/exchange.h"
+#include "probe/wire/exchanges.h"
+#include "probe/wire/secrets.h"
+#include "probe/wire/written_file.h"
+
+#include <cstdint>
+#include <iosfwd>
+#include <optional>
+#include <string>
+
+namespace soapwrapper::probe::wire
+{
+
+// Made ahead of the library, and at its end behind it.
+class Watching
+{
+  public:
+    // Writes each exchange as a text as soon as it ends, to a file of this path or, if it is "-", to
+    // `errors`. A path that can't be written to is a Problem.
+    void trace(const std::string& path, std::ostream& errors);
+
+    // What was wrong with the writing, if anything.
+    std::optional<Problem> problem() const;
+
+  private:
+    void write_trace(const Exchange& exchange);
+
+    Secrets secrets_;
+    std::optional<WrittenFile> file_;
+    std::ostream* trace_ = nullptr;
+    std::uint64_t last_ = 0;
+    Exchanges exchanges_; // the last member: at its end it gives what was under way
+};
+
+} // namespace soapwrapper::probe::wire
+
+#endif
