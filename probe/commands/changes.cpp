@@ -169,7 +169,7 @@ void add_changes_command(const Command& program, Run& run)
                     "The most entries to read; a longer list is a failure")
         .type_name("N");
     set_footer(command, "changes Network_NTAP:filer1.example.com projects weekly.1 weekly.2 --route service");
-    command.callback(chosen(run, options, show_changes));
+    command.callback(chosen(run, options, show_changes, JsonForm::kLines));
 }
 
 } // namespace soapwrapper::probe

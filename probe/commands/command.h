@@ -12,7 +12,14 @@
 namespace soapwrapper::probe
 {
 
-using Run = std::function<void(const Probe&)>;
+// One document, or one a line as they come.
+enum class JsonForm { kDocument, kLines };
+
+struct Run {
+    std::function<void(const Probe&)> act;
+    JsonForm json =
+        JsonForm::kDocument; // known ahead of the library: a failure to load it takes this form, too
+};
 
 // Adds all of them.
 void add_commands(const Command& program, Run& run);
@@ -52,9 +59,11 @@ void add_events_command(const Command& program, Run& run);
 // For a command's callback: puts `act` into `run`, with the options that parsing has filled by then.
 template <class Options>
 std::function<void()> chosen(Run& run, std::shared_ptr<Options> options,
-                             void (*act)(const Probe&, const Options&))
+                             void (*act)(const Probe&, const Options&), JsonForm json = JsonForm::kDocument)
 {
-    return [&run, options, act] { run = [options, act](const Probe& probe) { act(probe, *options); }; };
+    return [&run, options, act, json] {
+        run = {[options, act](const Probe& probe) { act(probe, *options); }, json};
+    };
 }
 
 } // namespace soapwrapper::probe

@@ -33,7 +33,7 @@ void add_discover_command(const Command& program, Run& run)
     command.footer("Example:\n"
                    "  soapwrapper-probe discover Network_storage:filer1.example.com\n\n"
                    "See also: soapwrapper-probe --help, for the options of all commands.");
-    command.callback([&run, name] { run = [name](const Probe& probe) { discover(probe, *name); }; });
+    command.callback([&run, name] { run.act = [name](const Probe& probe) { discover(probe, *name); }; });
 }
 
 } // namespace soapwrapper::probe

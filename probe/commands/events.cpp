@@ -135,7 +135,6 @@ class Reader
 
 void show_events(const Probe& probe, const EventsOptions& options)
 {
-    probe.output.use_lines();
     // Who takes the lines may go away: the channel is to be closed even then.
     std::signal(SIGPIPE, SIG_IGN);
     probe.library.entry(slot::stspi_get_event_payload);
@@ -167,7 +166,7 @@ void add_events_command(const Command& program, Run& run)
     command.add_flag("--delete", options->deletes, "Delete each event once it was shown");
     add_end_status_option(command, options->end_status);
     set_footer(command, "events Network_storage:filer1.example.com --follow");
-    command.callback(chosen(run, options, show_events));
+    command.callback(chosen(run, options, show_events, JsonForm::kLines));
 }
 
 } // namespace soapwrapper::probe

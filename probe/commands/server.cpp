@@ -42,7 +42,7 @@ void add_server_command(const Command& program, Run& run)
                    "Network_storage:filer1.example.com\n\n"
                    "See also: soapwrapper-probe --help, for the options of all commands.");
     command.callback(
-        [&run, options] { run = [options](const Probe& probe) { show_server(probe, *options); }; });
+        [&run, options] { run.act = [options](const Probe& probe) { show_server(probe, *options); }; });
 }
 
 } // namespace soapwrapper::probe

@@ -112,7 +112,6 @@ void ChangeListHandle::close()
 
 ChangePrinter::ChangePrinter(Output& output, bool escapes) : output_(output), escapes_(escapes)
 {
-    output.use_lines();
     if (output.format() != Format::kAligned) return;
     std::vector<std::string> headings;
     for (const Column& column : kColumns) headings.emplace_back(column.heading);

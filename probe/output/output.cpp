@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -94,7 +95,20 @@ void Output::add_problem(const Problem& problem)
 
 void Output::print_line(const nlohmann::ordered_json& document)
 {
-    if (format_ == Format::kJson) stream_ << document.dump() << '\n';
+    if (format_ == Format::kJson) print_text(document, -1);
+}
+
+// The version goes ahead of the text: to put it first into a document would copy each of millions.
+void Output::print_text(const nlohmann::ordered_json& document, int indentation)
+{
+    const std::string text = document.dump(indentation);
+    const bool lines = indentation >= 0;
+    stream_ << (lines ? "{\n  \"schema\": " : "{\"schema\":") << kDocumentVersion;
+    if (document.empty()) {
+        stream_ << (lines ? "\n}\n" : "}\n");
+    } else {
+        stream_ << ',' << std::string_view(text).substr(1) << '\n';
+    }
 }
 
 bool Output::flush()
@@ -106,7 +120,7 @@ bool Output::flush()
 bool Output::finish()
 {
     if (!lines_) {
-        if (format_ == Format::kJson) stream_ << document_.dump(2) << '\n';
+        if (format_ == Format::kJson) print_text(document_, 2);
     } else if (!document_.empty()) {
         print_line(document_);
     }

@@ -14,6 +14,9 @@ namespace soapwrapper::probe
 
 class Problem;
 
+// Grows when a member of a document goes, or means something else; a new member doesn't make it grow.
+inline constexpr int kDocumentVersion = 1;
+
 enum class Format {
     kAligned,   // columns under headings
     kSeparated, // fields with a separator between them, no headings
@@ -51,7 +54,8 @@ class Output
     // A line between two tables, with an empty one ahead of it; in the aligned form only.
     void title(const std::string& text);
 
-    // The document of the JSON form: commands fill it, finish() prints it.
+    // The document of the JSON form: commands fill it, finish() prints it. Each document begins with the
+    // version of the form.
     nlohmann::ordered_json& document() { return document_; }
 
     // From here on the JSON form is a line for each document, printed as they come; one that is left at the
@@ -69,6 +73,7 @@ class Output
     bool finish();
 
   private:
+    void print_text(const nlohmann::ordered_json& document, int indentation);
     void print_aligned(const Table& table);
     void print_separated(const Table& table);
 

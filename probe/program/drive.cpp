@@ -37,7 +37,7 @@ void work(const CommonOptions& options, const Run& run, Output& output, wire::Wa
     if (options.manager) load_plugin_manager(*options.manager);
     const PluginLibrary library(options.library, config ? config->plugin_path() : options.plugin_path);
     Session session(options.log_level, std::cerr);
-    run(Probe{library, session, output});
+    run.act(Probe{library, session, output});
 }
 
 } // namespace
@@ -45,6 +45,7 @@ void work(const CommonOptions& options, const Run& run, Output& output, wire::Wa
 int drive_library(const CommonOptions& options, const Run& run)
 {
     Output output(std::cout, options.format(), options.separator.value_or(""));
+    if (run.json == JsonForm::kLines) output.use_lines();
     try {
         wire::Watching watching;
         work(options, run, output, watching);

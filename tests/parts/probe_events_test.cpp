@@ -18,9 +18,9 @@ TEST(OutputInLines, PrintsEachDocumentAsItComesAndNoneAtTheEnd)
     Output output(stream, Format::kJson, "");
     output.use_lines();
     output.print_line({{"a", 1}});
-    EXPECT_EQ(stream.str(), "{\"a\":1}\n");
+    EXPECT_EQ(stream.str(), "{\"schema\":1,\"a\":1}\n");
     EXPECT_TRUE(output.finish());
-    EXPECT_EQ(stream.str(), "{\"a\":1}\n");
+    EXPECT_EQ(stream.str(), "{\"schema\":1,\"a\":1}\n");
 }
 
 TEST(OutputInLines, EndsWithALineForAnError)
@@ -30,7 +30,7 @@ TEST(OutputInLines, EndsWithALineForAnError)
     output.use_lines();
     output.add_problem(Problem(ExitCode::kOperation, "NAME", 5, "why", "one\ntwo"));
     EXPECT_TRUE(output.finish());
-    EXPECT_EQ(stream.str(), "{\"error\":{\"name\":\"NAME\",\"status\":5,\"meaning\":\"why\","
+    EXPECT_EQ(stream.str(), "{\"schema\":1,\"error\":{\"name\":\"NAME\",\"status\":5,\"meaning\":\"why\","
                             "\"detail\":\"one\\ntwo\"}}\n");
 }
 

@@ -167,7 +167,8 @@ TEST(Output, OfJsonIsOneDocumentAndNothingElse)
     output.add_problem(Problem(ExitCode::kOperation, "STS_EBUSY", 2060005, "busy", "one\x1B\ntwo\n"));
     EXPECT_TRUE(output.finish());
     EXPECT_EQ(nlohmann::json::parse(stream.str()),
-              nlohmann::json({{"a", 1},
+              nlohmann::json({{"schema", 1},
+                              {"a", 1},
                               {"error",
                                {{"name", "STS_EBUSY"},
                                 {"status", 2060005},

@@ -40,7 +40,8 @@ TEST_F(ProbeLists, LsusShowsThemAllAndClosesListAndServer)
 TEST_F(ProbeLists, LsusPrintsJsonAndBareFields)
 {
     two_lsus();
-    const json expected = {{"lsus", {{{"name", "vol1"}}, {{"name", "vol2"}}}}, {"complete", true}};
+    const json expected = {
+        {"schema", 1}, {"lsus", {{{"name", "vol1"}}, {{"name", "vol2"}}}}, {"complete", true}};
     EXPECT_EQ(json::parse(run({"lsus", kName, "--json"}).out), expected);
     two_lsus();
     EXPECT_EQ(run({"lsus", kName, "--separator", ";"}).out, "vol1\nvol2\n");
@@ -50,7 +51,7 @@ TEST_F(ProbeLists, LsusShowsAnEmptyListAsOne)
 {
     const ProcessResult result = run({"lsus", kName, "--json"});
     EXPECT_EQ(result.exit_code, 0);
-    const json expected = {{"lsus", json::array()}, {"complete", true}};
+    const json expected = {{"schema", 1}, {"lsus", json::array()}, {"complete", true}};
     EXPECT_EQ(json::parse(result.out), expected);
 }
 

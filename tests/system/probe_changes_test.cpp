@@ -126,7 +126,8 @@ TEST_F(ProbeChanges, InJsonEachEntryIsALineAndTheSumIsTheLast)
     const std::vector<std::string> all = lines(result.out);
     ASSERT_EQ(all.size(), 3U);
     const json first = json::parse(all[0]);
-    EXPECT_EQ(first, json({{"change", "created"},
+    EXPECT_EQ(first, json({{"schema", 1},
+                           {"change", "created"},
                            {"type", "file"},
                            {"size", 10},
                            {"modified", "2026-01-05T00:00:00Z"},
@@ -229,6 +230,9 @@ TEST_F(ProbeChanges, AFailedOpenReadsNothing)
     EXPECT_EQ(result.exit_code, 4);
     EXPECT_THAT(result.out, IsEmpty());
     EXPECT_EQ(count(kList), 0);
+    const std::vector<std::string> documents = lines(changes({"--json"}).out);
+    ASSERT_EQ(documents.size(), 1U) << "each line is a document";
+    EXPECT_EQ(json::parse(documents[0]).at("error").at("status"), 2069997);
     EXPECT_EQ(count("closeSnapChangeList"), 0);
 }
 

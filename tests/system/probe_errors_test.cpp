@@ -106,7 +106,7 @@ TEST_F(ProbeTest, ErrorIsAlsoPrintedAsJson)
     EXPECT_EQ(result.exit_code, 4);
     EXPECT_THAT(result.err, StartsWith("STS_EBUSY(2060005): "));
     const json document = json::parse(result.out);
-    EXPECT_EQ(document.size(), 1U);
+    EXPECT_EQ(document.size(), 2U);
     const json& error = document.at("error");
     EXPECT_EQ(error.at("name"), "STS_EBUSY");
     EXPECT_EQ(error.at("status"), 2060005);

@@ -83,25 +83,25 @@ TEST_F(ProbeEvents, AsJsonAreALineEachWithAllThatTheLibraryBrings)
     EXPECT_EQ(result.exit_code, 0) << result.err;
     const std::vector<json> lines = lines_of(result.out);
     ASSERT_EQ(lines.size(), 9U);
-    EXPECT_EQ(lines[0], json::parse(R"({"seqno": 1, "server": "Network_store:filer", "flags": 2,
+    EXPECT_EQ(lines[0], json::parse(R"({"schema": 1, "seqno": 1, "server": "Network_store:filer", "flags": 2,
         "shape": "inline", "kind": "operation", "name": "backup", "bytes_transferred": 12,
         "error_code": 2060012})"));
-    EXPECT_EQ(lines[1], json::parse(R"({"seqno": 2, "server": "Network_store:filer", "flags": 2,
+    EXPECT_EQ(lines[1], json::parse(R"({"schema": 1, "seqno": 2, "server": "Network_store:filer", "flags": 2,
         "shape": "inline", "kind": "lsu-info", "fields": 3, "lsu": "vol1", "label": "Home",
         "description": "the first", "capacity": 100, "physical_capacity": 90, "used": 50,
         "physically_used": 45, "images": 7})"));
-    EXPECT_EQ(lines[2], json::parse(R"({"seqno": 3, "server": "Network_store:filer", "flags": 2,
+    EXPECT_EQ(lines[2], json::parse(R"({"schema": 1, "seqno": 3, "server": "Network_store:filer", "flags": 2,
         "shape": "inline", "kind": "server-status", "name": "S", "action": 8})"));
-    EXPECT_EQ(lines[3], json::parse(R"({"seqno": 4, "server": "Network_store:filer", "flags": 2,
+    EXPECT_EQ(lines[3], json::parse(R"({"schema": 1, "seqno": 4, "server": "Network_store:filer", "flags": 2,
         "shape": "inline", "kind": "lsu-status", "lsu": "vol1", "action": 9})"));
-    EXPECT_EQ(lines[4], json::parse(R"({"seqno": 5, "server": "Network_store:filer", "flags": 2,
+    EXPECT_EQ(lines[4], json::parse(R"({"schema": 1, "seqno": 5, "server": "Network_store:filer", "flags": 2,
         "shape": "inline", "kind": "image-info", "fields": 4, "lsu": "vol1", "basename": "img",
         "date": "0131", "policy": "p", "size": 77, "status": 1})"));
-    EXPECT_EQ(lines[6], json::parse(R"({"seqno": 7, "server": "Network_store:filer", "flags": 0,
+    EXPECT_EQ(lines[6], json::parse(R"({"schema": 1, "seqno": 7, "server": "Network_store:filer", "flags": 0,
         "shape": "detached", "kind": "activity", "payload_length": 4, "action": 2, "event_set": "set",
         "time": 1000, "severity": 3, "vendor_type": "vendor", "lsu": "vol1", "application": "app",
         "application_version": "9", "application_value": -4, "message_length": 7, "message": "fetched"})"));
-    EXPECT_EQ(lines[7], json::parse(R"({"seqno": 8, "server": "Network_store:filer", "flags": 0,
+    EXPECT_EQ(lines[7], json::parse(R"({"schema": 1, "seqno": 8, "server": "Network_store:filer", "flags": 0,
         "shape": "detached", "kind": "server-info"})"));
     EXPECT_EQ(lines[5].at("message"), "told at once");
     EXPECT_EQ(lines[5].count("image"), 0U);

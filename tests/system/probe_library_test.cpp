@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -51,6 +53,18 @@ TEST(ProbeLibrary, ThatCannotBeLoadedIsAlsoToldInJson)
     EXPECT_TRUE(error.at("status").is_null());
     EXPECT_EQ(error.at("meaning"), "the library could not be loaded");
     EXPECT_THAT(std::string(error.at("detail")), HasSubstr("libabsent.so"));
+}
+
+TEST(ProbeLibrary, ThatCannotBeLoadedIsALineOfJsonWhereDocumentsAreLines)
+{
+    const TemporaryFolder folder;
+    const std::vector<std::vector<std::string>> commands = {{"events", kName, "--json"},
+                                                            {"changes", kName, "l", "a", "b", "--json"}};
+    for (const auto& command : commands) {
+        const ProcessResult result = probe_with(folder / "libabsent.so", {}, command);
+        EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 1) << result.out;
+        EXPECT_EQ(json::parse(result.out).at("error").at("name"), "library");
+    }
 }
 
 TEST(ProbeLibrary, ThatIsSomeOtherFileIsNotLoaded)

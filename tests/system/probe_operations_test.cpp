@@ -130,7 +130,7 @@ TEST_F(ProbeOperations, WithNoWaitAreStartedOnlyAndTellTheirIdOrName)
         EXPECT_EQ(by_id.exit_code, 0) << by_id.err;
         EXPECT_EQ(by_id.out, "Operation id  OP-1\n");
         EXPECT_EQ(json::parse(run(with(example.command, {"--no-wait", "--name", "n", "--json"})).out),
-                  json({{"operation_name", "n"}}));
+                  json({{"schema", 1}, {"operation_name", "n"}}));
         EXPECT_EQ(run(with(example.command, {"--no-wait", "--separator", "|"})).out, "operation_id|OP-1\n");
     }
     EXPECT_EQ(count(kWithId) + count(kWithName), 0);
@@ -163,7 +163,8 @@ TEST_F(ProbeOperations, ASnapshotThatWasMadeIsShownWithItsPlace)
                                                            "Server             Network_store:filer\n"
                                                            "LSU                vol1\n");
         EXPECT_EQ(json::parse(run(with(kCreate, {"--name", "n", "--json"})).out),
-                  json({{"operation_name", "n"},
+                  json({{"schema", 1},
+                        {"operation_name", "n"},
                         {"bytes_transferred", 4096},
                         {"snapshot", "nightly.0"},
                         {"server", "Network_store:filer"},

@@ -157,7 +157,8 @@ TEST_F(ProbeWaiting, TheStatusOfAnOperationIsRunningOrEnded)
     const ProcessResult running = run(with(status, {"--json"}));
     EXPECT_EQ(running.exit_code, 0);
     EXPECT_THAT(running.err, IsEmpty());
-    EXPECT_EQ(json::parse(running.out), json({{"operation_name", "nightly"}, {"state", "running"}}));
+    EXPECT_EQ(json::parse(running.out),
+              json({{"schema", 1}, {"operation_name", "nightly"}, {"state", "running"}}));
     EXPECT_EQ(run(with(status, {"--separator", "|"})).out, "operation_name|nightly\nstate|running\n");
     for (const int fault : {2060022, 0}) {
         service.refuse("namedAsyncStatus", "unknown", fault);
@@ -176,7 +177,8 @@ TEST_F(ProbeWaiting, CancelStopsAnOperationWithAnId)
     EXPECT_EQ(result.exit_code, 0) << result.err;
     EXPECT_EQ(result.out, "Cancelled operation  OP-9\n");
     EXPECT_THAT(asked("asyncCancel"), HasSubstr(">OP-9</ns1:token>"));
-    EXPECT_EQ(json::parse(run(with(cancel, {"--json"})).out), json({{"cancelled_operation", "OP-9"}}));
+    EXPECT_EQ(json::parse(run(with(cancel, {"--json"})).out),
+              json({{"schema", 1}, {"cancelled_operation", "OP-9"}}));
     service.refuse("asyncCancel", "too late", 2060013);
     const ProcessResult refused = run(cancel);
     EXPECT_EQ(refused.exit_code, 4);

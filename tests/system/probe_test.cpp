@@ -52,7 +52,8 @@ TEST_F(ProbeTest, DiscoverPrintsJson)
     const ProcessResult result = probe({"discover", kName, "--json"});
     EXPECT_EQ(result.exit_code, 0);
     EXPECT_THAT(result.err, IsEmpty());
-    const json expected = {{"name", "Network_store:filer"},
+    const json expected = {{"schema", 1},
+                           {"name", "Network_store:filer"},
                            {"server", "Network_store:filer.example.com"},
                            {"types", {"SnapVault", "Replica"}},
                            {"flags", -3},
