@@ -85,6 +85,8 @@ template Option Command::add_option(const std::string&, std::uint32_t&, const st
 template Option Command::add_option(const std::string&, std::optional<std::uint32_t>&,
                                     const std::string&) const;
 template Option Command::add_option(const std::string&, std::size_t&, const std::string&) const;
+template Option Command::add_option(const std::string&, std::optional<std::size_t>&,
+                                    const std::string&) const;
 
 Option Command::add_text_option(const std::string& name, const TextCheck& take,
                                 const std::string& description) const

@@ -17,10 +17,8 @@
 #include "probe/login/zapi_login.h"
 #include "probe/output/problem.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <iostream>
-#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -38,7 +36,7 @@ struct ChangesOptions : LsuArguments {
     RouteWishes wishes;
     std::string zapi_user;
     std::int32_t flags = 0;
-    ReadingOptions reading{{}, false, {STS_ENOENT, std::numeric_limits<std::size_t>::max()}};
+    ReadingOptions reading{{}, false, {STS_ENOENT, std::nullopt, std::nullopt}};
 };
 
 // The library falls back to the service by itself, and says so in its log only.
@@ -100,9 +98,9 @@ void show_changes(const Probe& probe, const ChangesOptions& options)
     Credential::forget_environment(kZapiPasswordVariable);
     {
         ChangeReader reader(probe, options.reading, list.get());
-        const auto problem = reader.read();
-        reader.finish(route_name(route), !problem);
-        if (problem) throw Problem(*problem);
+        const ListEnd end = reader.read();
+        reader.finish(route_name(route), end.extent);
+        finish_list(probe, end);
     }
     list.close();
     login.close();
@@ -164,10 +162,7 @@ void add_changes_command(const Command& program, Run& run)
     command.add_flag("--escape", options->reading.escapes,
                      "Show each byte of a path that is not printable ASCII as a backslash and two digits");
     add_end_status_option(command, options->reading.list.end_status);
-    command
-        .add_option("--limit", options->reading.list.limit,
-                    "The most entries to read; a longer list is a failure")
-        .type_name("N");
+    add_limit_option(command, options->reading.list.limit);
     set_footer(command, "changes Network_NTAP:filer1.example.com projects weekly.1 weekly.2 --route service");
     command.callback(chosen(run, options, show_changes, JsonForm::kLines));
 }

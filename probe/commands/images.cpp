@@ -34,12 +34,11 @@ void show_images(const Probe& probe, const ImagesOptions& options)
 
     sts_image_def_v10_t image;
     EntryList images = image_list();
-    const auto problem = read_list(
+    const ListEnd end = read_list(
         probe, options.list, EntryRoom(image),
         [&] { return call(probe, slot::stspi_list_image, handle, &image); },
         [&] { add_image(images, image); });
-    images.show(probe.output, !problem);
-    if (problem) throw Problem(*problem);
+    finish_list(probe, images, end);
     list.close();
     login.close();
 }

@@ -35,12 +35,11 @@ void show_lsus(const Probe& probe, const LsusOptions& options)
 
     LsuName name;
     EntryList lsus("lsus", {{"LSU", "name"}});
-    const auto problem = read_list(
+    const ListEnd end = read_list(
         probe, options.list, EntryRoom(name),
         [&] { return call(probe, slot::stspi_list_lsu, handle, name.text); },
         [&] { lsus.add({clean_field(name.text)}); });
-    lsus.show(probe.output, !problem);
-    if (problem) throw Problem(*problem);
+    finish_list(probe, lsus, end);
     list.close();
     login.close();
 }

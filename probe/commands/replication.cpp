@@ -71,7 +71,7 @@ void show_replication(const Probe& probe, const ReplicationOptions& options)
     EntryList partners("partners", {{"ROLE", "role"}, {"SERVER", "server"}, {"LSU", "lsu"}});
     add_partners(partners, "source", sources);
     add_partners(partners, "target", targets);
-    partners.show(probe.output, true);
+    partners.show(probe.output, Extent::kComplete);
     login.close();
 }
 

@@ -50,30 +50,30 @@ ChangeReader::ChangeReader(const Probe& probe, const ReadingOptions& options, st
 {
 }
 
-std::optional<Problem> ChangeReader::read()
+ListEnd ChangeReader::read()
 {
     try {
         return read_list(
             probe_, options_, EntryRoom(*entry_), [this] { return next(); }, [this] { take(); });
     } catch (const Problem& problem) {
-        return problem;
+        return {Extent::kIncomplete, problem};
     }
 }
 
-void ChangeReader::finish(const char* route, bool complete)
+void ChangeReader::finish(const char* route, Extent extent)
 {
     line_.clear();
     const double seconds = elapsed();
     if (probe_.output.format() == Format::kJson) {
         auto& document = probe_.output.document();
         document["route"] = route;
-        document["complete"] = complete;
+        tell_extent(document, extent);
         document["entries"] = printer_.entries();
         document["bytes"] = printer_.bytes();
         document["seconds"] = std::round(seconds * 1000) / 1000;
     } else {
         probe_.output.flush();
-        std::cerr << state() << (complete ? "" : ", incomplete") << std::endl;
+        std::cerr << state() << (extent == Extent::kIncomplete ? ", incomplete" : "") << std::endl;
     }
 }
 

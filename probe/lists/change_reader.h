@@ -10,6 +10,7 @@
 #include "probe/lists/list_reader.h"
 #include "probe/output/problem.h"
 #include "probe/output/progress_line.h"
+#include "probe/output/records.h"
 
 #include <chrono>
 #include <cstddef>
@@ -35,11 +36,11 @@ class ChangeReader
   public:
     ChangeReader(const Probe& probe, const ReadingOptions& options, stsp_change_list_t* list);
 
-    // What else than its end the list ended with, if anything; an interruption is one of these.
-    std::optional<Problem> read();
+    // An interruption is a problem like another.
+    ListEnd read();
 
     // Shows the sum.
-    void finish(const char* route, bool complete);
+    void finish(const char* route, Extent extent);
 
   private:
     using Clock = std::chrono::steady_clock;

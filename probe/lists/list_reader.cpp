@@ -5,10 +5,14 @@
 #include "probe/arguments/command_line.h"
 #include "probe/library/probe.h"
 #include "probe/output/problem.h"
+#include "probe/output/records.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <iostream>
+#include <limits>
 #include <optional>
 #include <string>
 #include <utility>
@@ -29,9 +33,14 @@ std::string refuse_failure(const std::string& text)
     return {};
 }
 
-Problem endless(const std::string& meaning)
+ListEnd failed(Problem problem)
 {
-    return Problem(ExitCode::kOperation, "endless list", std::nullopt, meaning);
+    return {Extent::kIncomplete, std::move(problem)};
+}
+
+ListEnd endless(const std::string& meaning)
+{
+    return failed(Problem(ExitCode::kOperation, "endless list", std::nullopt, meaning));
 }
 
 // Tells an entry that came too often in a row.
@@ -68,9 +77,14 @@ void add_end_status_option(const Command& command, int& end_status)
 void add_list_options(const Command& command, ListOptions& options)
 {
     add_end_status_option(command, options.end_status);
-    command.add_option("--limit", options.limit, "The most entries to read; a longer list is a failure")
+    add_limit_option(command, options.limit);
+}
+
+void add_limit_option(const Command& command, std::optional<std::size_t>& limit)
+{
+    command.add_option("--limit", limit, "Show only the first N entries; that there are more is no failure")
         .type_name("N")
-        .capture_default_str();
+        .range(1, std::numeric_limits<std::int64_t>::max());
 }
 
 ListHandle::ListHandle(const Probe& probe, const CloseSlot& close_slot)
@@ -103,24 +117,47 @@ void ListHandle::close()
     if (problem) throw Problem(*problem);
 }
 
-std::optional<Problem> read_list(const Probe& probe, const ListOptions& options, EntryRoom room,
-                                 const std::function<int()>& next, const std::function<void()>& take)
+std::optional<ListEnd> end_by_count(const ListOptions& options, std::size_t taken)
+{
+    if (options.limit) {
+        if (taken < *options.limit) return std::nullopt;
+        return ListEnd{Extent::kLimited, std::nullopt, taken};
+    }
+    if (!options.most || taken < *options.most) return std::nullopt;
+    return endless("the list has more entries than " + std::to_string(taken));
+}
+
+ListEnd read_list(const Probe& probe, const ListOptions& options, EntryRoom room,
+                  const std::function<int()>& next, const std::function<void()>& take)
 {
     RepeatGuard repeats;
     for (std::size_t taken = 0;; ++taken) {
         std::memset(room.bytes, 0, room.size);
         const int status = next();
-        if (status == options.end_status) return std::nullopt;
-        if (auto problem = problem_of(probe, status)) return problem;
-        if (taken == options.limit) {
-            return endless("the list has more entries than " + std::to_string(options.limit));
-        }
+        if (status == options.end_status) return {};
+        if (auto problem = problem_of(probe, status)) return failed(std::move(*problem));
+        // The entry behind the limit is read, and not shown, to know that there is one.
+        if (auto end = end_by_count(options, taken)) return std::move(*end);
         if (!repeats.admit(room)) {
             return endless("the service gave the same entry more than " + std::to_string(kMostRepeats) +
                            " times over");
         }
         take();
     }
+}
+
+void finish_list(const Probe& probe, const EntryList& list, const ListEnd& end)
+{
+    list.show(probe.output, end.extent);
+    finish_list(probe, end);
+}
+
+void finish_list(const Probe& probe, const ListEnd& end)
+{
+    if (end.problem) throw Problem(*end.problem);
+    if (end.extent != Extent::kLimited) return;
+    probe.output.flush(); // the note stands behind the entries
+    std::cerr << "... and more: shown are the first " << end.limit << " (--limit)" << std::endl;
 }
 
 } // namespace soapwrapper::probe

@@ -7,6 +7,7 @@
 #include "probe/library/probe.h"
 #include "probe/library/slots.h"
 #include "probe/output/problem.h"
+#include "probe/output/records.h"
 
 #include <cstddef>
 #include <functional>
@@ -17,13 +18,15 @@ namespace soapwrapper::probe
 
 struct ListOptions {
     int end_status = STS_ENOENT;
-    std::size_t limit = 1000000; // entries
+    std::optional<std::size_t> limit;          // as many entries as the user wants to see
+    std::optional<std::size_t> most = 1000000; // as many as a list can have that isn't endless
 };
 
 void add_list_options(const Command& command, ListOptions& options);
 
-// The one of them that tells the end.
+// Those of them that stand for themselves: what tells the end, and what the user wants to see.
 void add_end_status_option(const Command& command, int& end_status);
+void add_limit_option(const Command& command, std::optional<std::size_t>& limit);
 
 // The handle of a list, which is closed on every way out.
 class ListHandle
@@ -69,10 +72,27 @@ struct EntryRoom {
 // on, would be read for ever.
 inline constexpr std::size_t kMostRepeats = 100;
 
-// Clears the record, has `next` fill it, hands it on with `take`, and again, until the end of the list. The
-// result is what else it ended with, if anything.
-std::optional<Problem> read_list(const Probe& probe, const ListOptions& options, EntryRoom room,
-                                 const std::function<int()>& next, const std::function<void()>& take);
+// How the reading of a list ended.
+struct ListEnd {
+    Extent extent = Extent::kComplete;
+    std::optional<Problem> problem; // of an incomplete one
+    std::size_t limit = 0;          // of a limited one
+};
+
+// What ends the reading ahead of one more entry than so many, if anything: the user's limit, or that no list
+// is so long.
+std::optional<ListEnd> end_by_count(const ListOptions& options, std::size_t taken);
+
+// Clears the record, has `next` fill it, hands it on with `take`, and again, until the end of the list or the
+// user's limit.
+ListEnd read_list(const Probe& probe, const ListOptions& options, EntryRoom room,
+                  const std::function<int()>& next, const std::function<void()>& take);
+
+// Shows what was read, and says if there is more than the user wanted. What else it ended with is thrown.
+void finish_list(const Probe& probe, const EntryList& list, const ListEnd& end);
+
+// The same for what has been shown already.
+void finish_list(const Probe& probe, const ListEnd& end);
 
 } // namespace soapwrapper::probe
 

@@ -36,13 +36,12 @@ void show_snapshot_list(const Probe& probe, const ListOptions& options, const Li
     sts_snap_def_v11_t snap;
     EntryList snapshots("snapshots",
                         {{"SNAPSHOT", "name"}, {"TYPE", "type"}, {"FLAGS", "flags"}, {"SAVE AS", "save_as"}});
-    const auto problem = read_list(
+    const ListEnd end = read_list(
         probe, options, EntryRoom(snap), [&] { return call(probe, slot::stspi_list_snap, handle, &snap); },
         [&] {
             snapshots.add({clean_field(snap.snapName), snap.snapType, snap.snapFlags, snap.snapSaveas});
         });
-    snapshots.show(probe.output, !problem);
-    if (problem) throw Problem(*problem);
+    finish_list(probe, snapshots, end);
 }
 
 void show_snapshot_information(Output& output, const sts_snap_info_v11_t& info)

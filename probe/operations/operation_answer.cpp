@@ -64,7 +64,7 @@ void OperationAnswer::show_differences(Output& output) const
         differences.add({clean_field(row.objectName), row.objectType, row.objectState});
     }
     output.title("Differences");
-    differences.show(output, true);
+    differences.show(output, Extent::kComplete);
 }
 
 void OperationAnswer::show(const Operation& operation, Output& output) const

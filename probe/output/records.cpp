@@ -27,14 +27,14 @@ void EntryList::add(const std::vector<Value>& values)
     entries_.push_back(std::move(entry));
 }
 
-void EntryList::show(Output& output, bool complete) const
+void EntryList::show(Output& output, Extent extent) const
 {
     if (output.format() == Format::kJson) {
         output.document()[key_] = entries_;
-        output.document()["complete"] = complete;
+        tell_extent(output.document(), extent);
         return;
     }
-    if (!complete && entries_.empty()) return;
+    if (extent == Extent::kIncomplete && entries_.empty()) return;
     std::vector<std::string> headings;
     for (const Column& column : columns_) headings.emplace_back(column.heading);
     Table table(headings);
@@ -60,6 +60,12 @@ void Properties::show(Output& output) const
             {output.format() == Format::kSeparated ? property.key : property.label, cell(property.value)});
     }
     output.print(table);
+}
+
+void tell_extent(Value& document, Extent extent)
+{
+    document["complete"] = extent == Extent::kComplete;
+    if (extent == Extent::kLimited) document["limited"] = true;
 }
 
 } // namespace soapwrapper::probe

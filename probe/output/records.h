@@ -14,6 +14,13 @@ namespace soapwrapper::probe
 // A text, which has been cleaned, a number, a truth, or nothing.
 using Value = nlohmann::ordered_json;
 
+// How far a list was read.
+enum class Extent {
+    kComplete,  // to its end
+    kLimited,   // as far as the user wanted, and there is more
+    kIncomplete // as far as it went
+};
+
 // A list of entries that have the same columns.
 class EntryList
 {
@@ -32,9 +39,8 @@ class EntryList
     // As many values as there are columns.
     void add(const std::vector<Value>& values);
 
-    // `complete`: the end was reached. An incomplete list without an entry shows nothing that could be taken
-    // for an empty one.
-    void show(Output& output, bool complete) const;
+    // An incomplete list without an entry shows nothing that could be taken for an empty one.
+    void show(Output& output, Extent extent) const;
 
   private:
     const std::string key_;
@@ -59,6 +65,9 @@ class Properties
     };
     std::vector<Property> properties_;
 };
+
+// What a document says of a list's extent.
+void tell_extent(Value& document, Extent extent);
 
 } // namespace soapwrapper::probe
 

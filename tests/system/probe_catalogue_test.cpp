@@ -129,15 +129,48 @@ TEST_F(ProbeLists, AnEntryThatComesAgainAndAgainIsAnError)
     EXPECT_EQ(service.operations().back(), "closeServer");
 }
 
-TEST_F(ProbeLists, AListLongerThanTheLimitIsAnError)
+TEST_F(ProbeLists, OfALongerListAsManyAreShownAsWereWantedAndThatThereIsMoreIsSaid)
 {
     two_lsus();
     const ProcessResult result = run({"lsus", kName, "--limit", "1"});
-    EXPECT_EQ(result.exit_code, 4);
+    EXPECT_EQ(result.exit_code, 0);
     EXPECT_EQ(result.out, "LSU\nvol1\n");
-    EXPECT_THAT(result.err, StartsWith("endless list: the list has more entries than 1"));
+    EXPECT_EQ(result.err, "... and more: shown are the first 1 (--limit)\n");
+    EXPECT_THAT(service.operations(), ElementsAre("openServer", "openLSUList", "listLSU", "listLSU",
+                                                  "closeLSUList", "closeServer"));
     two_lsus();
-    EXPECT_EQ(run({"lsus", kName, "--limit", "2"}).exit_code, 0);
+    const json document = json::parse(run({"lsus", kName, "--limit", "1", "--json"}).out);
+    EXPECT_EQ(document.at("lsus").size(), 1U);
+    EXPECT_EQ(document.at("complete"), false);
+    EXPECT_EQ(document.at("limited"), true);
+}
+
+TEST_F(ProbeLists, AListThatIsNoLongerThanWantedIsComplete)
+{
+    two_lsus();
+    const ProcessResult result = run({"lsus", kName, "--limit", "2", "--json"});
+    EXPECT_EQ(result.exit_code, 0);
+    EXPECT_THAT(result.err, IsEmpty());
+    const json document = json::parse(result.out);
+    EXPECT_EQ(document.at("complete"), true);
+    EXPECT_EQ(document.count("limited"), 0U);
+}
+
+TEST_F(ProbeLists, ALimitIsOneAtLeast)
+{
+    for (const char* limit : {"0", "-1", "many"}) {
+        EXPECT_EQ(run({"lsus", kName, "--limit", limit}).exit_code, 2) << limit;
+    }
+    EXPECT_THAT(service.operations(), IsEmpty());
+}
+
+TEST_F(ProbeLists, AFailureBehindAsManyAsWereWantedIsOne)
+{
+    two_lsus();
+    service.answer_raw("listLSU", "");
+    const ProcessResult result = run({"lsus", kName, "--limit", "2", "--json"});
+    EXPECT_EQ(result.exit_code, 4);
+    EXPECT_EQ(json::parse(result.out).count("limited"), 0U);
 }
 
 TEST_F(ProbeLists, AListThatWillNotCloseIsToldAndTheServerIsClosedAllTheSame)

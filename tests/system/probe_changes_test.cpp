@@ -9,6 +9,7 @@ namespace
 {
 
 using nlohmann::json;
+using ::testing::AllOf;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -201,15 +202,27 @@ TEST_F(ProbeChanges, TakesALostConnectionForNoEnd)
     EXPECT_THAT(result.err, HasSubstr("STS_ESOAPERROR(2060017)"));
 }
 
-TEST_F(ProbeChanges, AnotherEndAndALimitAreTakenAsTold)
+TEST_F(ProbeChanges, OfALongerListAsManyAreShownAsWereWantedAndThatThereIsMoreIsSaid)
 {
-    service.answer_first(kList, batch({entry(kPath + "x"), entry(kPath + "y"), entry(kPath + "z")}));
+    const std::string three = batch({entry(kPath + "x"), entry(kPath + "y"), entry(kPath + "z")});
+    service.answer_first(kList, three);
     const ProcessResult limited = changes({"--limit", "2", "--separator", ","});
-    EXPECT_EQ(limited.exit_code, 4);
+    EXPECT_EQ(limited.exit_code, 0);
     EXPECT_EQ(lines(limited.out).size(), 2U);
-    EXPECT_THAT(limited.err, HasSubstr("endless list: the list has more entries than 2"));
+    ASSERT_EQ(lines(limited.err).size(), 2U);
+    EXPECT_THAT(lines(limited.err)[0], AllOf(StartsWith("2 entries, 20 B, "), Not(HasSubstr("incomplete"))));
+    EXPECT_EQ(lines(limited.err)[1], "... and more: shown are the first 2 (--limit)");
     EXPECT_EQ(count("closeSnapChangeList"), 1);
+    EXPECT_EQ(service.operations().back(), "closeServer");
+    service.answer_first(kList, three);
+    const json sum = json::parse(lines(changes({"--limit", "2", "--json"}).out).back());
+    EXPECT_EQ(sum.at("entries"), 2);
+    EXPECT_EQ(sum.at("complete"), false);
+    EXPECT_EQ(sum.at("limited"), true);
+}
 
+TEST_F(ProbeChanges, AnotherEndIsTakenAsTold)
+{
     service.refuse(kList, "that was all", 2061111);
     EXPECT_EQ(changes({"--end-status", "2061111"}).exit_code, 0);
 }
