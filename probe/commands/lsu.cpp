@@ -29,15 +29,15 @@ void report(Output& output, const sts_lsu_info_v11_t& info)
     properties.add("Storage", "storage", def.storage);
     properties.add("Flags", "flags", def.flags);
     properties.add("Save as", "save_as", def.saveas);
-    properties.add("Largest transfer", "max_transfer", def.maxTransfer);
-    properties.add("Block size", "block_size", def.blockSize);
-    properties.add("Allocation size", "allocation_size", def.allocSize);
+    properties.add_size("Largest transfer", "max_transfer", def.maxTransfer);
+    properties.add_size("Block size", "block_size", def.blockSize);
+    properties.add_size("Allocation size", "allocation_size", def.allocSize);
     properties.add("Replication sources", "replication_sources", def.repSources);
     properties.add("Replication targets", "replication_targets", def.repTargets);
-    properties.add("Capacity", "capacity", info.capacity);
-    properties.add("Physical capacity", "physical_capacity", info.capacityPhys);
-    properties.add("Used", "used", info.used);
-    properties.add("Physically used", "physically_used", info.usedPhys);
+    properties.add_size("Capacity", "capacity", info.capacity);
+    properties.add_size("Physical capacity", "physical_capacity", info.capacityPhys);
+    properties.add_size("Used", "used", info.used);
+    properties.add_size("Physically used", "physically_used", info.usedPhys);
     properties.add("Images", "images", info.images);
     properties.show(output);
 }

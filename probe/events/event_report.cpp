@@ -3,9 +3,12 @@
 #include "plugin/host/event_records.h"
 #include "plugin/host/host_records.h"
 #include "probe/output/output.h"
+#include "probe/output/readable.h"
+#include "probe/output/records.h"
+#include "probe/output/status_text.h"
 #include "probe/output/text.h"
+#include "probe/output/width.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -37,17 +40,20 @@ struct Story {
     std::string text;
 };
 
-Story story_of(const sts_ev_op_v11_t& op)
+Story story_of(const Output& output, const sts_ev_op_v11_t& op)
 {
     Story story;
     const std::string name = clean_field(op.name);
     story.members = {{"name", name}, {"bytes_transferred", op.bytesTransferred}, {"error_code", op.error}};
-    story.text = name + ": " + number(op.bytesTransferred) + " bytes, ";
-    story.text += op.error == 0 ? "good" : "error " + number(op.error);
+    const char* error_name = status_name(op.error);
+    if (error_name) story.members["error_code_name"] = error_name;
+    if (output.format() != Format::kAligned) error_name = nullptr;
+    story.text = name + ": " + output.size_in_words(op.bytesTransferred) + ", ";
+    story.text += op.error == 0 ? "good" : "error " + with_name(op.error, error_name);
     return story;
 }
 
-Story story_of(const sts_ev_lsu_info_v11_t& event)
+Story story_of(const Output& output, const sts_ev_lsu_info_v11_t& event)
 {
     Story story;
     const sts_lsu_info_v11_t& info = event.lsuInfo;
@@ -62,8 +68,8 @@ Story story_of(const sts_ev_lsu_info_v11_t& event)
                      {"used", info.used},
                      {"physically_used", info.usedPhys},
                      {"images", info.images}};
-    story.text = "LSU " + name + ": label " + quoted(label) + ", " + number(info.used) + " of " +
-                 number(info.capacity) + " bytes used, " + number(info.images) + " images";
+    story.text = "LSU " + name + ": label " + quoted(label) + ", " + output.size(info.used) + " of " +
+                 output.size_in_words(info.capacity) + " used, " + number(info.images) + " images";
     return story;
 }
 
@@ -85,18 +91,19 @@ Json image_members(const sts_image_info_v10_t& info)
             {"status", info.status}};
 }
 
-Story story_of(const sts_ev_img_info_v11_t& event)
+Story story_of(const Output& output, const sts_ev_img_info_v11_t& event)
 {
     Story story;
     const sts_image_info_v10_t& info = event.imgInfo;
     story.members = {{"fields", event.fields}};
     story.members.update(image_members(info));
     story.text = "image " + clean_field(info.def.basename) + " " + clean_field(info.def.date) + " of LSU " +
-                 clean_field(info.lsu) + ": " + number(info.size) + " bytes, status " + number(info.status);
+                 clean_field(info.lsu) + ": " + output.size_in_words(info.size) + ", status " +
+                 number(info.status);
     return story;
 }
 
-Story story_of(const sts_ev_activity_v11_t& activity)
+Story story_of(const Output& output, const sts_ev_activity_v11_t& activity)
 {
     Story story;
     const std::string message = clean_field(activity.msg);
@@ -114,16 +121,17 @@ Story story_of(const sts_ev_activity_v11_t& activity)
                      {"message", message}};
     if (activity.imgInfo.def.basename[0] != '\0') story.members["image"] = image_members(activity.imgInfo);
     story.text = message.empty() ? "LSU " + lsu + ": action " + number(activity.action) : message;
+    if (output.format() == Format::kAligned) story.text = utc_time(activity.time) + ' ' + story.text;
     return story;
 }
 
-Story story_of_inline(const sts_event_v11_t& event)
+Story story_of_inline(const Output& output, const sts_event_v11_t& event)
 {
     switch (event.inline_kind) {
     case STS_EVENT_OP:
-        return story_of(event.payload.op);
+        return story_of(output, event.payload.op);
     case STS_EVENT_LSU_INFO:
-        return story_of(event.payload.lsuInfo);
+        return story_of(output, event.payload.lsuInfo);
     case STS_EVENT_SRV_STAT:
         return story_of_status("server", "name", clean_field(event.payload.srvStat.name),
                                event.payload.srvStat.action);
@@ -131,18 +139,18 @@ Story story_of_inline(const sts_event_v11_t& event)
         return story_of_status("LSU", "lsu", clean_field(event.payload.lsuStat.name),
                                event.payload.lsuStat.action);
     case STS_EVENT_IMG_INFO:
-        return story_of(event.payload.imgInfo);
+        return story_of(output, event.payload.imgInfo);
     default:
-        return story_of(event.payload.actv);
+        return story_of(output, event.payload.actv);
     }
 }
 
-Story story_of_detached(const ReadEvent& event)
+Story story_of_detached(const Output& output, const ReadEvent& event)
 {
     if (!event.is_detached_activity()) return {};
     Story story;
     if (event.has_activity) {
-        story = story_of(event.activity);
+        story = story_of(output, event.activity);
     } else {
         story.text = "the payload could not be fetched";
     }
@@ -165,17 +173,10 @@ const char* kind_of(const ReadEvent& event)
                              : name_of(kDetachedKinds, event.record.detached_kind, STS_DETACHED_SRV_INFO);
 }
 
-Story story_of(const ReadEvent& event)
+Story story_of(const Output& output, const ReadEvent& event)
 {
     if (!event.is_known) return {};
-    return event.is_inline() ? story_of_inline(event.record) : story_of_detached(event);
-}
-
-// Lines come one at a time, so that columns can't be as wide as their widest cell.
-std::string padded(std::string text, std::size_t width)
-{
-    text.resize(std::max(text.size(), width), ' ');
-    return text;
+    return event.is_inline() ? story_of_inline(output, event.record) : story_of_detached(output, event);
 }
 
 } // namespace
@@ -185,7 +186,7 @@ void show_event(Output& output, const ReadEvent& event)
     const std::string shape = event.is_inline() ? "inline" : "detached";
     const std::string kind = kind_of(event);
     const std::string seqno = number(event.record.seqno);
-    Story story = story_of(event);
+    Story story = story_of(output, event);
     if (output.format() == Format::kJson) {
         Json line = {{"seqno", event.record.seqno},
                      {"server", clean_field(event.record.server)},
@@ -196,10 +197,11 @@ void show_event(Output& output, const ReadEvent& event)
         output.print_line(line);
         return;
     }
+    // Lines come one at a time, so that columns can't be as wide as their widest cell.
     const bool aligned = output.format() == Format::kAligned;
     Table table({});
-    table.add({padded(seqno, aligned ? 6 : 0), padded(shape, aligned ? 8 : 0), padded(kind, aligned ? 17 : 0),
-               story.text});
+    table.add({pad_ahead(seqno, aligned ? 6 : 0), pad_behind(shape, aligned ? 8 : 0),
+               pad_behind(kind, aligned ? 17 : 0), story.text});
     output.print(table);
 }
 

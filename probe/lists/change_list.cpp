@@ -6,12 +6,13 @@
 #include "probe/library/slots.h"
 #include "probe/output/output.h"
 #include "probe/output/problem.h"
+#include "probe/output/readable.h"
 #include "probe/output/text.h"
+#include "probe/output/width.h"
 
 #include <string.h>
 
 #include <cstdint>
-#include <ctime>
 #include <limits>
 #include <optional>
 #include <string>
@@ -32,14 +33,15 @@ constexpr const char* kTypes[] = {"file", "directory", "block", "character", "sy
 
 struct Column {
     const char* heading;
-    const char* key;
     std::size_t width;
+    std::size_t exact_width; // where sizes are told to the byte
+    bool right;
 };
-constexpr Column kColumns[] = {{"CHANGE", "change", 7},
-                               {"TYPE", "type", 9},
-                               {"SIZE", "size", 12},
-                               {"MODIFIED", "modified", 20},
-                               {"PATH", "path", 0}};
+constexpr Column kColumns[] = {{"CHANGE", 7, 7, false},
+                               {"TYPE", 9, 9, false},
+                               {"SIZE", 8, 12, true},
+                               {"MODIFIED", 20, 20, false},
+                               {"PATH", 0, 0, false}};
 
 // The name of a number, or the number.
 template <std::size_t Size>
@@ -47,19 +49,6 @@ std::string named(const char* const (&names)[Size], std::int32_t number, std::in
 {
     const std::int64_t index = std::int64_t{number} - first;
     return index >= 0 && index < std::int64_t{Size} ? names[index] : std::to_string(number);
-}
-
-// In UTC; a number that is no time of the calendar stays one.
-std::string time_text(std::int64_t seconds)
-{
-    const auto time = static_cast<std::time_t>(seconds);
-    std::tm parts = {};
-    char text[64];
-    if (!gmtime_r(&time, &parts) || parts.tm_year < -1900 || parts.tm_year > 9999 - 1900 ||
-        std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts) == 0) {
-        return std::to_string(seconds);
-    }
-    return text;
 }
 
 // Every byte that isn't printable ASCII, and every backslash, as a backslash and two digits.
@@ -122,7 +111,7 @@ void ChangePrinter::print(const sts_file_attr_v11_t& entry)
 {
     const std::string change = named(kChanges, entry.changetype, 0);
     const std::string type = named(kTypes, entry.ftype, 1);
-    const std::string modified = time_text(entry.modtime);
+    const std::string modified = utc_time(entry.modtime);
     const std::string path =
         escapes_ ? escaped({entry.name, strnlen(entry.name, sizeof entry.name)}) : clean_field(entry.name);
     ++entries_;
@@ -135,7 +124,7 @@ void ChangePrinter::print(const sts_file_attr_v11_t& entry)
                             {"modified", modified},
                             {"path", path}});
     } else {
-        print_row({change, type, std::to_string(entry.size), modified, path});
+        print_row({change, type, output_.size(entry.size), modified, path});
     }
 }
 
@@ -144,7 +133,9 @@ void ChangePrinter::print_row(std::vector<std::string> cells)
 {
     if (output_.format() == Format::kAligned) {
         for (std::size_t i = 0; i < cells.size(); ++i) {
-            if (cells[i].size() < kColumns[i].width) cells[i].resize(kColumns[i].width, ' ');
+            const Column& column = kColumns[i];
+            const std::size_t width = output_.exact_sizes() ? column.exact_width : column.width;
+            cells[i] = column.right ? pad_ahead(cells[i], width) : pad_behind(cells[i], width);
         }
     }
     Table row({});

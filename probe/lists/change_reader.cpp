@@ -81,7 +81,8 @@ std::string ChangeReader::state() const
 {
     const double seconds = elapsed();
     const double rate = seconds > 0 ? static_cast<double>(printer_.entries()) / seconds : 0;
-    return std::to_string(printer_.entries()) + " entries, " + readable_bytes(printer_.bytes()) + ", " +
+    return std::to_string(printer_.entries()) + " entries, " +
+           amount_of_bytes(printer_.bytes(), probe_.output.exact_sizes()) + ", " +
            readable_time(std::chrono::seconds(static_cast<std::int64_t>(seconds))) + ", " +
            std::to_string(static_cast<std::int64_t>(rate)) + " entries/s";
 }

@@ -32,8 +32,8 @@ EntryList image_list()
     return EntryList("images", {{"BASENAME", "basename"},
                                 {"DATE", "date"},
                                 {"POLICY", "policy"},
-                                {"SAVE AS", "save_as"},
-                                {"FLAGS", "flags"}});
+                                {"SAVE AS", "save_as", Look::kNumber},
+                                {"FLAGS", "flags", Look::kNumber}});
 }
 
 void add_image(EntryList& list, const sts_image_def_v10_t& image)
@@ -54,8 +54,8 @@ void show_image_information(Output& output, const sts_image_info_v10_t& info)
     properties.add("Format", "format", clean_field(info.def.format));
     properties.add("Server", "server", clean_field(info.server));
     properties.add("LSU", "lsu", clean_field(info.lsu));
-    properties.add("Size", "size", info.size);
-    properties.add("Block size", "block_size", info.blockSize);
+    properties.add_size("Size", "size", info.size);
+    properties.add_size("Block size", "block_size", info.blockSize);
     properties.add("Status", "status", info.status);
     properties.add("Supplier", "supplier", clean_field(info.def.isid.dpaid));
     properties.add("Supplier version", "supplier_version", clean_field(info.def.isid.dpaver));

@@ -34,8 +34,10 @@ void show_snapshot_list(const Probe& probe, const ListOptions& options, const Li
 {
     stsp_list_t* const handle = list.get();
     sts_snap_def_v11_t snap;
-    EntryList snapshots("snapshots",
-                        {{"SNAPSHOT", "name"}, {"TYPE", "type"}, {"FLAGS", "flags"}, {"SAVE AS", "save_as"}});
+    EntryList snapshots("snapshots", {{"SNAPSHOT", "name"},
+                                      {"TYPE", "type", Look::kNumber},
+                                      {"FLAGS", "flags", Look::kNumber},
+                                      {"SAVE AS", "save_as", Look::kNumber}});
     const ListEnd end = read_list(
         probe, options, EntryRoom(snap), [&] { return call(probe, slot::stspi_list_snap, handle, &snap); },
         [&] {
@@ -55,7 +57,7 @@ void show_snapshot_information(Output& output, const sts_snap_info_v11_t& info)
     properties.add("LSU", "lsu", clean_field(info.snapLsu));
     properties.add("Volume", "volume", volume_text(info.snapVolSpec));
     properties.add("Status", "status", info.snapStatus);
-    properties.add("Size", "size", info.snapSize);
+    properties.add_size("Size", "size", info.snapSize);
     properties.show(output);
 }
 

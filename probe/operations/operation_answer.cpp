@@ -19,7 +19,27 @@ namespace
 {
 
 constexpr std::int32_t kUnfilled = -1;
+constexpr std::int32_t kNothing = 0;
 constexpr std::chrono::seconds kWhenNegative{30};
+
+// Without a name it is a number of the service's own.
+const char* result_kind_name(std::int32_t kind)
+{
+#define RESULT_KIND(name)                                                                                    \
+    case name:                                                                                               \
+        return #name
+    switch (kind) {
+        RESULT_KIND(STS_RESULT_VALIDATE);
+        RESULT_KIND(STS_RESULT_CREATE);
+        RESULT_KIND(STS_RESULT_COPY);
+        RESULT_KIND(STS_RESULT_DIFFERENCE);
+        RESULT_KIND(STS_RESULT_PROVISION);
+        RESULT_KIND(STS_RESULT_IMPORT);
+    default:
+        return nullptr;
+    }
+#undef RESULT_KIND
+}
 
 } // namespace
 
@@ -58,7 +78,9 @@ void OperationAnswer::add_body(Properties& properties) const
 
 void OperationAnswer::show_differences(Output& output) const
 {
-    EntryList differences("differences", {{"OBJECT", "name"}, {"TYPE", "type"}, {"STATE", "state"}});
+    EntryList differences(
+        "differences",
+        {{"OBJECT", "name"}, {"TYPE", "type", Look::kNumber}, {"STATE", "state", Look::kNumber}});
     for (std::int32_t i = 0; rows_ && i < row_count_; ++i) {
         const sts_snap_diff_t& row = rows_[static_cast<std::size_t>(i)];
         differences.add({clean_field(row.objectName), row.objectType, row.objectState});
@@ -72,7 +94,11 @@ void OperationAnswer::show(const Operation& operation, Output& output) const
     const bool is_difference = record_.result_kind == STS_RESULT_DIFFERENCE;
     Properties properties;
     operation.tell(properties);
-    properties.add("Bytes transferred", "bytes_transferred", bytes());
+    properties.add_size("Bytes transferred", "bytes_transferred", bytes());
+    const std::int32_t kind = record_.result_kind;
+    if (kind != kUnfilled && kind != kNothing) {
+        properties.add_named("Result", "result_kind", kind, result_kind_name(kind));
+    }
     add_body(properties);
     // A script gets either values with their keys or the rows of a list.
     if (!is_difference || output.format() != Format::kSeparated) properties.show(output);

@@ -97,7 +97,8 @@ class Progress
     void show(const OperationAnswer& answer)
     {
         const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - begin_);
-        line_.show(title_ + ": running, " + readable_bytes(answer.bytes()) + ", " + readable_time(elapsed));
+        line_.show(title_ + ": running, " + amount_of_bytes(answer.bytes(), probe_.output.exact_sizes()) +
+                   ", " + readable_time(elapsed));
     }
 
     const Probe& probe_;

@@ -1,11 +1,15 @@
 #include "probe/output/output.h"
 
 #include "probe/output/problem.h"
+#include "probe/output/readable.h"
 #include "probe/output/text.h"
+#include "probe/output/width.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <ostream>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -27,17 +31,22 @@ void widen(std::vector<std::size_t>& widths, const std::vector<std::string>& cel
 {
     widths.resize(std::max(widths.size(), cells.size()));
     for (std::size_t i = 0; i < cells.size(); ++i) {
-        widths[i] = std::max(widths[i], character_count(shown(cells[i])));
+        widths[i] = std::max(widths[i], display_width(shown(cells[i])));
     }
 }
 
 void print_row(std::ostream& stream, const std::vector<std::string>& cells,
-               const std::vector<std::size_t>& widths)
+               const std::vector<std::size_t>& widths, const std::set<std::size_t>& right)
 {
     for (std::size_t i = 0; i < cells.size(); ++i) {
         const std::string cell = shown(cells[i]);
-        stream << cell;
-        if (i + 1 < cells.size()) stream << std::string(widths[i] - character_count(cell) + kGap, ' ');
+        const bool is_last = i + 1 == cells.size();
+        if (i > 0) stream << std::string(kGap, ' ');
+        if (right.count(i) != 0) {
+            stream << pad_ahead(cell, widths[i]);
+        } else {
+            stream << (is_last ? cell : pad_behind(cell, widths[i]));
+        }
     }
     stream << '\n';
 }
@@ -54,6 +63,17 @@ std::string joined(const std::vector<std::string>& lines)
 
 } // namespace
 
+std::string Output::size(std::int64_t bytes) const
+{
+    const bool is_bare = for_scripts() || exact_sizes_ || bytes < 0; // less than nothing is no size
+    return is_bare ? std::to_string(bytes) : readable_bytes(bytes);
+}
+
+std::string Output::size_in_words(std::int64_t bytes) const
+{
+    return amount_of_bytes(bytes, for_scripts() || exact_sizes_);
+}
+
 void Output::print(const Table& table)
 {
     if (format_ == Format::kAligned) print_aligned(table);
@@ -65,8 +85,8 @@ void Output::print_aligned(const Table& table)
     std::vector<std::size_t> widths;
     widen(widths, table.headings_);
     for (const auto& row : table.rows_) widen(widths, row);
-    if (!table.headings_.empty()) print_row(stream_, table.headings_, widths);
-    for (const auto& row : table.rows_) print_row(stream_, row, widths);
+    if (!table.headings_.empty()) print_row(stream_, table.headings_, widths, table.right_);
+    for (const auto& row : table.rows_) print_row(stream_, row, widths, table.right_);
 }
 
 void Output::print_separated(const Table& table)

@@ -4,7 +4,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstddef>
+#include <cstdint>
 #include <iosfwd>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,23 +33,35 @@ class Table
     explicit Table(std::vector<std::string> headings) : headings_(std::move(headings)) {}
 
     void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
+    // The column holds numbers: people compare them by their last digits.
+    void align_right(std::size_t column) { right_.insert(column); }
     bool empty() const { return rows_.empty(); }
 
   private:
     friend class Output;
     std::vector<std::string> headings_; // none: the rows stand alone
     std::vector<std::vector<std::string>> rows_;
+    std::set<std::size_t> right_;
 };
 
 class Output
 {
   public:
-    Output(std::ostream& stream, Format format, std::string separator)
-        : stream_(stream), format_(format), separator_(std::move(separator))
+    Output(std::ostream& stream, Format format, std::string separator, bool exact_sizes = false)
+        : stream_(stream), format_(format), separator_(std::move(separator)), exact_sizes_(exact_sizes)
     {
     }
 
     Format format() const { return format_; }
+
+    // The user wants sizes to the byte.
+    bool exact_sizes() const { return exact_sizes_; }
+
+    // A size as a cell of a table: readable, or for scripts and with exact sizes the bare number.
+    std::string size(std::int64_t bytes) const;
+
+    // The same within a sentence.
+    std::string size_in_words(std::int64_t bytes) const;
 
     // In either of the text forms; an empty cell of an aligned table shows as "-".
     void print(const Table& table);
@@ -73,6 +88,7 @@ class Output
     bool finish();
 
   private:
+    bool for_scripts() const { return format_ != Format::kAligned; }
     void print_text(const nlohmann::ordered_json& document, int indentation);
     void print_aligned(const Table& table);
     void print_separated(const Table& table);
@@ -80,6 +96,7 @@ class Output
     std::ostream& stream_;
     const Format format_;
     const std::string separator_;
+    const bool exact_sizes_;
     bool lines_ = false;
     nlohmann::ordered_json document_ = nlohmann::ordered_json::object();
 };

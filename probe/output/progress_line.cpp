@@ -1,11 +1,10 @@
 #include "probe/output/progress_line.h"
 
-#include "probe/output/text.h"
+#include "probe/output/width.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <string>
 
@@ -22,19 +21,6 @@ std::size_t room_on(int descriptor)
     winsize size = {};
     const bool known = ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 1;
     return (known ? size.ws_col : kUsualWidth) - 1;
-}
-
-bool begins_character(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-}
-
-std::string first_characters(const std::string& text, std::size_t most)
-{
-    std::size_t characters = 0;
-    const auto end = std::find_if(text.begin(), text.end(),
-                                  [&](char byte) { return begins_character(byte) && characters++ == most; });
-    return {text.begin(), end};
 }
 
 // A terminal that takes no more must not end the job.
@@ -55,12 +41,12 @@ ProgressLine::ProgressLine(int descriptor) : descriptor_(descriptor), visible_(i
 void ProgressLine::show(const std::string& text)
 {
     if (!visible_) return;
-    const std::string line = first_characters(text, room_on(descriptor_));
-    const std::size_t characters = character_count(line);
+    const std::string line = cut_to_width(text, room_on(descriptor_));
+    const std::size_t columns = display_width(line);
     // Blanks over what stood there: no terminal is too simple for them.
-    const std::size_t rest = shown_ > characters ? shown_ - characters : 0;
+    const std::size_t rest = shown_ > columns ? shown_ - columns : 0;
     write_to(descriptor_, '\r' + line + std::string(rest, ' ') + std::string(rest, '\b'));
-    shown_ = characters;
+    shown_ = columns;
 }
 
 void ProgressLine::clear()

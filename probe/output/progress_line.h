@@ -34,7 +34,7 @@ class ProgressLine
   private:
     const int descriptor_;
     const bool visible_;
-    std::size_t shown_ = 0; // characters
+    std::size_t shown_ = 0; // columns
 };
 
 } // namespace soapwrapper::probe

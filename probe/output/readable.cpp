@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <ctime>
 #include <iterator>
 #include <string>
 
@@ -32,6 +33,23 @@ std::string readable_bytes(std::int64_t bytes)
     }
     char text[64];
     std::snprintf(text, sizeof text, "%.*f %s", number < 99.95 ? 1 : 0, number, kUnits[unit]);
+    return text;
+}
+
+std::string amount_of_bytes(std::int64_t bytes, bool exact)
+{
+    return exact ? std::to_string(bytes) + " bytes" : readable_bytes(bytes);
+}
+
+std::string utc_time(std::int64_t seconds)
+{
+    const auto time = static_cast<std::time_t>(seconds);
+    std::tm parts = {};
+    char text[64];
+    if (!gmtime_r(&time, &parts) || parts.tm_year < -1900 || parts.tm_year > 9999 - 1900 ||
+        std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts) == 0) {
+        return std::to_string(seconds);
+    }
     return text;
 }
 

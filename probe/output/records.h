@@ -4,6 +4,7 @@
 
 #include "probe/output/output.h"
 
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,6 +14,13 @@ namespace soapwrapper::probe
 
 // A text, which has been cleaned, a number, a truth, or nothing.
 using Value = nlohmann::ordered_json;
+
+// How people see a value. Scripts get what it is.
+enum class Look {
+    kText,
+    kNumber, // aligned by its last digit
+    kSize    // in bytes
+};
 
 // How far a list was read.
 enum class Extent {
@@ -28,6 +36,7 @@ class EntryList
     struct Column {
         const char* heading; // of the aligned table
         const char* key;     // in JSON
+        Look look = Look::kText;
     };
 
     // `key` is where the list stands in the JSON document.
@@ -43,6 +52,8 @@ class EntryList
     void show(Output& output, Extent extent) const;
 
   private:
+    Table table(const Output& output) const;
+
     const std::string key_;
     const std::vector<Column> columns_;
     Value entries_;
@@ -54,6 +65,10 @@ class Properties
   public:
     // `label` is for people, `key` for scripts.
     void add(const char* label, const char* key, Value value);
+    void add_size(const char* label, const char* key, std::int64_t bytes);
+    // A number that may have a name, which people see behind it, and scripts as the member KEY_name. Null: it
+    // has none.
+    void add_named(const char* label, const char* key, std::int64_t number, const char* name);
 
     void show(Output& output) const;
 
@@ -62,12 +77,17 @@ class Properties
         const char* label;
         const char* key;
         Value value;
+        Look look = Look::kText;
+        const char* name = nullptr;
     };
     std::vector<Property> properties_;
 };
 
 // What a document says of a list's extent.
 void tell_extent(Value& document, Extent extent);
+
+// "2060005 (STS_EBUSY)", or the bare number if it has no name.
+std::string with_name(std::int64_t number, const char* name);
 
 } // namespace soapwrapper::probe
 

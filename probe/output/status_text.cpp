@@ -2,6 +2,9 @@
 
 #include "plugin/host/status.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace soapwrapper::probe
 {
 namespace
@@ -36,14 +39,25 @@ constexpr StatusText kStatuses[] = {
 
 #undef STATUS
 
+const StatusText* known_status(int status)
+{
+    const auto* found = std::find_if(std::begin(kStatuses), std::end(kStatuses),
+                                     [status](const StatusText& known) { return known.status == status; });
+    return found == std::end(kStatuses) ? nullptr : found;
+}
+
 } // namespace
 
 StatusText status_text(int status)
 {
-    for (const StatusText& known : kStatuses) {
-        if (known.status == status) return known;
-    }
-    return {status, "service status", "the storage service's own status"};
+    const StatusText* known = known_status(status);
+    return known ? *known : StatusText{status, "service status", "the storage service's own status"};
+}
+
+const char* status_name(int status)
+{
+    const StatusText* known = known_status(status);
+    return known ? known->name : nullptr;
 }
 
 } // namespace soapwrapper::probe

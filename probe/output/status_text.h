@@ -14,6 +14,9 @@ struct StatusText {
 // For a number that the library's interface doesn't name: it is the storage service's own.
 StatusText status_text(int status);
 
+// "STS_EBUSY"; null for a number that the interface doesn't name.
+const char* status_name(int status);
+
 } // namespace soapwrapper::probe
 
 #endif

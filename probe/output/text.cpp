@@ -122,10 +122,4 @@ std::vector<std::string> clean_all_lines(std::string_view text)
     return lines;
 }
 
-std::size_t character_count(std::string_view text)
-{
-    return static_cast<std::size_t>(std::count_if(
-        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
-}
-
 } // namespace soapwrapper::probe

@@ -29,9 +29,6 @@ std::string clean_field(const char (&field)[Size])
     return clean_line(text.substr(0, text.find('\0')));
 }
 
-// How many characters a cleaned text has.
-std::size_t character_count(std::string_view text);
-
 } // namespace soapwrapper::probe
 
 #endif

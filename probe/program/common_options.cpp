@@ -62,6 +62,8 @@ void add_common_options(CLI::App& program, CommonOptions& options)
         .add_option("--trace", options.trace,
                     "Write all requests and replies to a file, without what is secret; - is standard error")
         ->type_name("FILE");
+    program.add_flag("--bytes", options.bytes,
+                     "Print sizes to the byte; in the forms for scripts they always are");
     CLI::Option* json = program.add_flag("--json", options.json, "Print one JSON document, errors included");
     program
         .add_option("--separator", options.separator,

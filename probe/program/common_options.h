@@ -23,6 +23,7 @@ struct CommonOptions {
     std::optional<std::string> manager;
     int log_level = Session::kPrintNothing;
     bool json = false;
+    bool bytes = false;
     std::optional<std::string> separator;
     std::optional<std::string> trace;
 

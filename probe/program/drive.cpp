@@ -44,7 +44,7 @@ void work(const CommonOptions& options, const Run& run, Output& output, wire::Wa
 
 int drive_library(const CommonOptions& options, const Run& run)
 {
-    Output output(std::cout, options.format(), options.separator.value_or(""));
+    Output output(std::cout, options.format(), options.separator.value_or(""), options.bytes);
     if (run.json == JsonForm::kLines) output.use_lines();
     try {
         wire::Watching watching;

@@ -206,7 +206,7 @@ TEST_F(ProbeLists, ImagesShowsWhatTheListHolds)
     const ProcessResult result = run({"images", kName, "vol1", "--type", "-7"});
     EXPECT_EQ(result.exit_code, 0);
     EXPECT_EQ(result.out, "BASENAME  DATE      POLICY  SAVE AS  FLAGS\n"
-                          "backup    20240131  daily   -1       2\n");
+                          "backup    20240131  daily        -1      2\n");
     EXPECT_THAT(asked("openImageList"),
                 AllOf(HasSubstr("<ns1:lsuName>vol1</ns1:lsuName>"), HasSubstr("<ns1:type>-7</ns1:type>")));
 }
@@ -215,7 +215,7 @@ TEST_F(ProbeLists, SnapshotsAreThoseOfAnLsuOrOfAVolume)
 {
     const std::string snap = element("snapDef", element("snapName", "nightly.0") + element("snapType", "1") +
                                                     element("snapFlags", "-2") + element("snapSaveas", "3"));
-    const std::string table = "SNAPSHOT   TYPE  FLAGS  SAVE AS\nnightly.0  1     -2     3\n";
+    const std::string table = "SNAPSHOT   TYPE  FLAGS  SAVE AS\nnightly.0     1     -2        3\n";
     service.answer_first("listSnap", snap);
     EXPECT_EQ(run({"snapshots", kName, "vol1"}).out, table);
     EXPECT_THAT(asked("openSnapList"), HasSubstr("<ns1:lsuName>vol1</ns1:lsuName>"));
@@ -258,13 +258,18 @@ TEST_F(ProbeCatalogueTest, LsuShowsItsProperties)
                                        element("images", "14")));
     const ProcessResult result = run({"lsu", kName, "vol1"});
     EXPECT_EQ(result.exit_code, 0);
-    EXPECT_THAT(result.out, AllOf(StartsWith("Name                 vol1\n"),
-                                  HasSubstr("\nCapacity             9223372036854775807\n"),
-                                  HasSubstr("\nLabel                -\n")));
+    EXPECT_THAT(result.out,
+                AllOf(StartsWith("Name                 vol1\n"),
+                      HasSubstr("\nCapacity             8.0 EiB\n"), HasSubstr("\nUsed                 -1\n"),
+                      HasSubstr("\nLabel                -\n")));
     const json document = json::parse(run({"lsu", kName, "vol1", "--json"}).out);
     EXPECT_EQ(document.at("flags"), -3);
     EXPECT_EQ(document.at("used"), -1);
-    EXPECT_THAT(run({"lsu", kName, "vol1", "--separator", "="}).out, HasSubstr("\nimages=14\n"));
+    EXPECT_EQ(document.at("capacity"), 9223372036854775807);
+    EXPECT_THAT(run({"lsu", kName, "vol1", "--separator", "="}).out,
+                AllOf(HasSubstr("\nimages=14\n"), HasSubstr("\ncapacity=9223372036854775807\n")));
+    EXPECT_THAT(run({"lsu", kName, "vol1", "--bytes"}).out,
+                HasSubstr("\nCapacity             9223372036854775807\n"));
 }
 
 TEST_F(ProbeCatalogueTest, LsuThatIsRefusedShowsNothingAndClosesTheServer)
@@ -369,7 +374,7 @@ TEST_F(ProbeCatalogueTest, SnapshotShowShowsItsPropertiesAndItsVolume)
     EXPECT_EQ(result.exit_code, 0);
     EXPECT_THAT(result.out,
                 AllOf(StartsWith("Snapshot  nightly.0\n"), HasSubstr("\nVolume    cifs:host:C\\:\\\\x\n"),
-                      HasSubstr("\nSize      5\n")));
+                      HasSubstr("\nSize      5 B\n")));
     service.answer("getSnapPropByName", info(element("device", element("devicePath", "/dev/sda"))));
     EXPECT_EQ(json::parse(run({"snapshot", "show", kName, "vol1", "nightly.0", "--json"}).out).at("volume"),
               "");

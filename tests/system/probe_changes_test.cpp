@@ -89,11 +89,11 @@ TEST_F(ProbeChanges, ShowsEachEntryInItsLineAndTheSumOnStandardError)
     service.answer_first(kList, batch({entry(kPath + "odd", 9, 77, "-5", "-9223372036854775808")}));
     const ProcessResult result = changes();
     EXPECT_EQ(result.exit_code, 0);
-    EXPECT_EQ(result.out, "CHANGE   TYPE       SIZE          MODIFIED              PATH\n"
-                          "created  file       10            2026-01-05T00:00:00Z  /vol/v/.snapshot/b/x\n"
-                          "deleted  symlink    2000          2026-01-05T00:00:00Z  /vol/v/.snapshot/b/gone\n"
-                          "changed  directory  4096          2026-01-05T00:00:00Z  /vol/v/.snapshot/b/d\n"
-                          "9        77         -5            -9223372036854775808  /vol/v/.snapshot/b/odd\n");
+    EXPECT_EQ(result.out, "CHANGE   TYPE           SIZE  MODIFIED              PATH\n"
+                          "created  file           10 B  2026-01-05T00:00:00Z  /vol/v/.snapshot/b/x\n"
+                          "deleted  symlink     2.0 KiB  2026-01-05T00:00:00Z  /vol/v/.snapshot/b/gone\n"
+                          "changed  directory   4.0 KiB  2026-01-05T00:00:00Z  /vol/v/.snapshot/b/d\n"
+                          "9        77               -5  -9223372036854775808  /vol/v/.snapshot/b/odd\n");
     EXPECT_THAT(result.err, StartsWith("4 entries, 10 B, 0:0"));
     EXPECT_EQ(lines(result.err).size(), 1U);
     EXPECT_THAT(service.operations(),
@@ -114,7 +114,7 @@ TEST_F(ProbeChanges, HandsOnWhatTheServiceKeepsOfTheSnapshots)
 
 TEST_F(ProbeChanges, AnEmptyListIsHeadingsAndNothingForScripts)
 {
-    EXPECT_EQ(changes().out, "CHANGE   TYPE       SIZE          MODIFIED              PATH\n");
+    EXPECT_EQ(changes().out, "CHANGE   TYPE           SIZE  MODIFIED              PATH\n");
     EXPECT_THAT(changes({"--separator", ","}).out, IsEmpty());
     EXPECT_EQ(lines(changes({"--json"}).out).size(), 1U);
 }
@@ -219,6 +219,15 @@ TEST_F(ProbeChanges, OfALongerListAsManyAreShownAsWereWantedAndThatThereIsMoreIs
     EXPECT_EQ(sum.at("entries"), 2);
     EXPECT_EQ(sum.at("complete"), false);
     EXPECT_EQ(sum.at("limited"), true);
+}
+
+TEST_F(ProbeChanges, SizesAreToldToTheByteIfAsked)
+{
+    service.answer_first(kList, batch({entry(kPath + "x", 2, 1, "1073741825")}));
+    const ProcessResult result = changes({"--bytes"});
+    EXPECT_EQ(result.out, "CHANGE   TYPE               SIZE  MODIFIED              PATH\n"
+                          "changed  file         1073741825  2026-01-05T00:00:00Z  /vol/v/.snapshot/b/x\n");
+    EXPECT_THAT(result.err, StartsWith("1 entries, 1073741825 bytes, "));
 }
 
 TEST_F(ProbeChanges, AnotherEndIsTakenAsTold)

@@ -17,7 +17,7 @@ TEST_F(ProbeEventsEnding, FollowingGoesOnBehindAnEmptyChannel)
     tell_operation(1, "late");
     const ProcessResult result = run_and_signal(command({"--follow"}), "getEvent", 3);
     EXPECT_EQ(result.exit_code, 0) << result.err;
-    EXPECT_THAT(result.out, HasSubstr("late: 12 bytes"));
+    EXPECT_THAT(result.out, HasSubstr("late: 12 B"));
     EXPECT_THAT(service.operations(), ElementsAreArray(around({"getEvent", "getEvent", "getEvent"})));
 }
 
@@ -53,7 +53,7 @@ TEST_F(ProbeEventsEnding, ASignalToWhoDoesNotFollowCutsTheReadingShort)
     tell_operation(2, "two");
     const ProcessResult result = run_and_signal(command({}), "getEvent", 1);
     EXPECT_EQ(result.exit_code, 5);
-    EXPECT_THAT(result.out, HasSubstr("one: 12 bytes"));
+    EXPECT_THAT(result.out, HasSubstr("one: 12 B"));
     EXPECT_EQ(result.err, "interrupted: not all events were read\n");
     EXPECT_THAT(service.operations(), ElementsAreArray(around({"getEvent"})));
 }

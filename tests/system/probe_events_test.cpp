@@ -58,17 +58,16 @@ TEST_F(ProbeEvents, OfAllKindsAreALineEach)
     tell_all();
     const ProcessResult result = run_events();
     EXPECT_EQ(result.exit_code, 0) << result.err;
-    EXPECT_EQ(
-        result.out,
-        "1       inline    operation          backup: 12 bytes, error 2060012\n"
-        "2       inline    lsu-info           LSU vol1: label \"Home\", 50 of 100 bytes used, 7 images\n"
-        "3       inline    server-status      server S: action 8\n"
-        "4       inline    lsu-status         LSU vol1: action 9\n"
-        "5       inline    image-info         image img 0131 of LSU vol1: 77 bytes, status 1\n"
-        "6       inline    activity           told at once\n"
-        "7       detached  activity           fetched\n"
-        "8       detached  server-info        -\n"
-        "9       detached  image-replication  -\n");
+    EXPECT_EQ(result.out,
+              "     1  inline    operation          backup: 12 B, error 2060012 (STS_EINUSE)\n"
+              "     2  inline    lsu-info           LSU vol1: label \"Home\", 50 B of 100 B used, 7 images\n"
+              "     3  inline    server-status      server S: action 8\n"
+              "     4  inline    lsu-status         LSU vol1: action 9\n"
+              "     5  inline    image-info         image img 0131 of LSU vol1: 77 B, status 1\n"
+              "     6  inline    activity           1970-01-01T00:16:40Z told at once\n"
+              "     7  detached  activity           1970-01-01T00:16:40Z fetched\n"
+              "     8  detached  server-info        -\n"
+              "     9  detached  image-replication  -\n");
     EXPECT_THAT(result.err, IsEmpty());
     EXPECT_THAT(
         service.operations(),
@@ -85,7 +84,7 @@ TEST_F(ProbeEvents, AsJsonAreALineEachWithAllThatTheLibraryBrings)
     ASSERT_EQ(lines.size(), 9U);
     EXPECT_EQ(lines[0], json::parse(R"({"schema": 1, "seqno": 1, "server": "Network_store:filer", "flags": 2,
         "shape": "inline", "kind": "operation", "name": "backup", "bytes_transferred": 12,
-        "error_code": 2060012})"));
+        "error_code": 2060012, "error_code_name": "STS_EINUSE"})"));
     EXPECT_EQ(lines[1], json::parse(R"({"schema": 1, "seqno": 2, "server": "Network_store:filer", "flags": 2,
         "shape": "inline", "kind": "lsu-info", "fields": 3, "lsu": "vol1", "label": "Home",
         "description": "the first", "capacity": 100, "physical_capacity": 90, "used": 50,
@@ -137,7 +136,7 @@ TEST_F(ProbeEvents, WithControlCharactersAreShownWithoutThem)
 TEST_F(ProbeEvents, WithoutAMessageTellTheActionAndTheLsu)
 {
     tell(event(1, 2, 6, activity("")));
-    EXPECT_THAT(run_events().out, HasSubstr("activity           LSU vol1: action 2\n"));
+    EXPECT_THAT(run_events().out, HasSubstr("activity           1970-01-01T00:16:40Z LSU vol1: action 2\n"));
 }
 
 TEST_F(ProbeEvents, OfKindsThatTheLibraryHasNoPlaceForAreShownAsUnknown)
@@ -213,8 +212,8 @@ TEST_F(ProbeEvents, WhosePayloadIsRefusedAreShownWithoutItAndKept)
     service.refuse("getEventPayload", "gone", 2069020);
     const ProcessResult result = run_events({"--delete"});
     EXPECT_EQ(result.exit_code, 0);
-    EXPECT_EQ(result.out, "1       detached  activity           the payload could not be fetched\n"
-                          "2       inline    operation          two: 12 bytes, good\n");
+    EXPECT_EQ(result.out, "     1  detached  activity           the payload could not be fetched\n"
+                          "     2  inline    operation          two: 12 B, good\n");
     EXPECT_THAT(result.err, StartsWith("warning: the payload of event 1 could not be fetched\n"
                                        "service status(2069020): "));
     EXPECT_EQ(count("deleteEvent"), 1);

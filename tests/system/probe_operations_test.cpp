@@ -3,6 +3,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <tuple>
+
 namespace
 {
 
@@ -92,7 +94,7 @@ TEST_F(ProbeOperations, WithoutANameAreStartedAndFollowedByTheirId)
         const ProcessResult result = run(example.command);
         EXPECT_EQ(result.exit_code, 0) << example.operation << result.err;
         EXPECT_THAT(result.err, IsEmpty());
-        EXPECT_EQ(result.out, "Operation id       OP-1\nBytes transferred  0\n");
+        EXPECT_EQ(result.out, "Operation id       OP-1\nBytes transferred  0 B\n");
         expect_in_order(asked("async" + example.operation), example.members);
         EXPECT_THAT(asked(kWithId), HasSubstr(">OP-1</ns1:token>"));
         EXPECT_EQ(count("namedAsync" + example.operation), 0);
@@ -107,7 +109,7 @@ TEST_F(ProbeOperations, WithANameAreStartedAndFollowedByIt)
         answer_waits("");
         const ProcessResult result = run(with(example.command, {"--name", "my op"}));
         EXPECT_EQ(result.exit_code, 0) << example.operation << result.err;
-        EXPECT_EQ(result.out, "Operation name     my op\nBytes transferred  0\n");
+        EXPECT_EQ(result.out, "Operation name     my op\nBytes transferred  0 B\n");
         expect_in_order(asked("namedAsync" + example.operation),
                         with(example.members, {">my op</ns1:opname>"}));
         EXPECT_THAT(asked(kWithName), HasSubstr(">my op</ns1:opname>"));
@@ -155,23 +157,33 @@ TEST_F(ProbeOperations, ThatAreRefusedAtTheStartAreNotFollowed)
 
 TEST_F(ProbeOperations, ASnapshotThatWasMadeIsShownWithItsPlace)
 {
-    for (const char* arm : {"createSnap", "importSnap", "copySnap"}) {
+    const std::tuple<const char*, int, std::string> kinds[] = {{"createSnap", 2, "STS_RESULT_CREATE"},
+                                                               {"importSnap", 8, "STS_RESULT_IMPORT"},
+                                                               {"copySnap", 3, "STS_RESULT_COPY"}};
+    for (const auto& [arm, kind, name] : kinds) {
         answer_waits(made_snapshot(arm), {0, 0, 4096});
+        const std::string number = std::to_string(kind);
         EXPECT_EQ(run(with(kCreate, {"--name", "n"})).out, "Operation name     n\n"
-                                                           "Bytes transferred  4096\n"
-                                                           "Snapshot           nightly.0\n"
-                                                           "Server             Network_store:filer\n"
-                                                           "LSU                vol1\n");
+                                                           "Bytes transferred  4.0 KiB\n"
+                                                           "Result             " +
+                                                               number + " (" + name +
+                                                               ")\n"
+                                                               "Snapshot           nightly.0\n"
+                                                               "Server             Network_store:filer\n"
+                                                               "LSU                vol1\n");
         EXPECT_EQ(json::parse(run(with(kCreate, {"--name", "n", "--json"})).out),
                   json({{"schema", 1},
                         {"operation_name", "n"},
                         {"bytes_transferred", 4096},
+                        {"result_kind", kind},
+                        {"result_kind_name", name},
                         {"snapshot", "nightly.0"},
                         {"server", "Network_store:filer"},
                         {"lsu", "vol1"}}));
         EXPECT_THAT(run(with(kCreate, {"--separator", "|"})).out,
                     AllOf(StartsWith("operation_id|OP-1\nbytes_transferred|"),
-                          HasSubstr("\nsnapshot|nightly.0\nserver|Network_store:filer\nlsu|vol1\n")));
+                          HasSubstr("\nresult_kind|" + number +
+                                    "\nsnapshot|nightly.0\nserver|Network_store:filer\nlsu|vol1\n")));
     }
 }
 
@@ -196,13 +208,14 @@ TEST_F(ProbeOperations, ADifferenceIsShownAsAList)
                          element("numDiffs", "2") +
                              element("diffObjectList", object("/a&#27;b", 1, -2) + object("/c d", 3, 4))));
     EXPECT_EQ(run(kDiff).out, "Operation id       OP-1\n"
-                              "Bytes transferred  0\n"
+                              "Bytes transferred  0 B\n"
+                              "Result             6 (STS_RESULT_DIFFERENCE)\n"
                               "\n"
                               "Differences\n"
                               "OBJECT  TYPE  STATE\n"
                               "/a\xEF\xBF\xBD"
-                              "b    1     -2\n"
-                              "/c d    3     4\n");
+                              "b       1     -2\n"
+                              "/c d       3      4\n");
     EXPECT_EQ(run(with(kDiff, {"--separator", "|"})).out, "/a\xEF\xBF\xBD"
                                                           "b|1|-2\n/c d|3|4\n");
     const json document = json::parse(run(with(kDiff, {"--json", "--name", "n"})).out);

@@ -33,7 +33,7 @@ TEST_F(ProbeWaiting, ABusyOperationIsAskedForUntilItHasEnded)
     for (const Words& name : {Words{}, Words{"--name", "n"}}) {
         const ProcessResult result = run(with(kCreate, name));
         EXPECT_EQ(result.exit_code, 0);
-        EXPECT_THAT(result.out, HasSubstr("Bytes transferred  7\nSnapshot           nightly.0\n"));
+        EXPECT_THAT(result.out, HasSubstr("Bytes transferred  7 B\n"));
         EXPECT_THAT(result.err, IsEmpty());
     }
     EXPECT_EQ(count(kWithId), 4);
