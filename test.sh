@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 . scripts/packages.sh
 install_missing_packages packaging/debian-packages.txt
-install_missing_packages packaging/browser-packages.txt
+install_missing_packages packaging/test-packages.txt
 # What another checkout has compiled serves this one too.
 export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=true
 

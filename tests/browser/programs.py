@@ -62,11 +62,14 @@ class Simulator:
 
     def probe(self, *arguments, credential=CREDENTIAL):
         """What the host's side says, and its exit code."""
-        done = subprocess.run(
-            [PROBE, *arguments, "--library", LIBRARY, "--plugin-path", os.path.join(self.folder, "libsoapwrapper.so")],
+        done = self.run_probe(*arguments, credential=credential)
+        return done.returncode, done.stdout + done.stderr
+
+    def run_probe(self, *arguments, credential=CREDENTIAL, library=LIBRARY):
+        return subprocess.run(
+            [PROBE, *arguments, "--library", library, "--plugin-path", os.path.join(self.folder, "libsoapwrapper.so")],
             capture_output=True, text=True, timeout=PATIENCE, check=False,
             env={**os.environ, "SOAPWRAPPER_CREDENTIAL": credential})
-        return done.returncode, done.stdout + done.stderr
 
     def must_probe(self, *arguments):
         code, text = self.probe(*arguments)

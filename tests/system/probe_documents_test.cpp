@@ -89,6 +89,16 @@ TEST(ProbeDocuments, TellOfEveryOption)
     }
 }
 
+TEST(ProbeDocuments, TellOfEveryNameOfAResult)
+{
+    const std::string schema = read_file(kDocuments / "probe.schema.json");
+    const std::string header =
+        read_file(std::filesystem::path(SOURCE_FOLDER) / "plugin/host/async_records.h");
+    const std::set<std::string> names = words(header, "STS_RESULT_", kCapitals);
+    EXPECT_EQ(names.size(), 6U);
+    for (const std::string& name : names) EXPECT_THAT(schema, HasSubstr('"' + name + '"'));
+}
+
 TEST(ProbeDocuments, TellOfEveryStatus)
 {
     const std::string header = read_file(std::filesystem::path(SOURCE_FOLDER) / "plugin/host/status.h");
