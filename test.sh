@@ -54,6 +54,7 @@ run_tests build-tsan -L threads
 
 step "All but the tests, built with clang, and a short run of each fuzzer"
 build build-fuzz all -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DSOAPWRAPPER_FUZZ=ON \
+    -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g1" \
     -DSOAPWRAPPER_TESTS=OFF -DSOAPWRAPPER_SANITIZE=address,undefined
 scripts/fuzz.sh build-fuzz "${FUZZ_RUNS:-5000}"
 
