@@ -110,6 +110,12 @@ void Output::add_problem(const Problem& problem)
     if (problem.status()) error["status"] = *problem.status();
     error["meaning"] = clean_line(problem.meaning());
     error["detail"] = joined(clean_lines(problem.detail()));
+    if (!problem.url().empty()) error["url"] = clean_line(problem.url());
+    for (const Attempt& attempt : problem.attempts()) {
+        error["attempts"].push_back({{"url", clean_line(attempt.url)},
+                                     {"failure", joined(clean_lines(attempt.failure))},
+                                     {"times", attempt.times}});
+    }
     document_["error"] = std::move(error);
 }
 
@@ -147,12 +153,32 @@ bool Output::finish()
     return flush();
 }
 
+namespace
+{
+
+void print_attempts(const std::vector<Attempt>& attempts, std::ostream& stream)
+{
+    if (attempts.empty()) return;
+    stream << "    Attempts:\n";
+    for (const Attempt& attempt : attempts) {
+        stream << "      " << clean_line(attempt.url);
+        if (attempt.times == 2) stream << " (tried twice)";
+        if (attempt.times > 2) stream << " (tried " << attempt.times << " times)";
+        stream << '\n';
+        for (const std::string& line : clean_lines(attempt.failure)) stream << "        " << line << '\n';
+    }
+}
+
+} // namespace
+
 void print_problem(const Problem& problem, std::ostream& stream)
 {
     stream << problem.name();
     if (problem.status()) stream << '(' << *problem.status() << ')';
     stream << ": " << clean_line(problem.meaning()) << '\n';
     for (const std::string& line : clean_lines(problem.detail())) stream << "    " << line << '\n';
+    if (!problem.url().empty()) stream << "    at " << clean_line(problem.url()) << '\n';
+    print_attempts(problem.attempts(), stream);
     stream.flush();
 }
 

@@ -6,11 +6,19 @@
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace soapwrapper::probe
 {
 
 enum class ExitCode { kGood = 0, kUsage = 2, kLibrary = 3, kOperation = 4, kInterrupted = 5 };
+
+// A try to reach the service, and what became of it.
+struct Attempt {
+    std::string url;
+    std::string failure; // may hold anything that a service sent
+    int times = 1;       // that it was made, one behind the other or not, with the same end
+};
 
 class Problem : public std::runtime_error
 {
@@ -28,11 +36,21 @@ class Problem : public std::runtime_error
     std::string meaning() const { return what(); }
     const std::string& detail() const { return detail_; } // may hold anything that a service sent
 
+    // Where the service was looked for; empty: it isn't known, or none was.
+    const std::string& url() const { return url_; }
+    void set_url(std::string url) { url_ = std::move(url); }
+
+    // All that was tried, in order, if that was more than one; the URL is then that of the one told here.
+    const std::vector<Attempt>& attempts() const { return attempts_; }
+    void set_attempts(std::vector<Attempt> attempts) { attempts_ = std::move(attempts); }
+
   private:
     ExitCode code_;
     std::string name_;
     std::optional<int> status_;
     std::string detail_;
+    std::string url_;
+    std::vector<Attempt> attempts_;
 };
 
 // The command can't be carried out as it was given.
