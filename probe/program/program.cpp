@@ -6,9 +6,11 @@
 #include "probe/output/problem.h"
 #include "probe/program/common_options.h"
 #include "probe/program/drive.h"
+#include "probe/program/usage.h"
 
 #include <CLI/CLI.hpp>
 
+#include <iostream>
 #include <string>
 
 namespace soapwrapper::probe
@@ -35,7 +37,9 @@ int run_command_line(int argc, char** argv)
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return program.exit(error) == 0 ? 0 : static_cast<int>(ExitCode::kUsage);
+        if (error.get_exit_code() == 0) return program.exit(error);
+        std::cerr << usage_text(program, error);
+        return static_cast<int>(ExitCode::kUsage);
     }
     return drive_library(options, run);
 }
