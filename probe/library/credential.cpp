@@ -2,6 +2,7 @@
 
 #include "plugin/host/host_records.h"
 #include "probe/output/problem.h"
+#include "probe/output/text.h"
 #include "probe/wire/secrets.h"
 
 #include <fcntl.h>
@@ -124,7 +125,8 @@ Credential Credential::from_file(const std::string& path, int type, std::ostream
     credential.record_->len = static_cast<std::int32_t>(size);
     wire::hide(credential.text());
     if (file.everybody_may_read()) {
-        warnings << "warning: everybody on this machine may read the credential file; chmod 600 it\n";
+        warnings << "warning: everybody on this machine may read the credential file " << clean_line(path)
+                 << "; chmod 600 it\n";
     }
     return credential;
 }

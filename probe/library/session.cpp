@@ -6,10 +6,14 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <mutex>
+#include <optional>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace soapwrapper::probe
 {
@@ -18,6 +22,7 @@ namespace
 
 constexpr char kSessionId[] = "soapwrapper-probe";
 constexpr std::size_t kRecordsKept = 64;
+constexpr std::size_t kRequestsKept = 16;
 
 const char* level_name(int level)
 {
@@ -31,6 +36,16 @@ const char* level_name(int level)
     default:
         return "unknown";
     }
+}
+
+// What stands behind "ENTRY: KEY" in a line; none: the line is another.
+std::optional<std::string> value_behind(std::string_view key, const std::string& line)
+{
+    constexpr std::string_view kEntry = "stspi_";
+    const std::size_t colon = line.find(':');
+    if (colon == std::string::npos || line.compare(0, kEntry.size(), kEntry) != 0) return std::nullopt;
+    if (line.compare(colon, key.size(), key) != 0) return std::nullopt;
+    return line.substr(colon + key.size());
 }
 
 } // namespace
@@ -61,13 +76,39 @@ void Session::take(std::string_view message, int level)
     std::string line = watched_ ? watched_->hide_in(message) : std::string(message);
     if (level >= printed_level_) print(line, level);
     if (level == STS_LOG_FAILURE) {
-        last_failure_ = std::move(line);
+        take_failure(std::move(line));
     } else if (level == STS_LOG_ANOMALY) {
         last_anomaly_ = std::move(line);
     } else if (level == STS_LOG_RECORD) {
-        records_.push_back(std::move(line));
-        if (records_.size() > kRecordsKept) records_.pop_front();
+        take_record(std::move(line));
     }
+}
+
+void Session::take_record(std::string line)
+{
+    if (auto url = value_behind(": soap_endpoint = ", line)) {
+        endpoint_ = *url;
+        requests_.push_back({*std::move(url), {}, {}});
+    } else if (const auto code = value_behind(": SOAP return code = ", line)) {
+        request_under_way().return_code = static_cast<int>(std::strtol(code->c_str(), nullptr, 10));
+    }
+    if (requests_.size() > kRequestsKept) requests_.pop_front();
+    records_.push_back(std::move(line));
+    if (records_.size() > kRecordsKept) records_.pop_front();
+}
+
+void Session::take_failure(std::string line)
+{
+    request_under_way().failure = line;
+    if (requests_.size() > kRequestsKept) requests_.pop_front();
+    last_failure_ = std::move(line);
+}
+
+// One whose failure is known has ended. The next may fail before its URL is told.
+LoggedRequest& Session::request_under_way()
+{
+    if (requests_.empty() || !requests_.back().failure.empty()) requests_.emplace_back();
+    return requests_.back();
 }
 
 void Session::print(std::string_view message, int level) const
@@ -87,12 +128,25 @@ void Session::forget_lines()
     last_failure_.clear();
     last_anomaly_.clear();
     records_.clear();
+    requests_.clear();
 }
 
 std::string Session::last_failure() const
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     return last_failure_;
+}
+
+std::vector<LoggedRequest> Session::requests() const
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return {requests_.begin(), requests_.end()};
+}
+
+std::string Session::endpoint() const
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return endpoint_;
 }
 
 std::string Session::last_anomaly() const

@@ -7,13 +7,22 @@
 #include <deque>
 #include <iosfwd>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace soapwrapper::probe
 {
 
 class Credential;
+
+// What the library logs of a request to the service.
+struct LoggedRequest {
+    std::string url;                // empty: the library said none
+    std::string failure;            // empty: none was logged
+    std::optional<int> return_code; // the SOAP runtime's
+};
 
 // One at a time in the process: the callback is told nothing that would tell two of them apart.
 class Session
@@ -41,6 +50,12 @@ class Session
     // The last line of the running record since then that begins so; empty: there was none.
     std::string last_record(std::string_view beginning) const;
 
+    // The last requests since then, in order, of those that failed or whose URL the library told.
+    std::vector<LoggedRequest> requests() const;
+
+    // The last URL that the library told of, since then or before: all calls through a handle go there.
+    std::string endpoint() const;
+
     // The last anomaly survived since then; empty: there was none.
     std::string last_anomaly() const;
 
@@ -50,6 +65,9 @@ class Session
   private:
     static int receive(const char* session_id, const char* message, int level);
     void take(std::string_view message, int level);
+    void take_record(std::string line);
+    void take_failure(std::string line);
+    LoggedRequest& request_under_way();
     void print(std::string_view message, int level) const;
 
     static Session* current_;
@@ -61,7 +79,9 @@ class Session
     const Credential* watched_ = nullptr;
     std::string last_failure_;
     std::string last_anomaly_;
+    std::string endpoint_;
     std::deque<std::string> records_; // the last few
+    std::deque<LoggedRequest> requests_;
 };
 
 } // namespace soapwrapper::probe

@@ -19,6 +19,10 @@ struct ServerDiscovery {
     std::optional<Problem> problem;
 };
 
+// Has the name claimed by the library, as a host does before anything else. A name that isn't its own is
+// thrown.
+void claim_name(const Probe& probe, const std::string& name);
+
 // Has the name claimed by the library (a name that isn't its own is thrown as a Problem), then looks for the
 // service behind it. From then on the library knows where that service is.
 ServerDiscovery discover_server(const Probe& probe, const std::string& name);

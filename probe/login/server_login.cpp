@@ -6,6 +6,7 @@
 #include "probe/library/probe.h"
 #include "probe/library/session.h"
 #include "probe/library/slots.h"
+#include "probe/login/clear_login.h"
 #include "probe/login/server_discovery.h"
 #include "probe/output/problem.h"
 
@@ -71,15 +72,17 @@ ServerLogin::ServerLogin(const Probe& probe, const std::string& name, const Logi
     const Credential credential = read_credential(options);
     const Watch watch(probe.session, credential);
     if (options.no_discovery) {
-        require(probe, slot::stspi_claim, name.c_str());
+        claim_name(probe, name);
     } else {
         ServerDiscovery found = discover_server(probe, name);
         if (found.problem) throw Problem(*found.problem);
         selection_ = std::move(found.selection);
     }
     const char* const interface_name = options.required_interface.c_str();
-    require(probe, slot::stspi_open_server, probe.session.record(), name.c_str(), credential.record(),
-            interface_name, server_.address());
+    const int status = call(probe, slot::stspi_open_server, probe.session.record(), name.c_str(),
+                            credential.record(), interface_name, server_.address());
+    if (credential.record()->len > 0) warn_of_clear_login(probe.session, selection_);
+    if (const auto problem = problem_of(probe, status)) throw Problem(*problem);
     server_.check();
     if (opens_more) opens_more(credential.record());
     if (options.target_server.empty()) return;

@@ -113,7 +113,7 @@ void Output::add_problem(const Problem& problem)
     if (!problem.url().empty()) error["url"] = clean_line(problem.url());
     for (const Attempt& attempt : problem.attempts()) {
         error["attempts"].push_back({{"url", clean_line(attempt.url)},
-                                     {"failure", joined(clean_lines(attempt.failure))},
+                                     {"failure", clean_line(attempt.failure)},
                                      {"times", attempt.times}});
     }
     document_["error"] = std::move(error);
@@ -158,14 +158,12 @@ namespace
 
 void print_attempts(const std::vector<Attempt>& attempts, std::ostream& stream)
 {
-    if (attempts.empty()) return;
-    stream << "    Attempts:\n";
+    if (!attempts.empty()) stream << "    Attempts:\n";
     for (const Attempt& attempt : attempts) {
-        stream << "      " << clean_line(attempt.url);
+        stream << "      " << clean_line(attempt.url) << ": " << clean_line(attempt.failure);
         if (attempt.times == 2) stream << " (tried twice)";
         if (attempt.times > 2) stream << " (tried " << attempt.times << " times)";
         stream << '\n';
-        for (const std::string& line : clean_lines(attempt.failure)) stream << "        " << line << '\n';
     }
 }
 
@@ -173,11 +171,12 @@ void print_attempts(const std::vector<Attempt>& attempts, std::ostream& stream)
 
 void print_problem(const Problem& problem, std::ostream& stream)
 {
+    if (problem.code() == ExitCode::kUsage) stream << "soapwrapper-probe: ";
     stream << problem.name();
     if (problem.status()) stream << '(' << *problem.status() << ')';
     stream << ": " << clean_line(problem.meaning()) << '\n';
-    for (const std::string& line : clean_lines(problem.detail())) stream << "    " << line << '\n';
     if (!problem.url().empty()) stream << "    at " << clean_line(problem.url()) << '\n';
+    for (const std::string& line : clean_lines(problem.detail())) stream << "    " << line << '\n';
     print_attempts(problem.attempts(), stream);
     stream.flush();
 }

@@ -16,8 +16,8 @@ enum class ExitCode { kGood = 0, kUsage = 2, kLibrary = 3, kOperation = 4, kInte
 // A try to reach the service, and what became of it.
 struct Attempt {
     std::string url;
-    std::string failure; // may hold anything that a service sent
-    int times = 1;       // that it was made, one behind the other or not, with the same end
+    std::string failure; // in a line; may hold anything that a service sent
+    int times = 1;       // that it was made and ended so
 };
 
 class Problem : public std::runtime_error
@@ -40,7 +40,8 @@ class Problem : public std::runtime_error
     const std::string& url() const { return url_; }
     void set_url(std::string url) { url_ = std::move(url); }
 
-    // All that was tried, in order, if that was more than one; the URL is then that of the one told here.
+    // All that was tried, in order, if that was more than one thing; the URL and the rest are then those of
+    // the one that says most.
     const std::vector<Attempt>& attempts() const { return attempts_; }
     void set_attempts(std::vector<Attempt> attempts) { attempts_ = std::move(attempts); }
 
