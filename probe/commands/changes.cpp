@@ -8,6 +8,7 @@
 #include "probe/library/plugin_manager.h"
 #include "probe/library/probe.h"
 #include "probe/library/slots.h"
+#include "probe/lists/change_doubts.h"
 #include "probe/lists/change_list.h"
 #include "probe/lists/change_reader.h"
 #include "probe/lists/change_route.h"
@@ -16,6 +17,7 @@
 #include "probe/login/server_login.h"
 #include "probe/login/zapi_login.h"
 #include "probe/output/problem.h"
+#include "probe/output/text.h"
 
 #include <cstdint>
 #include <iostream>
@@ -51,7 +53,14 @@ sts_snap_info_v11_t snapshot_information(const Probe& probe, const stsp_lsu_v7_t
 {
     const sts_snap_def_v11_t snap = snapshot_named(name);
     sts_snap_info_v11_t info = {};
-    require(probe, slot::stspi_get_snap_prop_byname, &lsu, &snap, &info);
+    const int status = call(probe, slot::stspi_get_snap_prop_byname, &lsu, &snap, &info);
+    if (const auto problem = problem_of(probe, status)) {
+        Problem told(problem->code(), problem->name(), problem->status(),
+                     "snapshot " + name + " of LSU " + lsu.name + ": " + problem->meaning(),
+                     problem->detail());
+        told.set_url(problem->url());
+        throw Problem(told);
+    }
     return info;
 }
 
@@ -66,21 +75,28 @@ Route open_list(const Probe& probe, const ChangesOptions& options, const stsp_ls
     }
     const auto diff = std::make_unique<sts_snap_info_v11_t>(snapshot_information(probe, lsu, options.diff));
     const ChangeRoute plan = plan_route(options.wishes, *diff);
+    if (plan.route == Route::kService && !base) {
+        throw usage_problem(
+            "only the second plug-in lists without a base: the route would be the service; say "
+            "--route zapi or name a base");
+    }
+    ChangeQuestion question{
+        {}, options.wishes, options.reading.filters, plan.route, plugin_manager_in_sight()};
+    if (base) question.snapshots.push_back({options.base, base.get()});
+    question.snapshots.push_back({options.diff, diff.get()});
+    for (const std::string& warning : warnings_about(question)) {
+        std::cerr << "warning: " << clean_line(warning) << '\n';
+    }
     put(diff->snapDef.isid.info, plan.isid);
     ForgottenVolume volume{plan.volume};
     if (plan.route == Route::kZapi) {
-        // The library's own status for it says something else.
-        if (!plugin_manager_in_sight()) {
-            std::cerr
-                << "warning: no plug-in manager is loaded, so there is no second plug-in: see --manager\n";
-        }
         password.emplace(probe, options.zapi_user, volume.record);
         password->put_behind_filer(volume.record);
-    } else if (!base) {
-        throw usage_problem("only the second plug-in lists without a base: the route would be the service");
     }
-    require(probe, slot::stspi_open_snap_change_list, &lsu, base ? &base->snapDef : nullptr, &diff->snapDef,
-            &volume.record, static_cast<std::uint32_t>(options.flags), list.address());
+    const int status =
+        call(probe, slot::stspi_open_snap_change_list, &lsu, base ? &base->snapDef : nullptr, &diff->snapDef,
+             &volume.record, static_cast<std::uint32_t>(options.flags), list.address());
+    if (const auto problem = problem_of(probe, status)) throw Problem(with_cause(*problem, question));
     const Route taken = route_of_list(probe);
     if (taken != plan.route) {
         std::cerr << "warning: the second plug-in did not open the list, so it comes from the service\n";

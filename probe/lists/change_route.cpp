@@ -78,13 +78,16 @@ Route route_taken(const std::string& isid, const sts_volume_spec_v11_t& volume)
 ChangeRoute plan_route(const RouteWishes& wishes, const sts_snap_info_v11_t& diff)
 {
     if (wishes.mount && wishes.mount->find_first_of(",|") != std::string::npos) {
-        throw usage_problem("a mount can hold neither a comma nor a bar");
+        throw usage_problem("the mount " + *wishes.mount +
+                            " holds a comma or a bar, which end a mount in the supplier's text");
     }
     ChangeRoute plan;
     plan.volume = wishes.volume.value_or(diff.snapVolSpec);
     plan.isid = isid_for(wishes, plan.volume);
     if (plan.isid.size() >= sizeof diff.snapDef.isid.info) {
-        throw usage_problem("the supplier's text is too long for the host's record");
+        throw usage_problem("the supplier's text has " + std::to_string(plan.isid.size()) +
+                            " bytes, and at most " + std::to_string(sizeof diff.snapDef.isid.info - 1) +
+                            " fit into the host's record");
     }
     // With a mount the volume makes the difference, and of a volume that is read by NDMP there are others.
     const bool wants_service = wishes.route ? *wishes.route == Route::kService : !wishes.isid;

@@ -113,10 +113,10 @@ TEST(PlanRoute, WishesThatCannotBeMetTogetherAreRefused)
     for (const char* mount : {"a,b", "a|b"}) {
         wishes = {};
         wishes.mount = mount;
-        EXPECT_THAT(refusal(wishes), HasSubstr("neither a comma nor a bar"));
+        EXPECT_THAT(refusal(wishes), HasSubstr("holds a comma or a bar"));
     }
     wishes.mount = std::string(4096, 'm');
-    EXPECT_THAT(refusal(wishes), HasSubstr("too long"));
+    EXPECT_THAT(refusal(wishes), HasSubstr("fit into the host's record"));
 }
 
 } // namespace

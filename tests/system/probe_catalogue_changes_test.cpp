@@ -26,7 +26,9 @@ TEST_F(ProbeChanges, DeletionsWithoutATerminalNeedAYes)
     for (const auto& deletion : kDeletions) {
         const ProcessResult result = run(deletion);
         EXPECT_EQ(result.exit_code, 2);
-        EXPECT_EQ(result.err, "usage: nothing was deleted: there is no terminal to ask on; say --yes\n");
+        EXPECT_EQ(
+            result.err,
+            "soapwrapper-probe: usage: nothing was deleted: there is no terminal to ask on; say --yes\n");
     }
     EXPECT_THAT(service.operations(), IsEmpty());
 }
@@ -100,7 +102,7 @@ TEST_F(ProbeChanges, ExportsTakeAtMostSixteenHosts)
     for (int i = 0; i < 17; ++i) arguments.insert(arguments.end(), {"--host", "h" + std::to_string(i)});
     const ProcessResult result = run(arguments);
     EXPECT_EQ(result.exit_code, 2);
-    EXPECT_THAT(result.err, StartsWith("usage: an export has at most 16 hosts"));
+    EXPECT_THAT(result.err, StartsWith("soapwrapper-probe: usage: an export has at most 16 hosts"));
     EXPECT_EQ(run({"export", "create", kName, "vol1", "nightly.0"}).exit_code, 2);
     EXPECT_THAT(service.operations(), IsEmpty());
 }

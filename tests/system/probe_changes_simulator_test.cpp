@@ -4,6 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <sstream>
 
@@ -152,9 +154,8 @@ TEST_F(ProbeRoutes, WithoutAManagerTheRouteFailsAndTheReasonIsTold)
     const ProcessResult result = changes({"--route", "zapi", "--zapi-user", "admin"}, "weekly.1",
                                          {{"SOAPWRAPPER_ZAPI_PASSWORD", "simulator"}});
     EXPECT_EQ(result.exit_code, 4);
-    EXPECT_THAT(result.err,
-                StartsWith("warning: no plug-in manager is loaded, so there is no second plug-in"));
-    EXPECT_THAT(result.err, HasSubstr("STS_ENULLARG(2060001)"));
+    EXPECT_THAT(result.err, StartsWith("STS_ENULLARG(2060001): no plug-in manager is loaded, so there is no "
+                                       "second plug-in for the route zapi; load one with --manager"));
 }
 
 TEST_F(ProbeRoutes, AManagerThatIsNoneIsALibraryThatCannotBeLoaded)
@@ -175,8 +176,91 @@ TEST_F(ProbeRoutes, SnapshotsThatAreNotReadByNdmpHaveNoChanges)
     const ProcessResult result =
         run({"changes", "Network_NTAP:filer", "home", "nightly.0105", "nightly.0106"});
     EXPECT_EQ(result.exit_code, 4);
-    EXPECT_THAT(result.err, HasSubstr("STS_ESOAPERROR(2060017)"));
+    EXPECT_THAT(result.err, StartsWith("STS_ESOAPERROR(2060017): nightly.0105 is a snapshot of nfs:"));
+    EXPECT_THAT(result.err, HasSubstr(", and the library lists changes of NDMP volumes only\n"));
     EXPECT_THAT(result.out, IsEmpty());
+}
+
+TEST_F(ProbeRoutes, ASnapshotOrAnLsuThatIsNotThereIsNamed)
+{
+    const ProcessResult snapshot = changes({}, "weekly.9");
+    EXPECT_EQ(snapshot.exit_code, 4);
+    EXPECT_THAT(snapshot.err, HasSubstr("): snapshot weekly.9 of LSU projects: "));
+    const ProcessResult lsu = run({"changes", "Network_NTAP:filer", "nowhere", "weekly.1", "weekly.2"});
+    EXPECT_EQ(lsu.exit_code, 4);
+    EXPECT_THAT(lsu.err, HasSubstr("): snapshot weekly.1 of LSU nowhere: "));
+}
+
+TEST_F(ProbeRoutes, AVolumeThatTheLsuDoesNotKnowMayBeTheCause)
+{
+    const ProcessResult result = changes({"--volume", "ndmp:filer1:/vol/other"});
+    EXPECT_EQ(result.exit_code, 4);
+    EXPECT_THAT(result.err,
+                HasSubstr("; the cause may be that --volume is ndmp:filer1:/vol/other, while weekly.2 "
+                          "lies on ndmp:filer1:/vol/projects\n"));
+}
+
+TEST_F(ProbeRoutes, OddWishesAreWarnedOfAndMetAllTheSame)
+{
+    const ProcessResult same = changes(kBare, "weekly.2");
+    EXPECT_EQ(same.exit_code, 0);
+    EXPECT_THAT(same.err,
+                StartsWith("warning: BASE and DIFF are both weekly.2, and nothing differs from itself\n"));
+    const ProcessResult shown = changes(bare({"--mount", "/mnt/p", "--filter", "/mnt/p/tunnel"}));
+    EXPECT_EQ(shown.exit_code, 0);
+    EXPECT_THAT(shown.out, IsEmpty());
+    EXPECT_THAT(shown.err,
+                StartsWith("warning: the filter /mnt/p/tunnel begins with the mount, but a filter is a "
+                           "path below the volume: /tunnel may be meant\n"));
+    const ProcessResult relative = changes(bare({"--mount", "mnt/p"}));
+    EXPECT_EQ(relative.exit_code, 0);
+    EXPECT_THAT(relative.err, StartsWith("warning: the mount \"mnt/p\" is not an absolute path"));
+}
+
+class ProbeDiscovery : public testing::Test
+{
+  protected:
+    // An address of this process's own, where the well-known ports are free.
+    static std::string own_address()
+    {
+        const auto id = static_cast<unsigned int>(getpid());
+        return "127." + std::to_string(1 + id % 250) + '.' + std::to_string(id / 250 % 256) + '.' +
+               std::to_string(2 + id / 64000 % 250);
+    }
+    ProcessResult run(Words words) const
+    {
+        words.insert(words.end(), {"Network_NTAP:" + address_, "--library", PROBE_LIBRARY, "--plugin-path",
+                                   (folder_ / "libsoapwrapper.so").string()});
+        return run_process(PROBE_PROGRAM, words, {{"SOAPWRAPPER_CREDENTIAL", "simulator"}});
+    }
+
+    const std::string address_ = own_address();
+    TemporaryFolder folder_;
+};
+
+TEST_F(ProbeDiscovery, WhatTheServiceSaysOverTlsIsToldAndNotThePlainPortThatIsClosed)
+{
+    const SimulatorProcess simulator(SimulatorProcess::Exactly{
+        {"--no-http", "--https", address_ + ":8086", "--fault", "getServerPropByName=2060012"}});
+    const ProcessResult result = run({"discover", "--json"});
+    EXPECT_EQ(result.exit_code, 4);
+    const json error = json::parse(result.out).at("error");
+    EXPECT_EQ(error.at("name"), "STS_ESOAPERROR");
+    EXPECT_EQ(error.at("status"), 2060017);
+    EXPECT_EQ(error.at("url"), "https://" + address_ + ":8086");
+    EXPECT_THAT(std::string(error.at("meaning")),
+                HasSubstr("failed with STS_EINUSE(2060012): the resource is"));
+    EXPECT_THAT(std::string(error.at("detail")), HasSubstr("HANDLE_SOAP_FAULT: 2060012"));
+    EXPECT_THAT(result.err,
+                HasSubstr("      http://" + address_ + ":8085: the connection was refused (tried twice)\n"));
+}
+
+TEST_F(ProbeDiscovery, ALoginOverTlsIsNotWarnedOf)
+{
+    const SimulatorProcess simulator(SimulatorProcess::Exactly{{"--no-http", "--https", address_ + ":8086"}});
+    const ProcessResult result = run({"server"});
+    EXPECT_EQ(result.exit_code, 0) << result.err;
+    EXPECT_EQ(result.login_warning, "");
 }
 
 class ProbeRoutesInBatches : private simulator_change_lists::ScenarioFile, public ProbeRoutes

@@ -23,7 +23,8 @@ TEST_F(ProbeTest, ErrorOfANamedStatusTellsItsMeaningAndWhatTheServiceSaid)
     EXPECT_THAT(result.out, IsEmpty());
     EXPECT_THAT(
         result.err,
-        AllOf(StartsWith("STS_EBUSY(2060005): the service is busy and asks to come back later\n    SOAP"),
+        AllOf(StartsWith("STS_EBUSY(2060005): the service is busy and asks to come back later\n    at " +
+                         service.url() + "\n    SOAP"),
               HasSubstr("\n    \"come back tomorrow\"\n"), EndsWith("HANDLE_SOAP_FAULT: 2060005\n")));
 }
 
@@ -66,8 +67,9 @@ TEST_F(ProbeTest, ErrorOfAServiceThatIsNotThere)
     const ProcessResult result = probe({"discover", kName});
     EXPECT_EQ(result.exit_code, 4);
     EXPECT_THAT(result.err,
-                AllOf(StartsWith("STS_ESOAPERROR(2060017): the service could not be reached or its "
-                                 "answer could not be read\n"),
+                AllOf(StartsWith("STS_ESOAPERROR(2060017): the connection was refused; check host and "
+                                 "port, and that the service runs\n    at " +
+                                 port.url() + "\n"),
                       HasSubstr("\n    \"Connection refused\"\n")));
 }
 
@@ -86,7 +88,8 @@ TEST_F(ProbeTest, ErrorOfANameThatBelongsToAnotherPlugIn)
 {
     const ProcessResult result = probe({"discover", "Disk_store:filer"});
     EXPECT_EQ(result.exit_code, 4);
-    EXPECT_EQ(result.err, "STS_ENOTMINE(2060009): the server name bears another plug-in's prefix\n");
+    EXPECT_EQ(result.err, "STS_ENOTMINE(2060009): the server name Disk_store:filer bears another plug-in's "
+                          "prefix; those of this library begin with Network_\n");
     EXPECT_THAT(service.operations(), IsEmpty());
 }
 
@@ -94,8 +97,10 @@ TEST_F(ProbeTest, ErrorOfANameWithoutAColon)
 {
     const ProcessResult result = probe({"discover", "Network_store"});
     EXPECT_EQ(result.exit_code, 4);
-    EXPECT_EQ(result.err,
-              "STS_ENULLARG(2060001): a required argument is missing, or the server name has no colon\n");
+    EXPECT_EQ(
+        result.err,
+        "STS_ENULLARG(2060001): the server name Network_store has no colon; it is a prefix, a colon and "
+        "a host, such as Network_storage:filer1.example.com\n");
     EXPECT_THAT(service.operations(), IsEmpty());
 }
 

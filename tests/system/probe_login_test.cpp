@@ -181,15 +181,16 @@ TEST_F(ProbeTest, CredentialThatEverybodyMayReadIsWarnedAbout)
     const std::string file = folder.write("login", kSecret, static_cast<std::filesystem::perms>(0604));
     const ProcessResult result = probe({"server", kName, "--credential-file", file});
     EXPECT_EQ(result.exit_code, 0);
-    EXPECT_EQ(result.err, "warning: everybody on this machine may read the credential file; chmod 600 it\n");
+    EXPECT_EQ(result.err,
+              "warning: everybody on this machine may read the credential file " + file + "; chmod 600 it\n");
 }
 
 TEST_F(ProbeTest, CredentialHasToComeFromSomewhere)
 {
     const ProcessResult result = probe({"server", kName, "--json"});
     EXPECT_EQ(result.exit_code, 2);
-    EXPECT_EQ(result.err,
-              "usage: no credential: name a file with --credential-file or set SOAPWRAPPER_CREDENTIAL\n");
+    EXPECT_EQ(result.err, "soapwrapper-probe: usage: no credential: name a file with --credential-file or "
+                          "set SOAPWRAPPER_CREDENTIAL\n");
     EXPECT_EQ(json::parse(result.out).at("error").at("name"), "usage");
     EXPECT_TRUE(json::parse(result.out).at("error").at("status").is_null());
     EXPECT_THAT(service.operations(), IsEmpty());
@@ -204,7 +205,8 @@ TEST_F(ProbeTest, CredentialFileThatCannotBeUsedIsRefused)
     for (const auto& [file, reason] : refusals) {
         const ProcessResult result = probe({"server", kName, "--credential-file", file});
         EXPECT_EQ(result.exit_code, 2);
-        EXPECT_THAT(result.err, AllOf(StartsWith("usage: the credential file "), HasSubstr(reason)));
+        EXPECT_THAT(result.err,
+                    AllOf(StartsWith("soapwrapper-probe: usage: the credential file "), HasSubstr(reason)));
     }
     EXPECT_THAT(service.operations(), IsEmpty());
 }

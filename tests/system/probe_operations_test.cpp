@@ -271,7 +271,9 @@ TEST_F(ProbeOperations, ARollbackWithoutATerminalNeedsAYes)
 {
     const ProcessResult result = run({"snapshot", "rollback", kFiler, "vol1", "s", "--volume", kVolume});
     EXPECT_EQ(result.exit_code, 2);
-    EXPECT_EQ(result.err, "usage: nothing was rolled back: there is no terminal to ask on; say --yes\n");
+    EXPECT_EQ(
+        result.err,
+        "soapwrapper-probe: usage: nothing was rolled back: there is no terminal to ask on; say --yes\n");
     EXPECT_THAT(service.operations(), IsEmpty());
 }
 

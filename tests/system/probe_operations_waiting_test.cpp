@@ -193,8 +193,8 @@ TEST_F(ProbeWaiting, CancelRefusesAnOperationWithAName)
                                  Words{"operation", "cancel", kName, "OP-1", "--name", "n"}}) {
         const ProcessResult result = run(command);
         EXPECT_EQ(result.exit_code, 2);
-        EXPECT_EQ(result.err,
-                  "usage: an operation with a name can't be cancelled: the library has no entry for that\n");
+        EXPECT_EQ(result.err, "soapwrapper-probe: usage: an operation with a name can't be cancelled: the "
+                              "library has no entry for that\n");
     }
     EXPECT_EQ(run({"operation", "cancel", kName}).exit_code, 2);
     EXPECT_THAT(service.operations(), IsEmpty());

@@ -133,6 +133,22 @@ Process::~Process()
     close(err_);
 }
 
+namespace
+{
+
+// Services are mostly plain ones here, so that the line would stand in nearly every test.
+void take_out_login_warning(ProcessResult& result)
+{
+    const std::size_t begin = result.err.find("warning: the credential went over ");
+    if (begin == std::string::npos) return;
+    const std::size_t end = result.err.find('\n', begin);
+    const std::size_t size = end == std::string::npos ? end : end + 1 - begin;
+    result.login_warning = result.err.substr(begin, size);
+    result.err.erase(begin, size);
+}
+
+} // namespace
+
 ProcessResult Process::finish()
 {
     ProcessResult result;
@@ -142,6 +158,7 @@ ProcessResult Process::finish()
     }
     id_ = 0;
     result.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    take_out_login_warning(result);
     return result;
 }
 

@@ -13,6 +13,7 @@ struct ProcessResult {
     int exit_code = -1; // negative: ended by a signal
     std::string out;
     std::string err;
+    std::string login_warning; // the line about a login in the clear, which isn't in `err`
 };
 
 // A program that has been started.

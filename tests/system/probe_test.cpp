@@ -134,9 +134,10 @@ TEST_F(ProbeTest, DiscoverShowsWhatIsOfferedEvenIfNothingOfItWillDo)
     EXPECT_THAT(result.out, AllOf(HasSubstr("Server            Network_store:filer.example.com\n"),
                                   HasSubstr("\nVERSION  TYPE  URL\n11.2.0   http  " + service.url() + "\n")));
     EXPECT_EQ(result.err,
-              "STS_EVERSION(2060008): the host is too old, or the service offers no interface that "
-              "can be used\n"
-              "    Could not find a compatible plugin version\n");
+              "STS_EVERSION(2060008): the service offers no interface that can be used; the highest that the "
+              "library speaks is 11.1.2\n"
+              "    at " +
+                  service.url() + "\n    Could not find a compatible plugin version\n");
 }
 
 TEST_F(ProbeTest, DiscoverPutsTheErrorBesideTheJsonOfWhatIsOffered)
