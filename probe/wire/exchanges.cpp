@@ -58,14 +58,14 @@ Exchange::~Exchange()
     for (std::string* text : {&request_head, &request_body, &reply_head, &reply_body}) messages::wipe(*text);
 }
 
-Exchanges::~Exchanges()
+void Exchanges::finish() noexcept
 {
     if (takers_.empty()) return;
     observe(nullptr);
-    for (const auto& each : talks_) {
+    for (const auto& each : std::exchange(talks_, {})) {
         try {
             if (each.second) give(*each.second);
-        } catch (...) {
+        } catch (...) { // it is lost, as an observer's failure is
         }
     }
 }

@@ -20,11 +20,13 @@ namespace soapwrapper::probe::wire
 class Exchanges final : public Observer
 {
   public:
-    // Observes from the first taker on.
-    ~Exchanges() override;
+    ~Exchanges() override { finish(); }
 
-    // Each exchange is given to all of them at its end, in their order.
+    // Observes from here on. Each exchange is given to all takers at its end, in their order.
     void give_to(TakeExchange taker);
+
+    // Gives what is under way still, and observes no more.
+    void finish() noexcept;
 
     void connected(const Connection& connection, int error) override;
     void sent(const Connection& connection, std::string_view bytes) override;

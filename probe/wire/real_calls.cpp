@@ -28,9 +28,15 @@ RealCalls find_all()
     find(calls.close, "close");
     find(calls.fopen, "fopen");
     find(calls.sleep, "sleep");
-    find(calls.ssl_connect, "SSL_connect");
-    find(calls.ssl_write, "SSL_write");
-    find(calls.ssl_read, "SSL_read");
+    return calls;
+}
+
+RealTlsCalls find_all_for_tls()
+{
+    RealTlsCalls calls = {};
+    find(calls.connect, "SSL_connect");
+    find(calls.write, "SSL_write");
+    find(calls.read, "SSL_read");
     return calls;
 }
 
@@ -39,6 +45,12 @@ RealCalls find_all()
 const RealCalls& real_calls()
 {
     static const RealCalls calls = find_all();
+    return calls;
+}
+
+const RealTlsCalls& real_tls_calls()
+{
+    static const RealTlsCalls calls = find_all_for_tls();
     return calls;
 }
 

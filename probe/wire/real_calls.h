@@ -22,12 +22,17 @@ struct RealCalls {
     int (*close)(int descriptor);
     std::FILE* (*fopen)(const char* path, const char* mode);
     unsigned int (*sleep)(unsigned int seconds);
-    int (*ssl_connect)(SSL* tls);
-    int (*ssl_write)(SSL* tls, const void* bytes, int count);
-    int (*ssl_read)(SSL* tls, void* bytes, int count);
+};
+
+// Those of the TLS library, which is there in a program that calls it.
+struct RealTlsCalls {
+    int (*connect)(SSL* tls);
+    int (*write)(SSL* tls, const void* bytes, int count);
+    int (*read)(SSL* tls, void* bytes, int count);
 };
 
 const RealCalls& real_calls();
+const RealTlsCalls& real_tls_calls();
 
 } // namespace soapwrapper::probe::wire
 

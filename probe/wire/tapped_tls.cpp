@@ -62,7 +62,7 @@ int tapped_ssl_connect(SSL* tls) noexcept
 {
     const int socket = SSL_get_fd(tls);
     if (is_tapped()) guarded([&] { Sockets::instance().set_tls(socket, ""); });
-    const int result = real_calls().ssl_connect(tls);
+    const int result = real_tls_calls().connect(tls);
     const KeptError kept;
     if (!is_tapped()) return result;
     guarded([&] {
@@ -79,7 +79,7 @@ int tapped_ssl_connect(SSL* tls) noexcept
 
 int tapped_ssl_write(SSL* tls, const void* bytes, int count) noexcept
 {
-    const int result = real_calls().ssl_write(tls, bytes, count);
+    const int result = real_tls_calls().write(tls, bytes, count);
     const KeptError kept;
     if (!is_tapped()) return result;
     guarded([&] {
@@ -94,7 +94,7 @@ int tapped_ssl_write(SSL* tls, const void* bytes, int count) noexcept
 
 int tapped_ssl_read(SSL* tls, void* bytes, int count) noexcept
 {
-    const int result = real_calls().ssl_read(tls, bytes, count);
+    const int result = real_tls_calls().read(tls, bytes, count);
     const KeptError kept;
     if (!is_tapped()) return result;
     guarded([&] {

@@ -28,10 +28,11 @@ void Watching::write_trace(const Exchange& exchange)
     *trace_ << (last_ == 1 ? "" : "\n") << text << std::flush;
 }
 
-std::optional<Problem> Watching::problem() const
+std::optional<Problem> Watching::finish()
 {
+    exchanges_.finish();
     if (!trace_ || trace_->good()) return std::nullopt;
-    return Problem(ExitCode::kOperation, "trace", std::nullopt, "the trace could not be written");
+    return Problem(ExitCode::kOperation, "trace", std::nullopt, "it could not be written");
 }
 
 } // namespace soapwrapper::probe::wire

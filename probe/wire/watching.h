@@ -24,8 +24,8 @@ class Watching
     // `errors`. A path that can't be written to is a Problem.
     void trace(const std::string& path, std::ostream& errors);
 
-    // What was wrong with the writing, if anything.
-    std::optional<Problem> problem() const;
+    // Writes what is under way still. The result is what was wrong with the writing, if anything.
+    std::optional<Problem> finish();
 
   private:
     void write_trace(const Exchange& exchange);
@@ -34,7 +34,7 @@ class Watching
     std::optional<WrittenFile> file_;
     std::ostream* trace_ = nullptr;
     std::uint64_t last_ = 0;
-    Exchanges exchanges_; // the last member: at its end it gives what was under way
+    Exchanges exchanges_; // the last member: at its end it gives what is under way to the others
 };
 
 } // namespace soapwrapper::probe::wire

@@ -2,6 +2,7 @@
 #ifndef SOAPWRAPPER_TESTS_KIT_SERVICE_BY_OPERATION_H
 #define SOAPWRAPPER_TESTS_KIT_SERVICE_BY_OPERATION_H
 
+#include "tests/kit/certificate.h"
 #include "tests/kit/scripted_service.h"
 
 #include <deque>
@@ -9,6 +10,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kit
@@ -18,6 +20,8 @@ class ServiceByOperation
 {
   public:
     std::string url() const { return service_.url(); }
+    std::string tls_url() const { return service_.tls_url(); }
+    void set_tls_context(TlsContext context) { service_.set_tls_context(std::move(context)); }
 
     // What to answer to an operation, from now on: the elements of its response.
     void answer(const std::string& operation, const std::string& elements);

@@ -141,7 +141,7 @@ TEST(ProbeHttpMessage, TakesAFinalReplyBehindInterimOnes)
 TEST(ProbeHttpMessage, KeepsWhatIsNoHttpAsItCame)
 {
     for (const std::string& bytes : {std::string("\x16\x03\x01\0 garbage", 12), std::string("220 ready\r\n"),
-                                    std::string("\r\n\n220 \n\n"), std::string("HTT")}) {
+                                     std::string("\r\n\n220 \n\n"), std::string("HTT")}) {
         HttpMessage message(HttpMessage::Kind::kReply);
         message.take(bytes);
         message.end();
