@@ -4,7 +4,7 @@
 #
 # gives the target a source in which that function tells the files, by their names without a folder:
 # std::vector<EmbeddedFile> page_files(). A header of the target's own declares it. A file that the build makes is named by
-# its full path.
+# its full path. EmbeddedFile is the simulator's, unless HEADER and NAMESPACE name another.
 if(CMAKE_SCRIPT_MODE_FILE)
     set(NUMBER 0)
     foreach(FILE IN LISTS EMBED_FILES)
@@ -18,11 +18,11 @@ if(CMAKE_SCRIPT_MODE_FILE)
         string(APPEND ROWS "        {\"${NAME}\", {kBytes${NUMBER}, sizeof kBytes${NUMBER} - 1}},\n")
         math(EXPR NUMBER "${NUMBER} + 1")
     endforeach()
-    file(WRITE ${EMBED_SOURCE} "#include \"simulator/front/embedded_file.h\"
+    file(WRITE ${EMBED_SOURCE} "#include \"${EMBED_HEADER}\"
 
 #include <vector>
 
-namespace soapwrapper::simulator
+namespace ${EMBED_NAMESPACE}
 {
 namespace
 {
@@ -35,14 +35,18 @@ std::vector<EmbeddedFile> ${EMBED_FUNCTION}()
 ${ROWS}    };
 }
 
-} // namespace soapwrapper::simulator
+} // namespace ${EMBED_NAMESPACE}
 ")
     return()
 endif()
 
 set(EMBED_FILES_SCRIPT ${CMAKE_CURRENT_LIST_FILE})
 function(embed_files)
-    cmake_parse_arguments(PARSE_ARGV 0 EMBED "" "TARGET;FUNCTION" "FILES")
+    cmake_parse_arguments(PARSE_ARGV 0 EMBED "" "TARGET;FUNCTION;HEADER;NAMESPACE" "FILES")
+    if(NOT EMBED_HEADER)
+        set(EMBED_HEADER simulator/front/embedded_file.h)
+        set(EMBED_NAMESPACE soapwrapper::simulator)
+    endif()
     foreach(FILE IN LISTS EMBED_FILES)
         cmake_path(ABSOLUTE_PATH FILE BASE_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
         list(APPEND FILES ${FILE})
@@ -51,7 +55,7 @@ function(embed_files)
     add_custom_command(
         OUTPUT ${SOURCE}
         COMMAND ${CMAKE_COMMAND} "-DEMBED_FILES=${FILES}" -DEMBED_SOURCE=${SOURCE} -DEMBED_FUNCTION=${EMBED_FUNCTION}
-                -P ${EMBED_FILES_SCRIPT}
+                -DEMBED_HEADER=${EMBED_HEADER} -DEMBED_NAMESPACE=${EMBED_NAMESPACE} -P ${EMBED_FILES_SCRIPT}
         DEPENDS ${FILES} ${EMBED_FILES_SCRIPT}
         COMMENT "Embedding ${EMBED_FUNCTION}"
         VERBATIM)

@@ -39,13 +39,14 @@ declare -A may_include=(
     [probe/wire]="plugin/host messages probe/output"
     [probe/library]="plugin/host probe/output probe/wire"
     [probe/arguments]="plugin/host probe/output probe/library"
+    [probe/completion]="probe/output probe/library"
     [probe/login]="plugin/host probe/output probe/library probe/arguments"
     [probe/lists]="plugin/host probe/output probe/library probe/arguments"
     [probe/operations]="plugin/host probe/output probe/library probe/arguments"
     [probe/events]="plugin/host probe/output probe/library"
     [probe/commands]="plugin/host probe/output probe/library probe/arguments probe/login probe/lists \
-        probe/operations probe/events"
-    [probe/program]="plugin/host probe/output probe/wire probe/library probe/arguments probe/commands"
+        probe/operations probe/events probe/completion"
+    [probe/program]="plugin/host probe/output probe/wire probe/library probe/arguments probe/commands probe/completion"
     [probe]="probe/output probe/program"
 )
 

@@ -7,6 +7,7 @@
 #include "probe/library/probe.h"
 
 #include <functional>
+#include <iosfwd>
 #include <memory>
 
 namespace soapwrapper::probe
@@ -20,6 +21,9 @@ struct Run {
     JsonForm json =
         JsonForm::kDocument; // known ahead of the library: a failure to load it takes this form, too
 };
+
+// For a command that only prints and needs no library.
+using Print = std::function<void(std::ostream&)>;
 
 // Adds all of them.
 void add_commands(const Command& program, Run& run);
@@ -55,6 +59,7 @@ void add_changes_command(const Command& program, Run& run);
 void add_claim_command(const Command& program, Run& run);
 void add_ioctl_command(const Command& program, Run& run);
 void add_events_command(const Command& program, Run& run);
+void add_completion_command(const Command& program, Print& print);
 
 // For a command's callback: puts `act` into `run`, with the options that parsing has filled by then.
 template <class Options>

@@ -68,12 +68,21 @@ std::string manual()
     return read_manual(kDocuments / "man/soapwrapper-probe.1");
 }
 
+// What stands behind the command's words, as its help tells.
+std::string first_argument(const std::string& help)
+{
+    const std::string options = " [OPTIONS] ";
+    const std::string rest = help.substr(help.find(options) + options.size());
+    return rest.substr(0, rest.find_first_of(" \n"));
+}
+
 TEST(ProbeDocuments, TellOfEveryCommand)
 {
     for (const Command& command : all_commands()) {
-        const std::string usage = command.words + " NAME";
+        const std::string argument = first_argument(command.help);
+        const std::string usage = command.words + " " + argument;
         EXPECT_THAT(guide(), AnyOf(HasSubstr("`" + usage), HasSubstr("\n### " + usage))) << usage;
-        EXPECT_THAT(manual(), HasSubstr("\n.BI " + command.words + "  NAME")) << command.words;
+        EXPECT_THAT(manual(), HasSubstr("\n.BI " + command.words + "  " + argument)) << command.words;
     }
 }
 
