@@ -59,6 +59,8 @@ void add_changes_command(const Command& program, Run& run);
 void add_claim_command(const Command& program, Run& run);
 void add_ioctl_command(const Command& program, Run& run);
 void add_events_command(const Command& program, Run& run);
+void add_watch_lsu_command(const Command& group, Run& run);
+void add_watch_operation_command(const Command& group, Run& run);
 void add_completion_command(const Command& program, Print& print);
 
 // For a command's callback: puts `act` into `run`, with the options that parsing has filled by then.

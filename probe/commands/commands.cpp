@@ -54,6 +54,10 @@ void add_commands(const Command& program, Run& run)
     add_claim_command(program, run);
     add_ioctl_command(program, run);
     add_events_command(program, run);
+    const Command watching =
+        add_group(program, "watch", "Show how LSUs or long operations stand, again and again");
+    add_watch_lsu_command(watching, run);
+    add_watch_operation_command(watching, run);
 }
 
 } // namespace soapwrapper::probe

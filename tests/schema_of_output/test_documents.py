@@ -50,9 +50,11 @@ COMMANDS = {
     "snapshot delete": [NAME, "home", "before-cleanup", "--yes"],
     "image delete": [NAME, *IMAGE, "--yes"],
     "events": [NAME],
+    "watch lsu": [NAME, "home", "database", "--count", "2", "--interval", "0.01"],
+    "watch operation": [NAME, "--name", "mine"],
 }
 WITHOUT_DOCUMENTS = {"completion"}  # it prints a script
-LINES = {"changes", "events"}
+LINES = {"changes", "events", "watch lsu", "watch operation"}
 
 
 def commands_of_help(words=()):

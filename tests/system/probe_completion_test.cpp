@@ -2,18 +2,14 @@
 #include "probe_process.h"
 #include "simulator_process.h"
 #include "tests/system/simulator_api.h"
+#include "tests/system/terminal.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-#include <pty.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <filesystem>
 #include <memory>
 #include <sstream>
-#include <stdexcept>
 
 namespace
 {
@@ -45,29 +41,6 @@ Words first_fields(const std::string& text)
     Words words;
     for (const std::string& line : lines_of(text)) words.push_back(line.substr(0, line.find('\t')));
     return words;
-}
-
-// Has a program run on a terminal of its own that somebody types `keys` on, to its end.
-void type_into(const Words& program, const std::string& keys)
-{
-    Words words = program;
-    std::vector<char*> pointers;
-    for (std::string& word : words) pointers.push_back(word.data());
-    pointers.push_back(nullptr);
-    int terminal = -1;
-    const pid_t id = forkpty(&terminal, nullptr, nullptr, nullptr);
-    if (id < 0) throw std::runtime_error("no pseudo-terminal");
-    if (id == 0) {
-        execvp(pointers.front(), pointers.data());
-        _exit(127);
-    }
-    EXPECT_EQ(write(terminal, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
-    char bytes[4096];
-    while (read(terminal, bytes, sizeof bytes) > 0) continue;
-    int status = 0;
-    while (waitpid(id, &status, 0) < 0) continue;
-    close(terminal);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) != 127) << words.front();
 }
 
 class ProbeCompletion : public ::testing::Test
@@ -121,14 +94,13 @@ class ProbeCompletion : public ::testing::Test
     {
         const std::string result = (folder_ / "words").string();
         Words program = {"env", "-C", (folder_ / "").string()};
-        for (const auto& [name, value] : environment_) program.push_back(name + "=" + value);
         program.insert(program.end(), shell.begin(), shell.end());
         std::string keys = preparation + "\n";
         for (const std::string& line : lines) {
             // Back to the beginning of the line, and to its end.
             keys += "soapwrapper-probe" + options() + line + "\x01printf '%s\\n' \x05 >>" + result + "\n";
         }
-        type_into(program, keys + "exit\n");
+        on_terminal(program, environment_, keys + "exit\n");
         std::vector<Words> all;
         std::size_t ahead = 0; // the options, of which the test knows
         for (const std::string& word : lines_of(read_file(result))) {
