@@ -8,7 +8,6 @@
 #include "probe/lists/image_records.h"
 #include "probe/lists/list_reader.h"
 #include "probe/login/server_login.h"
-#include "probe/output/problem.h"
 #include "probe/output/records.h"
 
 #include <cstdint>

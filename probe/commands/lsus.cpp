@@ -7,7 +7,6 @@
 #include "probe/library/slots.h"
 #include "probe/lists/list_reader.h"
 #include "probe/login/server_login.h"
-#include "probe/output/problem.h"
 #include "probe/output/records.h"
 #include "probe/output/text.h"
 

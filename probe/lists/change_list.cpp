@@ -12,6 +12,7 @@
 
 #include <string.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <optional>

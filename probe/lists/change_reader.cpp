@@ -8,6 +8,7 @@
 #include "probe/output/output.h"
 #include "probe/output/problem.h"
 #include "probe/output/readable.h"
+#include "probe/output/records.h"
 
 #include <algorithm>
 #include <chrono>

@@ -8,7 +8,6 @@
 #include "probe/library/probe.h"
 #include "probe/lists/change_list.h"
 #include "probe/lists/list_reader.h"
-#include "probe/output/problem.h"
 #include "probe/output/progress_line.h"
 #include "probe/output/records.h"
 
@@ -16,7 +15,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 

@@ -8,7 +8,6 @@
 #include "probe/library/probe.h"
 #include "probe/library/slots.h"
 #include "probe/lists/list_reader.h"
-#include "probe/output/problem.h"
 #include "probe/output/records.h"
 #include "probe/output/text.h"
 
