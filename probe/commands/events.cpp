@@ -7,7 +7,6 @@
 #include "probe/commands/command.h"
 #include "probe/events/event_channel.h"
 #include "probe/events/event_report.h"
-#include "probe/library/interruption.h"
 #include "probe/library/probe.h"
 #include "probe/library/slots.h"
 #include "probe/lists/list_reader.h"
@@ -16,7 +15,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -50,8 +48,8 @@ class Reader
 {
   public:
     Reader(const Probe& probe, const EventsOptions& options, const EventChannel& channel,
-           stsp_server_t* server, Interruption& interruption)
-        : probe_(probe), options_(options), channel_(channel), server_(server), interruption_(interruption)
+           stsp_server_t* server)
+        : probe_(probe), options_(options), channel_(channel), server_(server)
     {
     }
 
@@ -59,13 +57,13 @@ class Reader
     bool read()
     {
         milliseconds pause = kFirstPause;
-        while (!interruption_.requested()) {
+        while (!probe_.interruption.requested()) {
             if (take()) {
                 pause = kFirstPause;
                 continue;
             }
             if (!options_.follow) return false;
-            interruption_.pause(pause);
+            probe_.interruption.pause(pause);
             pause = std::min(2 * pause, kLongestPause);
         }
         return true;
@@ -81,11 +79,8 @@ class Reader
         check(status);
         const bool whole = !event_.is_detached_activity() || fetch();
         show_event(probe_.output, event_);
-        // What nobody has seen isn't deleted.
-        if (!probe_.output.flush()) {
-            throw Problem(ExitCode::kOperation, "output", std::nullopt, "it could not be written");
-        }
-        if (options_.deletes && whole) require(probe_, slot::stspi_delete_event, server_, &event_.record);
+        probe_.output.deliver(); // what nobody has seen isn't deleted
+        if (options_.deletes && whole) delete_event();
         return true;
     }
 
@@ -113,42 +108,58 @@ class Reader
     {
         sts_event_v11_t asked = event_.record;
         asked.detached_kind = STS_DETACHED_ACTIVITY_PAYLOAD; // by this number alone the payload is brought
-        const int status = call(probe_, slot::stspi_get_event_payload, server_, &event_.activity, &asked);
-        const auto problem = problem_of(probe_, status);
+        const auto problem =
+            clean_up(probe_, slot::stspi_get_event_payload, server_, &event_.activity, &asked);
         event_.has_activity = !problem;
         if (!problem) return true;
-        if (status == STS_ESOAPERROR || status == STS_EFAULTDETAIL) throw Problem(*problem);
+        const auto status = problem->status();
+        if (!status || status == STS_ESOAPERROR || status == STS_EFAULTDETAIL) throw Problem(*problem);
         warn("the payload of event " + std::to_string(event_.record.seqno) + " could not be fetched",
              *problem);
         return false;
+    }
+
+    void delete_event()
+    {
+        const auto problem = clean_up(probe_, slot::stspi_delete_event, server_, &event_.record);
+        if (problem) throw Problem(*problem);
     }
 
     const Probe& probe_;
     const EventsOptions& options_;
     const EventChannel& channel_;
     stsp_server_t* const server_;
-    Interruption& interruption_;
     ReadEvent event_;
     std::int64_t last_ = 0;
     std::size_t repeats_ = 0;
 };
 
+// As Reader::read(): a call that was cut for an interruption is one, too.
+bool read_events(const Probe& probe, const EventsOptions& options, const EventChannel& channel,
+                 stsp_server_t* server)
+{
+    try {
+        return Reader(probe, options, channel, server).read();
+    } catch (const Problem& problem) {
+        if (problem.code() != ExitCode::kInterrupted) throw;
+        return true;
+    }
+}
+
 void show_events(const Probe& probe, const EventsOptions& options)
 {
-    // Who takes the lines may go away: the channel is to be closed even then.
-    std::signal(SIGPIPE, SIG_IGN);
     probe.library.entry(slot::stspi_get_event_payload);
     if (options.deletes) probe.library.entry(slot::stspi_delete_event);
     EventChannel channel(probe);
     ServerLogin login(probe, options.name, options.login, [&](const sts_cred_t* credential) {
         channel.open(options.name, credential, options.login.required_interface, options.from);
     });
-    Interruption interruption; // lasts until all is closed
-    const bool interrupted = Reader(probe, options, channel, login.handle(), interruption).read();
+    const bool interrupted = read_events(probe, options, channel, login.handle());
     channel.close();
     login.close();
-    // Nothing else ends the following, so that it is good.
-    if (interrupted && !options.follow) throw interruption_problem("not all events were read");
+    // Nothing else than a signal ends the following, so that it is good.
+    if (!interrupted || (options.follow && probe.interruption.take_as_good_end())) return;
+    throw probe.interruption.problem("not all events were read");
 }
 
 } // namespace
@@ -162,7 +173,7 @@ void add_events_command(const Command& program, Run& run)
         .type_name("SEQNO")
         .capture_default_str();
     command.add_flag("--follow", options->follow,
-                     "At the end wait for more, until Ctrl-C or SIGTERM, which is then a good end");
+                     "At the end wait for more, until a signal, which is then a good end");
     command.add_flag("--delete", options->deletes, "Delete each event once it was shown");
     add_end_status_option(command, options->end_status);
     set_footer(command, "events Network_storage:filer1.example.com --follow");

@@ -1,7 +1,6 @@
 #include "probe/arguments/arguments.h"
 #include "probe/arguments/command_line.h"
 #include "probe/commands/command.h"
-#include "probe/library/interruption.h"
 #include "probe/library/probe.h"
 #include "probe/login/server_login.h"
 #include "probe/operations/operation.h"
@@ -34,8 +33,7 @@ void wait_for_operation(const Probe& probe, const WaitOptions& options)
     if (options.id.empty() && !options.opname)
         throw usage_problem("an operation is needed: its ID or --name");
     ServerLogin login(probe, options.name, options.login);
-    Interruption interruption;
-    follow_operation(probe, *operation_meant(probe, login, options), interruption);
+    follow_operation(probe, *operation_meant(probe, login, options));
     login.close();
 }
 

@@ -41,6 +41,7 @@ void EventChannel::open(const std::string& server_name, const sts_cred_t* creden
 {
     constexpr const void* kNothing = nullptr;
     constexpr std::int32_t kNoFlags = 0;
+    work_.emplace(probe_.interruption);
     // A channel without a token is refused, but there, and then closed like any other.
     require(probe_, slot::stspi_open_evchannel_v11, probe_.session.record(), server_name.c_str(), credential,
             required_interface.c_str(), kNothing, kNothing, kNoFlags, from, &handle_);
@@ -66,7 +67,7 @@ std::optional<Problem> EventChannel::try_to_close()
     stsp_evc_t* const handle = std::exchange(handle_, nullptr);
     auto pause = kFirstPause;
     for (int tried = 1;; ++tried) {
-        auto problem = problem_of(probe_, call(probe_, slot::stspi_close_evchannel, handle));
+        auto problem = clean_up(probe_, slot::stspi_close_evchannel, handle);
         if (!problem) return std::nullopt;
         // The handle is gone, but in this one case. The status doesn't tell: the channel's own end may be
         // refused with the same number as that of the login behind it.

@@ -3,6 +3,7 @@
 #define SOAPWRAPPER_PROBE_EVENTS_EVENT_CHANNEL_H
 
 #include "plugin/host/entry_points.h"
+#include "probe/library/interruption.h"
 #include "probe/library/probe.h"
 #include "probe/output/problem.h"
 
@@ -38,6 +39,7 @@ class EventChannel
     std::optional<Problem> try_to_close();
 
     const Probe& probe_;
+    std::optional<Interruption::Work> work_;
     stsp_evc_t* handle_ = nullptr;
 };
 

@@ -1,118 +1,337 @@
 #include "probe/library/interruption.h"
 
+#include "probe/output/problem.h"
+#include "probe/output/progress_line.h"
+#include "probe/output/readable.h"
+
 #include <poll.h>
 #include <sys/eventfd.h>
-#include <sys/signalfd.h>
 #include <unistd.h>
 
-#include <cerrno>
+#include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <functional>
 #include <mutex>
-#include <system_error>
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace soapwrapper::probe
 {
 namespace
 {
 
-// Not two: what sends a signal to a program and to its group, as timeout does, sends it twice.
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using Clock = std::chrono::steady_clock;
+using Time = Clock::time_point;
+
 constexpr int kSigintsThatEnd = 3;
 
-// A shell without job control starts what goes to the background with SIGINT ignored.
-bool is_ignored(int signal)
+// For poll(): rounded up, so that the time is over behind it.
+int wait_until(Time time)
 {
-    struct sigaction action = {};
-    return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+    if (time == Time::max()) return -1;
+    const milliseconds left = std::chrono::ceil<milliseconds>(time - Clock::now());
+    return static_cast<int>(
+        std::clamp<std::int64_t>(left.count(), 0, milliseconds(std::chrono::hours(1)).count()));
 }
 
-[[noreturn]] void end_by(int signal)
+// "5 seconds", "0.2 seconds".
+std::string readable_seconds(milliseconds time)
 {
-    sigset_t only = {};
-    sigemptyset(&only);
-    sigaddset(&only, signal);
-    ::signal(signal, SIG_DFL);
-    pthread_sigmask(SIG_UNBLOCK, &only, nullptr);
-    raise(signal);
-    _exit(128 + signal);
+    char text[64];
+    std::snprintf(text, sizeof text, "%.10g", static_cast<double>(time.count()) / 1000);
+    return text + std::string(time == seconds(1) ? " second" : " seconds");
 }
 
 } // namespace
 
-Interruption::Descriptor::Descriptor(int descriptor) : descriptor_(descriptor)
-{
-    if (descriptor < 0) throw std::system_error(errno, std::generic_category(), "signals can't be watched");
-}
-
-Interruption::Descriptor::~Descriptor()
-{
-    close(descriptor_);
-}
-
-Interruption::Block::Block()
-{
-    sigemptyset(&signals_);
-    for (const int signal : {SIGINT, SIGTERM}) {
-        if (!is_ignored(signal)) sigaddset(&signals_, signal);
-    }
-    pthread_sigmask(SIG_BLOCK, &signals_, &mask_before_);
-}
-
-Interruption::Block::~Block()
-{
-    pthread_sigmask(SIG_SETMASK, &mask_before_, nullptr);
-}
-
-Interruption::Interruption()
-    : signals_(signalfd(-1, &block_.signals(), SFD_CLOEXEC | SFD_NONBLOCK)), stop_(eventfd(0, EFD_CLOEXEC)),
-      watcher_([this] { watch(); })
+Interruption::Interruption(const RunLimits& limits, LibraryNetwork network, ProgressLine& line)
+    : limits_(limits), network_(std::move(network)), line_(line),
+      deadline_(limits.run ? Clock::now() + *limits.run : Time::max()), wake_(eventfd(0, EFD_CLOEXEC)),
+      ending_seen_(eventfd(0, EFD_CLOEXEC)), watcher_([this] { watch(); })
 {
 }
 
 Interruption::~Interruption()
 {
-    eventfd_write(stop_.get(), 1);
-    watcher_.join();
-    signalfd_siginfo info = {};
-    while (asked_for_ && read(signals_.get(), &info, sizeof info) > 0) {
-        // The end is near, and not to be cut short by one more.
-    }
-    if (noted_ != 0 && !asked_for_) raise(noted_); // it is blocked until the members are gone
-}
-
-void Interruption::watch()
-{
-    pollfd watched[] = {{signals_.get(), POLLIN, 0}, {stop_.get(), POLLIN, 0}};
-    for (;;) {
-        if (poll(watched, 2, -1) < 0) continue;
-        if (watched[1].revents != 0) return;
+    {
         const std::lock_guard<std::mutex> lock(mutex_);
-        take_pending();
+        stops_ = true;
     }
+    wake();
+    watcher_.join();
 }
 
-bool Interruption::take_pending()
+bool Interruption::pause(milliseconds time)
 {
-    signalfd_siginfo info = {};
-    while (read(signals_.get(), &info, sizeof info) == static_cast<ssize_t>(sizeof info)) {
-        take(static_cast<int>(info.ssi_signo));
+    std::unique_lock<std::mutex> lock(mutex_);
+    look();
+    const Time end = Clock::now() + time;
+    if (!to_end()) changed_.wait_until(lock, std::min(end, deadline_), [this] { return to_end(); });
+    look();
+    return to_end();
+}
+
+Problem Interruption::problem(const std::string& meaning, std::string detail)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return problem_now(meaning, std::move(detail));
+}
+
+Problem Interruption::problem_now(const std::string& meaning, std::string detail) const
+{
+    const char* const name = noted_ != 0 ? "interrupted" : "deadline";
+    return Problem(ExitCode::kInterrupted, name, std::nullopt, meaning, std::move(detail));
+}
+
+bool Interruption::take_as_good_end()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    good_end_ = noted_ != 0;
+    return good_end_;
+}
+
+std::optional<Problem> Interruption::unanswered()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (!to_end() || good_end_) return std::nullopt;
+    return problem_now("the command had come to its end already", {});
+}
+
+void Interruption::set_farewell(std::function<void(const Problem&)> farewell)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    farewell_ = std::move(farewell);
+}
+
+bool Interruption::wait_for_room(int descriptor)
+{
+    pollfd watched[] = {{descriptor, POLLOUT, 0}, {ending_seen_.get(), POLLIN, 0}};
+    while (watched[0].revents == 0 && watched[1].revents == 0) poll(watched, 2, -1);
+    if (watched[0].revents != 0) return true;
+    Time end;
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        bound_clean_up();
+        end = clean_up_end_;
     }
-    return noted_ != 0;
+    while (watched[0].revents == 0 && Clock::now() < end) poll(watched, 1, wait_until(end));
+    return watched[0].revents != 0;
+}
+
+Interruption::Work::Work(Interruption& interruption) : interruption_(interruption)
+{
+    const std::lock_guard<std::mutex> lock(interruption_.mutex_);
+    ++interruption_.works_;
+}
+
+Interruption::Work::~Work()
+{
+    const std::lock_guard<std::mutex> lock(interruption_.mutex_);
+    --interruption_.works_;
+}
+
+Interruption::Call::Call(Interruption& interruption, CallKind kind, AfterCut after_cut)
+    : interruption_(interruption)
+{
+    interruption.begin_call(kind, after_cut);
+}
+
+Interruption::Call::~Call()
+{
+    interruption_.end_call();
+}
+
+std::optional<Problem> Interruption::Call::why_cut(const std::string& detail)
+{
+    return interruption_.why_cut(detail);
+}
+
+void Interruption::begin_call(CallKind kind, AfterCut after_cut)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    look();
+    if (kind == CallKind::kWork) {
+        if (to_end()) throw Problem(problem_now("the work was not done to its end", {}));
+        clean_up_end_ = Time::max();
+    } else if (to_end() || is_cut_) {
+        bound_clean_up();
+    }
+    const Time now = Clock::now();
+    if (is_cut_ && now < clean_up_end_) {
+        network_.allow();
+        is_cut_ = false;
+    }
+    running_ = Running{kind, now, now + limits_.unshown};
+    running_->after_cut = after_cut;
+    if (is_cut_) note_cut({clean_up_end_, limits_.clean_up}); // there is no time left: it fails at once
+    const Time due = std::min(end_of_call().time, line_.visible() ? running_->line_due : Time::max());
+    if (due >= next_look_) return;
+    next_look_ = due;
+    wake();
+}
+
+void Interruption::end_call()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    running_.reset();
+    line_.clear_waiting();
+}
+
+std::optional<Problem> Interruption::why_cut(const std::string& detail)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (!running_ || !running_->cut_at) return std::nullopt;
+    return cut_problem(detail);
+}
+
+Problem Interruption::cut_problem(const std::string& detail) const
+{
+    const std::string whom = running_->where.empty() ? "" : ": " + running_->where;
+    const std::string meaning =
+        "the service did not answer within " + readable_seconds(running_->cut_at->length) + whom;
+    if (running_->kind == CallKind::kWork && to_end()) return problem_now(meaning, detail);
+    return Problem(ExitCode::kOperation, "timeout", std::nullopt, meaning, detail);
+}
+
+Interruption::Limit Interruption::end_of_call() const
+{
+    Limit end;
+    const auto consider = [&end](Time time, milliseconds limit) {
+        if (time < end.time) end = {time, limit};
+    };
+    if (limits_.call) consider(running_->begun + *limits_.call, *limits_.call);
+    if (running_->kind == CallKind::kCleanUp) {
+        consider(clean_up_end_, limits_.clean_up);
+    } else {
+        if (limits_.run) consider(deadline_, *limits_.run);
+        if (noted_ != 0) consider(noted_at_ + limits_.grace, limits_.grace);
+    }
+    return end;
+}
+
+void Interruption::cut_call(const Limit& limit)
+{
+    running_->where = network_.where();
+    note_cut(limit);
+    network_.cut();
+    is_cut_ = true;
+    if (running_->after_cut == AfterCut::kNothing) return;
+    network_.allow();
+    is_cut_ = false;
+}
+
+void Interruption::note_cut(const Limit& limit)
+{
+    running_->cut_at = limit;
+    running_->given_up = Clock::now() + limits_.clean_up;
+}
+
+void Interruption::bound_clean_up()
+{
+    if (clean_up_end_ == Time::max()) clean_up_end_ = Clock::now() + limits_.clean_up;
+}
+
+// True: a signal or the end of the time was seen that nobody had seen before.
+bool Interruption::look()
+{
+    bool seen = false;
+    while (const auto signal = signals_.take()) {
+        take(*signal);
+        seen = true;
+    }
+    if (!deadline_seen_ && Clock::now() >= deadline_) {
+        deadline_seen_ = seen = true;
+        tell_ending();
+    }
+    return seen;
 }
 
 void Interruption::take(int signal)
 {
-    if (signal == SIGINT && ++sigints_ == kSigintsThatEnd) end_by(signal);
-    if (noted_ == 0) noted_ = signal;
+    if (signal == SIGINT && ++sigints_ == kSigintsThatEnd) EndingSignals::end_by(signal);
+    if (noted_ != 0) return;
+    noted_ = signal;
+    noted_at_ = Clock::now();
+    tell_ending();
+}
+
+void Interruption::tell_ending()
+{
+    eventfd_write(ending_seen_.get(), 1);
+    if (running_ && running_->kind == CallKind::kCleanUp) bound_clean_up();
     changed_.notify_all();
 }
 
-bool Interruption::pause(std::chrono::milliseconds time)
+void Interruption::wake() const
 {
-    std::unique_lock<std::mutex> lock(mutex_);
-    if (!take_pending()) changed_.wait_for(lock, time, [this] { return noted_ != 0; });
-    if (noted_ != 0) asked_for_ = true;
-    return noted_ != 0;
+    eventfd_write(wake_.get(), 1);
+}
+
+void Interruption::watch()
+{
+    pollfd watched[] = {{signals_.descriptor(), POLLIN, 0}, {wake_.get(), POLLIN, 0}};
+    Time next = deadline_;
+    for (;;) {
+        poll(watched, 2, wait_until(next));
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (stops_) return;
+        eventfd_t count = 0;
+        if ((watched[1].revents & POLLIN) != 0) eventfd_read(wake_.get(), &count);
+        const bool seen = look();
+        if (seen && works_ == 0 && !running_) end_process(problem_now("nothing was open at the service", {}));
+        next = std::min(deadline_seen_ ? Time::max() : deadline_, running_ ? act_on_call() : Time::max());
+        next_look_ = next;
+    }
+}
+
+// The result: when to look at the call again.
+Interruption::Time Interruption::act_on_call()
+{
+    const Time now = Clock::now();
+    Time next = running_->given_up;
+    if (!running_->cut_at) {
+        const Limit end = end_of_call();
+        if (now >= end.time) cut_call(end);
+        next = running_->cut_at ? running_->given_up : end.time;
+    } else if (now >= running_->given_up) {
+        give_up_call();
+        next = running_->given_up;
+    }
+    if (!line_.visible()) return next;
+    if (now >= running_->line_due) show_waiting(now);
+    return std::min(next, running_->line_due);
+}
+
+// A call that was cut has not ended.
+void Interruption::give_up_call()
+{
+    if (is_cut_) {
+        end_process(cut_problem("the call could not be ended, and what is open at the service stays open"));
+    }
+    network_.cut();
+    is_cut_ = true;
+    running_->given_up = Clock::now() + limits_.clean_up;
+}
+
+void Interruption::show_waiting(Time now)
+{
+    const std::string where = network_.where();
+    const auto time = std::chrono::floor<seconds>(now - running_->begun);
+    running_->line_due = running_->begun + time + seconds(1);
+    line_.show_waiting("waiting for " + (where.empty() ? "the service" : where) + ", " + readable_time(time) +
+                       (to_end() ? ", ending" : ""));
+}
+
+void Interruption::end_process(const Problem& problem) const
+{
+    if (farewell_) farewell_(problem);
+    _exit(static_cast<int>(problem.code()));
 }
 
 } // namespace soapwrapper::probe

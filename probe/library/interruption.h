@@ -1,29 +1,53 @@
-// Ctrl-C and SIGTERM, taken note of where a command waits and has something to say before it ends.
+// When the work is to end before its time: at a signal, or when a limit of time is over. One object for the
+// whole run, which sees to it that whatever is open at the service can be closed, and that nothing takes for
+// ever.
 #ifndef SOAPWRAPPER_PROBE_LIBRARY_INTERRUPTION_H
 #define SOAPWRAPPER_PROBE_LIBRARY_INTERRUPTION_H
 
-#include <signal.h>
+#include "probe/library/signals.h"
+#include "probe/output/problem.h"
 
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
+#include <optional>
+#include <string>
 #include <thread>
 
 namespace soapwrapper::probe
 {
 
-// From its making to its end SIGINT and SIGTERM cut short no call of the library, and none is lost while one
-// runs: they are found when they are asked for. A third SIGINT ends the process at once, since a call may
-// take for ever. Before and after, the signals do what they always do. A signal that the process was told to
-// ignore stays ignored.
+class ProgressLine;
+
+struct RunLimits {
+    std::optional<std::chrono::milliseconds> call; // each call of the library
+    std::optional<std::chrono::milliseconds> run;  // all of them together
+    // What a call may take that runs when a signal comes: a login that is cut may leave behind a session that
+    // nobody can close.
+    std::chrono::milliseconds grace{5000};
+    // What all closing may take behind a signal or a limit.
+    std::chrono::milliseconds clean_up{5000};
+    // A call that takes longer is shown on the terminal.
+    std::chrono::milliseconds unshown{1000};
+};
+
+// What the library's network can be told.
+struct LibraryNetwork {
+    std::function<void()> cut;          // ends its connections and pauses, now and from now on
+    std::function<void()> allow;        // takes that back
+    std::function<std::string()> where; // whom it waits for; may be empty
+};
+
+// Made ahead of every other thread, since it blocks the signals for all of them. One thread works with it.
 //
-// Made and asked on the one thread that there is; one at a time.
+// At the first signal the call that runs may end by itself for a while, and is then cut; after that only
+// clean-up is called. A third SIGINT ends the process at once. (Not the second: what sends a signal to a
+// program and to its group, as timeout does, sends it twice.)
 class Interruption
 {
   public:
-    Interruption();
-
-    // A signal that came and was never asked for takes effect here.
+    Interruption(const RunLimits& limits, LibraryNetwork network, ProgressLine& line);
     ~Interruption();
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;
@@ -35,48 +59,126 @@ class Interruption
     // Without waiting.
     bool requested() { return pause(std::chrono::milliseconds(0)); }
 
+    // What to throw for it: `interrupted` or `deadline`.
+    Problem problem(const std::string& meaning, std::string detail = {});
+
+    // The command was made to be ended by a signal. False: it wasn't one, but the end of the run's time.
+    bool take_as_good_end();
+
+    // What the run has come to if nothing else was wrong with it: an interruption that wasn't a good end.
+    std::optional<Problem> unanswered();
+
+    // What to say when the process is ended at once: it is called on another thread, with everything else as
+    // it happens to stand, and must not wait.
+    void set_farewell(std::function<void(const Problem&)> farewell);
+
+    // Waits until something can be written there; false: the work is to end, and nobody takes it.
+    bool wait_for_room(int descriptor);
+
+    // While one lives, or a call runs, a signal doesn't end the process at once: something may be open at the
+    // service, or the command wants to hear of the signal.
+    class Work
+    {
+      public:
+        explicit Work(Interruption& interruption);
+        ~Work();
+        Work(const Work&) = delete;
+        Work& operator=(const Work&) = delete;
+
+      private:
+        Interruption& interruption_;
+    };
+
+    enum class CallKind {
+        kWork,   // isn't begun any more once there is an interruption: that is thrown
+        kCleanUp // is, for the time that is left for it
+    };
+    enum class AfterCut {
+        kNothing,
+        kCloses // the entry closes a login of its own then, and is given the time for it
+    };
+
+    // Stands around one call of the library.
+    class Call
+    {
+      public:
+        Call(Interruption& interruption, CallKind kind, AfterCut after_cut = AfterCut::kNothing);
+        ~Call();
+        Call(const Call&) = delete;
+        Call& operator=(const Call&) = delete;
+
+        // The call has returned with a failure, about which the library said `detail`. The result: why it was
+        // cut, if it was.
+        std::optional<Problem> why_cut(const std::string& detail);
+
+      private:
+        Interruption& interruption_;
+    };
+
   private:
-    class Descriptor
-    {
-      public:
-        explicit Descriptor(int descriptor);
-        ~Descriptor();
-        Descriptor(const Descriptor&) = delete;
-        Descriptor& operator=(const Descriptor&) = delete;
-        int get() const { return descriptor_; }
+    using Clock = std::chrono::steady_clock;
+    using Time = Clock::time_point;
 
-      private:
-        int descriptor_;
+    // An end that was set for a call.
+    struct Limit {
+        Time time = Time::max();
+        std::chrono::milliseconds length{0}; // as it was given, for a message
     };
 
-    // Blocks signals on this thread, and on those that it makes.
-    class Block
-    {
-      public:
-        Block();
-        ~Block();
-        Block(const Block&) = delete;
-        Block& operator=(const Block&) = delete;
-        const sigset_t& signals() const { return signals_; }
-
-      private:
-        sigset_t signals_ = {};
-        sigset_t mask_before_ = {};
+    struct Running {
+        CallKind kind = CallKind::kWork;
+        Time begun;
+        Time line_due;                    // to be shown, or shown again
+        std::optional<Limit> cut_at = {}; // the call was cut there
+        std::string where = {};           // it was cut there too
+        AfterCut after_cut = AfterCut::kNothing;
+        Time given_up = Time::max(); // a call that doesn't end though it was cut
     };
 
-    void watch();
+    // All with mutex_ held.
+    bool look();
     void take(int signal);
-    bool take_pending(); // with mutex_ held
+    void tell_ending();
+    bool to_end() const { return noted_ != 0 || deadline_seen_; }
+    void bound_clean_up();
+    Problem problem_now(const std::string& meaning, std::string detail) const;
+    Problem cut_problem(const std::string& detail) const;
+    Limit end_of_call() const;
+    void cut_call(const Limit& limit);
+    void note_cut(const Limit& limit);
+    void give_up_call();
+    Time act_on_call();
+    void show_waiting(Time now);
+    [[noreturn]] void end_process(const Problem& problem) const;
 
-    Block block_;
-    const Descriptor signals_;
-    const Descriptor stop_;
-    std::mutex mutex_; // whoever takes a signal says so before the other one looks
+    void begin_call(CallKind kind, AfterCut after_cut);
+    void end_call();
+    std::optional<Problem> why_cut(const std::string& detail);
+    void watch();
+    void wake() const;
+
+    const RunLimits limits_;
+    const LibraryNetwork network_;
+    ProgressLine& line_;
+    const Time deadline_;
+    const EndingSignals signals_;
+    const Descriptor wake_;
+    const Descriptor ending_seen_; // readable once there is an interruption
+    std::mutex mutex_;             // guards what follows; who takes a signal says so before another one looks
     std::condition_variable changed_;
     int noted_ = 0; // the signal that came first
+    Time noted_at_;
     int sigints_ = 0;
-    bool asked_for_ = false; // somebody was told of it
-    std::thread watcher_;    // the last member: it uses all others
+    bool deadline_seen_ = false;
+    bool good_end_ = false;
+    int works_ = 0;
+    bool is_cut_ = false; // the network
+    Time clean_up_end_ = Time::max();
+    std::optional<Running> running_;
+    Time next_look_ = Time::max(); // of the watcher
+    bool stops_ = false;
+    std::function<void(const Problem&)> farewell_;
+    std::thread watcher_; // the last member: it uses all others
 };
 
 } // namespace soapwrapper::probe

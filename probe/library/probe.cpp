@@ -62,6 +62,23 @@ std::optional<Problem> problem_of(const Probe& probe, int status)
     return problem;
 }
 
+std::optional<Problem> EntryCall::problem(int status)
+{
+    auto problem = problem_of(probe_, status);
+    if (!problem) return std::nullopt;
+    auto cut = call_.why_cut(problem->detail());
+    if (!cut) return problem;
+    cut->set_url(problem->url());
+    cut->set_attempts(problem->attempts());
+    return cut;
+}
+
+void EntryCall::check(int status)
+{
+    if (status == STS_EOK || !call_.why_cut({})) return;
+    if (const auto cut = problem(status)) throw Problem(*cut);
+}
+
 void keep_unclosed(void* handle)
 {
     static auto* const handles = new std::vector<void*>; // outlives every check at the end of the process

@@ -47,7 +47,7 @@ std::vector<char> rows_of(const std::vector<std::string>& filters)
 ChangeReader::ChangeReader(const Probe& probe, const ReadingOptions& options, stsp_change_list_t* list)
     : probe_(probe), options_(options.list), list_(list),
       filter_count_(static_cast<std::uint32_t>(options.filters.size())),
-      filter_rows_(rows_of(options.filters)), printer_(probe.output, options.escapes)
+      filter_rows_(rows_of(options.filters)), printer_(probe.output, options.escapes), line_(probe.line)
 {
 }
 
@@ -73,7 +73,7 @@ void ChangeReader::finish(const char* route, Extent extent)
         document["bytes"] = printer_.bytes();
         document["seconds"] = std::round(seconds * 1000) / 1000;
     } else {
-        probe_.output.flush();
+        if (!probe_.output.flush()) return; // which is told at the end
         std::cerr << state() << (extent == Extent::kIncomplete ? ", incomplete" : "") << std::endl;
     }
 }
@@ -93,14 +93,14 @@ int ChangeReader::next()
 {
     milliseconds pause = kFirstPause;
     for (int busy = 0;; ++busy) {
-        if (interruption_.requested()) throw interruption_problem("the list was not read to its end");
         const int status =
             call(probe_, slot::stspi_list_file, list_, filter_count_, filter_rows_.data(), entry_.get());
         if (status != STS_EBUSY) return status;
+        if (probe_.interruption.requested()) throw Problem(not_to_its_end(probe_));
         // The library itself waits at the next call for as long as the service asks.
         if (busy < kBusyWithoutPause || asks_for_a_pause()) continue;
         show_state();
-        interruption_.pause(pause);
+        probe_.interruption.pause(pause);
         pause = std::min(2 * pause, kLongestPause);
     }
 }
@@ -114,12 +114,9 @@ bool ChangeReader::asks_for_a_pause() const
 
 void ChangeReader::take()
 {
-    line_.clear();
     printer_.print(*entry_);
     if (Clock::now() - shown_ < kShowAgain) return;
-    if (!probe_.output.flush()) {
-        throw Problem(ExitCode::kOperation, "output", std::nullopt, "it could not be written");
-    }
+    probe_.output.deliver();
     show_state();
 }
 

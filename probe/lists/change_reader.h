@@ -4,7 +4,6 @@
 
 #include "plugin/host/handles.h"
 #include "plugin/host/host_records.h"
-#include "probe/library/interruption.h"
 #include "probe/library/probe.h"
 #include "probe/lists/change_list.h"
 #include "probe/lists/list_reader.h"
@@ -33,6 +32,9 @@ class ChangeReader
 {
   public:
     ChangeReader(const Probe& probe, const ReadingOptions& options, stsp_change_list_t* list);
+    ~ChangeReader() { line_.clear(); }
+    ChangeReader(const ChangeReader&) = delete;
+    ChangeReader& operator=(const ChangeReader&) = delete;
 
     // An interruption is a problem like another.
     ListEnd read();
@@ -57,8 +59,7 @@ class ChangeReader
     const std::vector<char> filter_rows_;
     const std::unique_ptr<sts_file_attr_v11_t> entry_ = std::make_unique<sts_file_attr_v11_t>();
     ChangePrinter printer_;
-    ProgressLine line_;
-    Interruption interruption_;
+    ProgressLine& line_;
     const Clock::time_point start_ = Clock::now();
     Clock::time_point shown_ = start_;
 };

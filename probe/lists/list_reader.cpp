@@ -62,6 +62,19 @@ class RepeatGuard
     std::size_t repeats_ = 0;
 };
 
+// What was wrong with it, if anything.
+std::optional<Problem> read_entry(const Probe& probe, const ListOptions& options,
+                                  const std::function<int()>& next, bool& at_end)
+{
+    try {
+        const int status = next();
+        at_end = status == options.end_status;
+        return at_end ? std::nullopt : problem_of(probe, status);
+    } catch (const Problem& problem) {
+        return problem;
+    }
+}
+
 } // namespace
 
 void add_end_status_option(const Command& command, int& end_status)
@@ -117,6 +130,11 @@ void ListHandle::close()
     if (problem) throw Problem(*problem);
 }
 
+Problem not_to_its_end(const Probe& probe)
+{
+    return probe.interruption.problem("the list was not read to its end");
+}
+
 std::optional<ListEnd> end_by_count(const ListOptions& options, std::size_t taken)
 {
     if (options.limit) {
@@ -131,11 +149,12 @@ ListEnd read_list(const Probe& probe, const ListOptions& options, EntryRoom room
                   const std::function<int()>& next, const std::function<void()>& take)
 {
     RepeatGuard repeats;
+    bool at_end = false;
     for (std::size_t taken = 0;; ++taken) {
         std::memset(room.bytes, 0, room.size);
-        const int status = next();
-        if (status == options.end_status) return {};
-        if (auto problem = problem_of(probe, status)) return failed(std::move(*problem));
+        if (probe.interruption.requested()) return failed(not_to_its_end(probe));
+        if (auto problem = read_entry(probe, options, next, at_end)) return failed(std::move(*problem));
+        if (at_end) return {};
         // The entry behind the limit is read, and not shown, to know that there is one.
         if (auto end = end_by_count(options, taken)) return std::move(*end);
         if (!repeats.admit(room)) {

@@ -83,6 +83,9 @@ struct ListEnd {
 // is so long.
 std::optional<ListEnd> end_by_count(const ListOptions& options, std::size_t taken);
 
+// An interruption of reading a list.
+Problem not_to_its_end(const Probe& probe);
+
 // Clears the record, has `next` fill it, hands it on with `take`, and again, until the end of the list or the
 // user's limit.
 ListEnd read_list(const Probe& probe, const ListOptions& options, EntryRoom room,

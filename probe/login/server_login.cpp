@@ -71,6 +71,7 @@ ServerLogin::ServerLogin(const Probe& probe, const std::string& name, const Logi
     probe.library.entry(slot::stspi_close_server); // what couldn't be closed again isn't opened
     const Credential credential = read_credential(options);
     const Watch watch(probe.session, credential);
+    work_.emplace(probe.interruption);
     if (options.no_discovery) {
         claim_name(probe, name);
     } else {

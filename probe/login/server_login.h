@@ -5,9 +5,11 @@
 #include "plugin/host/handles.h"
 #include "plugin/host/host_records.h"
 #include "probe/arguments/arguments.h"
+#include "probe/library/interruption.h"
 #include "probe/library/probe.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace soapwrapper::probe
@@ -62,6 +64,7 @@ class ServerLogin
     void close();
 
   private:
+    std::optional<Interruption::Work> work_;
     OpenServer server_;
     OpenServer target_; // is closed ahead of the server that it was opened through
     std::string selection_;

@@ -70,14 +70,11 @@ void OperationWithId::cancel() const
 
 Problem OperationWithId::abandon() const
 {
-    try {
-        cancel();
-    } catch (const Problem& problem) {
-        return interruption_problem(title() + " could not be cancelled and may go on at the service: " +
-                                        problem.name() + ", " + problem.meaning(),
-                                    problem.detail());
-    }
-    return interruption_problem("cancelled " + title());
+    const auto problem = clean_up(probe(), slot::stspi_async_cancel, probe().session.record(), handle_);
+    if (!problem) return probe().interruption.problem("cancelled " + title());
+    return probe().interruption.problem(title() + " could not be cancelled and may go on at the service: " +
+                                            problem->name() + ", " + problem->meaning(),
+                                        problem->detail());
 }
 
 OperationWithName::OperationWithName(const Probe& probe, stsp_server_t* server, const std::string& name)
@@ -113,7 +110,7 @@ int OperationWithName::ask(sts_async_snap_result_t& answer) const
 
 Problem OperationWithName::abandon() const
 {
-    return interruption_problem(title() + " goes on at the service under that name");
+    return probe().interruption.problem(title() + " goes on at the service under that name");
 }
 
 } // namespace soapwrapper::probe

@@ -49,15 +49,22 @@ std::unique_ptr<Operation> start_with_name(const Probe& probe, stsp_server_t* se
 std::unique_ptr<Operation> start_operation(const Probe& probe, stsp_server_t* server,
                                            const OperationOptions& options, const OperationStart& start)
 {
-    return options.name ? start_with_name(probe, server, *options.name, start) : start_with_id(probe, start);
+    if (probe.interruption.requested()) {
+        throw probe.interruption.problem("the operation was not started");
+    }
+    try {
+        return options.name ? start_with_name(probe, server, *options.name, start)
+                            : start_with_id(probe, start);
+    } catch (const Problem& problem) {
+        if (problem.status() || problem.name() == "no handle") throw;
+        throw with_more_detail(problem, "the operation may have been started");
+    }
 }
 
 // Names the operation, so that the user can look again: it may well go on.
 Problem unanswered(const Problem& problem, const Operation& operation)
 {
-    const std::string lead = problem.detail().empty() ? "" : problem.detail() + '\n';
-    return Problem(problem.code(), problem.name(), problem.status(), problem.meaning(),
-                   lead + operation.title() + " was not followed to its end");
+    return with_more_detail(problem, operation.title() + " was not followed to its end");
 }
 
 void require_good_end(const OperationAnswer& answer, const Operation& operation)
@@ -74,21 +81,19 @@ class Progress
   public:
     Progress(const Probe& probe, const Operation& operation) : probe_(probe), title_(operation.title()) {}
 
-    // Ahead of a call, whose log lines may come where the line stands.
-    void make_room()
-    {
-        if (probe_.session.prints()) line_.clear();
-    }
+    ~Progress() { probe_.line.clear(); }
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
 
     // True: there was an interruption.
-    bool pause(const OperationAnswer& answer, Interruption& interruption)
+    bool pause(const OperationAnswer& answer)
     {
         const Clock::time_point end = Clock::now() + answer.interval();
         for (;;) {
             show(answer);
             const auto left = std::chrono::ceil<milliseconds>(end - Clock::now());
-            const milliseconds slice = line_.visible() ? std::min(left, milliseconds(1000)) : left;
-            if (interruption.pause(std::max(slice, milliseconds(0)))) return true;
+            const milliseconds slice = probe_.line.visible() ? std::min(left, milliseconds(1000)) : left;
+            if (probe_.interruption.pause(std::max(slice, milliseconds(0)))) return true;
             if (Clock::now() >= end) return false;
         }
     }
@@ -97,26 +102,24 @@ class Progress
     void show(const OperationAnswer& answer)
     {
         const auto elapsed = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - begin_);
-        line_.show(title_ + ": running, " + amount_of_bytes(answer.bytes(), probe_.output.exact_sizes()) +
-                   ", " + readable_time(elapsed));
+        probe_.line.show(title_ + ": running, " +
+                         amount_of_bytes(answer.bytes(), probe_.output.exact_sizes()) + ", " +
+                         readable_time(elapsed));
     }
 
     const Probe& probe_;
     const std::string title_;
     const Clock::time_point begin_ = Clock::now();
-    ProgressLine line_;
 };
 
 // Nothing: there was an interruption.
-std::unique_ptr<OperationAnswer> last_answer(const Probe& probe, const Operation& operation,
-                                             Interruption& interruption)
+std::unique_ptr<OperationAnswer> last_answer(const Probe& probe, const Operation& operation)
 {
     Progress progress(probe, operation);
-    while (!interruption.requested()) {
-        progress.make_room();
+    while (!probe.interruption.requested()) {
         auto answer = std::make_unique<OperationAnswer>(probe, operation);
         if (!answer->is_running()) return answer;
-        if (progress.pause(*answer, interruption)) break;
+        if (progress.pause(*answer)) break;
     }
     return nullptr;
 }
@@ -148,26 +151,23 @@ void run_operation(const Probe& probe, stsp_server_t* server, const OperationOpt
         started.show(probe.output);
         return;
     }
-    // From here on: a signal during the start would leave behind an operation that nobody knows of.
-    Interruption interruption;
-    const auto operation = start_operation(probe, server, options, start);
-    follow_operation(probe, *operation, interruption);
+    follow_operation(probe, *start_operation(probe, server, options, start));
 }
 
-void follow_operation(const Probe& probe, const Operation& operation, Interruption& interruption)
+void follow_operation(const Probe& probe, const Operation& operation)
 {
     operation.tell(probe.output.document());
     std::unique_ptr<OperationAnswer> answer;
     try {
-        answer = last_answer(probe, operation, interruption);
+        answer = last_answer(probe, operation);
     } catch (const Problem& problem) {
-        if (!interruption.requested()) throw unanswered(problem, operation);
+        if (!probe.interruption.requested()) throw unanswered(problem, operation);
     }
     if (!answer) throw Problem(operation.abandon());
-    const bool interrupted = interruption.requested();
+    const bool interrupted = probe.interruption.requested();
     require_good_end(*answer, operation);
     answer->show(operation, probe.output);
-    if (interrupted) throw interruption_problem(operation.title() + " had ended already");
+    if (interrupted) throw probe.interruption.problem(operation.title() + " had ended already");
 }
 
 } // namespace soapwrapper::probe

@@ -15,8 +15,6 @@
 namespace soapwrapper::probe
 {
 
-class Interruption;
-
 struct OperationOptions {
     std::optional<std::string> name; // none: the service makes up an id
     bool no_wait = false;
@@ -41,7 +39,7 @@ void run_operation(const Probe& probe, stsp_server_t* server, const OperationOpt
 
 // Waits and shows, as above, until there is an interruption: that is thrown, with what became of the
 // operation.
-void follow_operation(const Probe& probe, const Operation& operation, Interruption& interruption);
+void follow_operation(const Probe& probe, const Operation& operation);
 
 } // namespace soapwrapper::probe
 

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <optional>
 #include <ostream>
 #include <set>
 #include <string>
@@ -78,6 +80,7 @@ void Output::print(const Table& table)
 {
     if (format_ == Format::kAligned) print_aligned(table);
     if (format_ == Format::kSeparated) print_separated(table);
+    require_good();
 }
 
 void Output::print_aligned(const Table& table)
@@ -122,6 +125,12 @@ void Output::add_problem(const Problem& problem)
 void Output::print_line(const nlohmann::ordered_json& document)
 {
     if (format_ == Format::kJson) print_text(document, -1);
+    require_good();
+}
+
+void Output::require_good() const
+{
+    if (!stream_.good()) throw Problem(output_problem());
 }
 
 // The version goes ahead of the text: to put it first into a document would copy each of millions.
@@ -143,14 +152,26 @@ bool Output::flush()
     return stream_.good();
 }
 
+void Output::deliver()
+{
+    stream_.flush();
+    require_good();
+}
+
 bool Output::finish()
 {
     if (!lines_) {
         if (format_ == Format::kJson) print_text(document_, 2);
-    } else if (!document_.empty()) {
-        print_line(document_);
+    } else if (!document_.empty() && format_ == Format::kJson) {
+        print_text(document_, -1);
     }
     return flush();
+}
+
+Problem output_problem(int error)
+{
+    return Problem(ExitCode::kOperation, "output", std::nullopt, "it could not be written",
+                   error == 0 ? "" : std::strerror(error));
 }
 
 namespace

@@ -63,7 +63,8 @@ class Output
     // The same within a sentence.
     std::string size_in_words(std::int64_t bytes) const;
 
-    // In either of the text forms; an empty cell of an aligned table shows as "-".
+    // In either of the text forms; an empty cell of an aligned table shows as "-". What can't be written is
+    // thrown, as soon as it is known.
     void print(const Table& table);
 
     // A line between two tables, with an empty one ahead of it; in the aligned form only.
@@ -81,6 +82,9 @@ class Output
     // False: not all of it could be written.
     bool flush();
 
+    // The same, and a failure is thrown.
+    void deliver();
+
     // Puts the problem beside what the document holds already.
     void add_problem(const Problem& problem);
 
@@ -90,6 +94,7 @@ class Output
   private:
     bool for_scripts() const { return format_ != Format::kAligned; }
     void print_text(const nlohmann::ordered_json& document, int indentation);
+    void require_good() const;
     void print_aligned(const Table& table);
     void print_separated(const Table& table);
 
@@ -100,6 +105,9 @@ class Output
     bool lines_ = false;
     nlohmann::ordered_json document_ = nlohmann::ordered_json::object();
 };
+
+// The output couldn't be written, for this reason of the system; 0: it isn't known.
+Problem output_problem(int error = 0);
 
 // The problem as people read it: `NAME(number): what it means`, and below it, indented, what the service or
 // the library said.

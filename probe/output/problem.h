@@ -11,7 +11,14 @@
 namespace soapwrapper::probe
 {
 
-enum class ExitCode { kGood = 0, kUsage = 2, kLibrary = 3, kOperation = 4, kInterrupted = 5 };
+enum class ExitCode {
+    kGood = 0,
+    kUsage = 2,
+    kLibrary = 3,
+    kOperation = 4,
+    kInterrupted = 5,
+    kClosedPipe = 141 // as of a process that SIGPIPE has ended
+};
 
 // A try to reach the service, and what became of it.
 struct Attempt {
@@ -44,6 +51,7 @@ class Problem : public std::runtime_error
     // the one that says most.
     const std::vector<Attempt>& attempts() const { return attempts_; }
     void set_attempts(std::vector<Attempt> attempts) { attempts_ = std::move(attempts); }
+    void add_detail(const std::string& line) { detail_ += (detail_.empty() ? "" : "\n") + line; }
 
   private:
     ExitCode code_;
@@ -66,10 +74,11 @@ inline Problem library_problem(const std::string& meaning, std::string detail = 
     return Problem(ExitCode::kLibrary, "library", std::nullopt, meaning, std::move(detail));
 }
 
-// The user, or whoever ends programs here, wants to wait no longer.
-inline Problem interruption_problem(const std::string& meaning, std::string detail = {})
+// The same problem with a line more behind its detail.
+inline Problem with_more_detail(Problem problem, const std::string& more)
 {
-    return Problem(ExitCode::kInterrupted, "interrupted", std::nullopt, meaning, std::move(detail));
+    problem.add_detail(more);
+    return problem;
 }
 
 } // namespace soapwrapper::probe

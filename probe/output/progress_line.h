@@ -5,15 +5,15 @@
 #include <unistd.h>
 
 #include <cstddef>
+#include <mutex>
 #include <string>
 
 namespace soapwrapper::probe
 {
 
-// Nothing is ever written where `descriptor` is no terminal.
+// Nothing is ever written where `descriptor` is no terminal. To be used by any thread.
 //
-// Whoever prints something else clears the line first; that holds for calls of the library too, since its
-// log lines may be printed on the same terminal.
+// What else goes to the same terminal goes through a DescriptorStream that knows the line, and clears it.
 class ProgressLine
 {
   public:
@@ -28,13 +28,39 @@ class ProgressLine
     // Puts `text` in the place of what stood there, cut to the width of the terminal. It must be clean.
     void show(const std::string& text);
 
+    // The same for a text that is of less interest: it is shown only where no other text stands.
+    void show_waiting(const std::string& text);
+
     // Leaves an empty line with the cursor at its beginning.
     void clear();
 
+    // The same if it was show_waiting() that showed something.
+    void clear_waiting();
+
+    // The line is clear, and stays so as long as this lives.
+    class Room
+    {
+      public:
+        explicit Room(ProgressLine& line) : line_(line), lock_(line.mutex_) { line.clear_now(); }
+
+        // This was written to the terminal meanwhile.
+        void written(const char* bytes, std::size_t count);
+
+      private:
+        ProgressLine& line_;
+        const std::lock_guard<std::mutex> lock_;
+    };
+
   private:
+    void show_now(const std::string& text);
+    void clear_now();
+
     const int descriptor_;
     const bool visible_;
-    std::size_t shown_ = 0; // columns
+    std::mutex mutex_;       // guards what follows
+    std::size_t shown_ = 0;  // columns
+    bool waiting_ = false;   // what is shown is of less interest
+    bool in_a_line_ = false; // something else has begun a line and not ended it
 };
 
 } // namespace soapwrapper::probe

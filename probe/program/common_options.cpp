@@ -4,7 +4,11 @@
 
 #include <CLI/CLI.hpp>
 
+#include <charconv>
+#include <chrono>
+#include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 
 namespace soapwrapper::probe
@@ -23,6 +27,33 @@ std::string number_of_level(std::string& level)
         return {};
     }
     return "the levels are 2 or anomaly, 3 or record, 4 or failure";
+}
+
+// What a limit of time is written as; none: the text isn't one.
+std::optional<double> seconds_of(const std::string& text)
+{
+    constexpr double kMost = 1e9;
+    double seconds = 0;
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, seconds, std::chars_format::fixed);
+    const bool is_one = read.ec == std::errc() && read.ptr == end && seconds >= 0 && seconds <= kMost;
+    return is_one ? std::optional(seconds) : std::nullopt;
+}
+
+void add_limit_option(CLI::App& program, const char* name, std::optional<std::chrono::milliseconds>& limit,
+                      const char* description)
+{
+    const auto take = [&limit](const std::string& text) {
+        const std::chrono::duration<double> time(seconds_of(text).value_or(0));
+        limit.reset();
+        if (time.count() > 0) limit = std::chrono::ceil<std::chrono::milliseconds>(time);
+    };
+    const auto wrong = [](const std::string& text) {
+        return seconds_of(text) ? "" : "a number of seconds is needed, such as 30 or 0.5";
+    };
+    program.add_option_function<std::string>(name, take, description)
+        ->type_name("SECONDS")
+        ->check(CLI::Validator(wrong, ""));
 }
 
 } // namespace
@@ -64,6 +95,10 @@ void add_common_options(CLI::App& program, CommonOptions& options)
         ->type_name("FILE");
     program.add_flag("--bytes", options.bytes,
                      "Print sizes to the byte; in the forms for scripts they always are");
+    add_limit_option(program, "--timeout", options.limits.call,
+                     "The most seconds for one call of the library; 0: no limit. Default: 600");
+    add_limit_option(program, "--deadline", options.limits.run,
+                     "The most seconds for the whole run; 0: no limit. Default: none");
     CLI::Option* json = program.add_flag("--json", options.json, "Print one JSON document, errors included");
     program
         .add_option("--separator", options.separator,

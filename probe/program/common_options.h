@@ -2,9 +2,11 @@
 #ifndef SOAPWRAPPER_PROBE_PROGRAM_COMMON_OPTIONS_H
 #define SOAPWRAPPER_PROBE_PROGRAM_COMMON_OPTIONS_H
 
+#include "probe/library/interruption.h"
 #include "probe/library/session.h"
 #include "probe/output/output.h"
 
+#include <chrono>
 #include <optional>
 #include <string>
 
@@ -26,6 +28,7 @@ struct CommonOptions {
     bool bytes = false;
     std::optional<std::string> separator;
     std::optional<std::string> trace;
+    RunLimits limits{std::chrono::minutes(10), {}};
 
     Format format() const
     {

@@ -4,13 +4,16 @@
 #include "probe/commands/command.h"
 #include "probe/completion/completion.h"
 #include "probe/library/credential.h"
-#include "probe/output/output.h"
+#include "probe/output/descriptor_stream.h"
 #include "probe/output/problem.h"
 #include "probe/program/common_options.h"
 #include "probe/program/drive.h"
+#include "probe/program/standard_streams.h"
 #include "probe/program/usage.h"
 
 #include <CLI/CLI.hpp>
+
+#include <unistd.h>
 
 #include <iostream>
 #include <optional>
@@ -21,18 +24,29 @@ namespace soapwrapper::probe
 namespace
 {
 
-int end_of_printing()
+int end_of_printing(DescriptorStream& out)
 {
-    if (std::cout.flush()) return static_cast<int>(ExitCode::kGood);
-    print_problem(Problem(ExitCode::kOperation, "output", std::nullopt, "it could not be written"),
-                  std::cerr);
-    return static_cast<int>(ExitCode::kOperation);
+    out.flush();
+    return out.error() == 0 ? static_cast<int>(ExitCode::kGood) : fail_for_output(out.error());
+}
+
+// Help, the version, or what is wrong with the command line.
+int answer(const CLI::App& program, const CLI::ParseError& error)
+{
+    if (error.get_exit_code() != 0) {
+        std::cerr << usage_text(program, error);
+        return static_cast<int>(ExitCode::kUsage);
+    }
+    DescriptorStream out(STDOUT_FILENO);
+    program.exit(error, out, std::cerr);
+    return end_of_printing(out);
 }
 
 } // namespace
 
 int run_command_line(int argc, char** argv)
 {
+    prepare_standard_descriptors();
     CLI::App program("Plays the backup host: loads the plug-in library, calls its entries and shows what "
                      "the storage service answers.",
                      "soapwrapper-probe");
@@ -42,8 +56,8 @@ int run_command_line(int argc, char** argv)
     program.footer(std::string("Environment:\n  ") + kCredentialVariable +
                    "      The credential, for commands that log in\n"
                    "  SOAPWRAPPER_ZAPI_PASSWORD   The filer's password, for changes\n\n"
-                   "Exit codes: 0 good, 2 usage, 3 the library cannot be loaded, 4 the operation failed,\n"
-                   "5 interrupted while waiting.\n"
+                   "Exit codes: 0 good, 2 usage, 3 the library cannot be loaded, 4 the operation failed\n"
+                   "or the output could not be written, 5 interrupted or out of time, 141 closed pipe.\n"
                    "Each command has its own --help.");
     CommonOptions options;
     add_common_options(program, options);
@@ -52,19 +66,19 @@ int run_command_line(int argc, char** argv)
     Print print;
     add_completion_command(Command(&program), print);
     if (argc > 1 && argv[1] == std::string(kCompleteCommand)) {
-        write_completions(program, {argv + 2, argv + argc}, std::cout);
-        return static_cast<int>(ExitCode::kGood);
+        DescriptorStream out(STDOUT_FILENO);
+        write_completions(program, {argv + 2, argv + argc}, out);
+        return end_of_printing(out);
     }
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() == 0) return program.exit(error);
-        std::cerr << usage_text(program, error);
-        return static_cast<int>(ExitCode::kUsage);
+        return answer(program, error);
     }
     if (print) {
-        print(std::cout);
-        return end_of_printing();
+        DescriptorStream out(STDOUT_FILENO);
+        print(out);
+        return end_of_printing(out);
     }
     return drive_library(options, run);
 }

@@ -1,7 +1,7 @@
 // The parts of the probe that long operations need, called as functions.
-#include "probe/library/interruption.h"
 #include "probe/operations/operation_answer.h"
 #include "probe/operations/operation_arguments.h"
+#include "probe/output/descriptor_stream.h"
 #include "probe/output/progress_line.h"
 #include "probe/output/readable.h"
 
@@ -9,7 +9,6 @@
 
 #include <fcntl.h>
 #include <sys/ioctl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -17,7 +16,6 @@
 #include <string>
 
 using namespace soapwrapper::probe;
-using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 namespace
@@ -164,6 +162,35 @@ TEST(ProgressLine, TakesATerminalOfUnknownWidthForTheUsualOne)
     EXPECT_EQ(terminal.take(), '\r' + std::string(79, 'x'));
 }
 
+TEST(ProgressLine, ShowsWhatIsWaitedForOnlyWhereNothingElseStands)
+{
+    const Terminal terminal(80);
+    ProgressLine line(terminal.descriptor());
+    line.show_waiting("waiting");
+    EXPECT_EQ(terminal.take(), "\rwaiting");
+    line.clear_waiting();
+    EXPECT_EQ(terminal.take(), "\r       \r");
+    line.show("text");
+    line.show_waiting("waiting");
+    line.clear_waiting();
+    line.show("more");
+    EXPECT_EQ(terminal.take(), "\rtext\rmore");
+}
+
+TEST(ProgressLine, IsGoneAheadOfWhatElseIsPrinted)
+{
+    const Terminal terminal(80);
+    ProgressLine line(terminal.descriptor());
+    DescriptorStream stream(terminal.descriptor(), {}, &line);
+    line.show_waiting("waiting");
+    stream << "a line\n" << std::flush;
+    line.show_waiting("again");
+    stream << "half a line" << std::flush;
+    line.show_waiting("not now");
+    stream << '\n' << std::flush;
+    EXPECT_EQ(terminal.take(), "\rwaiting\r       \ra line\r\n\ragain\r     \rhalf a line\r\n");
+}
+
 TEST(ProgressLine, WritesNothingToAPipe)
 {
     int ends[2];
@@ -178,86 +205,6 @@ TEST(ProgressLine, WritesNothingToAPipe)
     EXPECT_EQ(read(ends[0], &byte, 1), -1);
     close(ends[0]);
     close(ends[1]);
-}
-
-TEST(Interruption, IsNoneWithoutASignal)
-{
-    Interruption interruption;
-    EXPECT_FALSE(interruption.requested());
-    EXPECT_FALSE(interruption.pause(milliseconds(0)));
-}
-
-TEST(Interruption, IsFoundAtOnceAndForEver)
-{
-    for (const int signal : {SIGINT, SIGTERM}) {
-        Interruption interruption;
-        ASSERT_EQ(kill(getpid(), signal), 0);
-        EXPECT_TRUE(interruption.requested());
-        EXPECT_TRUE(interruption.requested());
-        EXPECT_TRUE(interruption.pause(std::chrono::hours(24)));
-    }
-}
-
-TEST(Interruption, EndsAPause)
-{
-    Interruption interruption;
-    std::thread sender([] { kill(getpid(), SIGTERM); });
-    EXPECT_TRUE(interruption.pause(std::chrono::hours(24)));
-    sender.join();
-}
-
-TEST(Interruption, SwallowsASecondSigterm)
-{
-    Interruption interruption;
-    kill(getpid(), SIGTERM);
-    EXPECT_TRUE(interruption.requested());
-    kill(getpid(), SIGTERM);
-    EXPECT_TRUE(interruption.requested());
-}
-
-TEST(Interruption, LeavesAnIgnoredSignalIgnored)
-{
-    signal(SIGINT, SIG_IGN);
-    {
-        Interruption interruption;
-        kill(getpid(), SIGINT);
-        EXPECT_FALSE(interruption.requested());
-    }
-    signal(SIGINT, SIG_DFL);
-}
-
-void interrupt_and_ask_no_more(int signal)
-{
-    {
-        Interruption interruption;
-        kill(getpid(), signal);
-    }
-    _exit(0);
-}
-
-// Each one taken by itself: two that are pending together are one to the kernel.
-void interrupt(int times)
-{
-    {
-        Interruption interruption;
-        for (int i = 0; i < times; ++i) {
-            kill(getpid(), SIGINT);
-            if (!interruption.requested()) _exit(1);
-        }
-    }
-    _exit(0);
-}
-
-TEST(InterruptionDeathTest, ThatNobodyAskedForTakesEffectAtTheEnd)
-{
-    EXPECT_EXIT(interrupt_and_ask_no_more(SIGINT), ::testing::KilledBySignal(SIGINT), "");
-    EXPECT_EXIT(interrupt_and_ask_no_more(SIGTERM), ::testing::KilledBySignal(SIGTERM), "");
-}
-
-TEST(InterruptionDeathTest, OfAThirdSigintEndsTheProcess)
-{
-    EXPECT_EXIT(interrupt(2), ::testing::ExitedWithCode(0), "");
-    EXPECT_EXIT(interrupt(3), ::testing::KilledBySignal(SIGINT), "");
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include <sstream>
+#include <tuple>
 
 namespace
 {
@@ -260,7 +261,7 @@ TEST_F(ProbeChanges, AFailedOpenReadsNothing)
 
 TEST_F(ProbeChanges, AnInterruptionClosesTheListAndTheServer)
 {
-    for (const int signal : {SIGINT, SIGTERM}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         service.answer(kList, batch({}, kBusy));
         const long before = count(kList);
         const ProcessResult result = run_and_signal(command({"--json"}), kList, before + 2, signal);
@@ -269,6 +270,29 @@ TEST_F(ProbeChanges, AnInterruptionClosesTheListAndTheServer)
         const json sum = json::parse(result.out);
         EXPECT_EQ(sum.at("complete"), false);
         EXPECT_EQ(sum.at("error").at("name"), "interrupted");
+        const std::vector<std::string> all = service.operations();
+        EXPECT_EQ(all.back(), "closeServer");
+        EXPECT_EQ(all[all.size() - 2], "closeSnapChangeList");
+    }
+}
+
+TEST_F(ProbeChanges, AnEndlessListThatNobodyTakesIsClosed)
+{
+    std::vector<std::string> entries;
+    for (int i = 0; i < 1000; ++i)
+        entries.push_back(entry(kPath + std::string(100, 'x') + std::to_string(i)));
+    service.answer(kList, batch(entries));
+    Process::Streams closed;
+    closed.out_is_closed = true;
+    Process::Streams full;
+    full.out_file = "/dev/full";
+    for (const auto& [streams, code, told] :
+         {std::tuple(closed, 141, ""),
+          std::tuple(full, 4, "output: it could not be written\n    No space left on device\n")}) {
+        const ProcessResult result =
+            Process(PROBE_PROGRAM, complete(command()), kCredential, streams).finish();
+        EXPECT_EQ(result.exit_code, code);
+        EXPECT_EQ(result.err, told);
         const std::vector<std::string> all = service.operations();
         EXPECT_EQ(all.back(), "closeServer");
         EXPECT_EQ(all[all.size() - 2], "closeSnapChangeList");

@@ -190,7 +190,7 @@ TEST_F(ProbeEvents, ThatCouldNotBeWrittenAreNotDeleted)
     std::vector<std::string> arguments = complete(command({"--delete"}));
     const ProcessResult result = run_process(PROBE_PROGRAM, arguments, kCredential, "/dev/full");
     EXPECT_EQ(result.exit_code, 4);
-    EXPECT_EQ(result.err, "output: it could not be written\n");
+    EXPECT_EQ(result.err, "output: it could not be written\n    No space left on device\n");
     EXPECT_THAT(service.operations(), ElementsAreArray(around_a_failure({"getEvent"})));
 }
 

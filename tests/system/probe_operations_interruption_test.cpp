@@ -124,12 +124,22 @@ TEST_F(ProbeInterruption, DuringAnAnswerThatNeverComesStillCancels)
     EXPECT_EQ(result.err, "interrupted: cancelled operation OP-1\n");
 }
 
-TEST_F(ProbeInterruption, OfACommandThatDoesNotWaitEndsItAsEver)
+TEST_F(ProbeInterruption, AheadOfTheStartStartsNothing)
 {
-    EXPECT_EQ(run_and_signal(kCreate, "openServer", 1).exit_code, -SIGINT);
-    EXPECT_EQ(run_and_signal(with(kCreate, {"--no-wait"}), "asyncCreateSnapByName", 1, SIGTERM).exit_code,
-              -SIGTERM);
-    EXPECT_EQ(count(kWithId) + count("asyncCancel"), 0);
+    const ProcessResult result = run_and_signal(kCreate, "openServer", 1);
+    EXPECT_EQ(result.exit_code, 5);
+    EXPECT_EQ(result.err, "interrupted: the operation was not started\n");
+    EXPECT_THAT(service.operations(), ElementsAre("openServer", "closeServer"));
+}
+
+TEST_F(ProbeInterruption, OfACommandThatDoesNotWaitShowsWhatItHasStarted)
+{
+    const ProcessResult result =
+        run_and_signal(with(kCreate, {"--no-wait"}), "asyncCreateSnapByName", 1, SIGTERM);
+    EXPECT_EQ(result.exit_code, 5);
+    EXPECT_THAT(result.out, HasSubstr("OP-1"));
+    EXPECT_EQ(result.err, "interrupted: the command had come to its end already\n");
+    EXPECT_THAT(service.operations(), ElementsAre("openServer", "asyncCreateSnapByName", "closeServer"));
 }
 
 // The service answers only once the probe is gone: nothing but more signals can end it.

@@ -77,7 +77,7 @@ void read_both(int out, int err, ProcessResult& result)
 {
     pollfd watched[] = {{out, POLLIN, 0}, {err, POLLIN, 0}};
     std::string* texts[] = {&result.out, &result.err};
-    for (int open = 2; open > 0;) {
+    for (int open = (out >= 0 ? 1 : 0) + 1; open > 0;) {
         if (poll(watched, 2, -1) < 0) continue;
         for (int i = 0; i < 2; ++i) {
             if (watched[i].fd < 0 || watched[i].revents == 0) continue;
@@ -104,6 +104,7 @@ Process::Process(const std::filesystem::path& program, const std::vector<std::st
     Channel out;
     Channel err;
     open_pipe(out);
+    if (streams.out_is_closed) close(out.keep_reader());
     if (streams.terminal_for_err) {
         open_terminal(err);
     } else {
@@ -129,7 +130,7 @@ Process::Process(const std::filesystem::path& program, const std::vector<std::st
 Process::~Process()
 {
     if (id_ != 0) finish();
-    close(out_);
+    if (out_ >= 0) close(out_);
     close(err_);
 }
 

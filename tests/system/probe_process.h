@@ -23,6 +23,7 @@ class Process
     struct Streams {
         std::string out_file;          // empty: a pipe
         bool terminal_for_err = false; // a pseudo-terminal instead of a pipe
+        bool out_is_closed = false;    // a pipe that nobody reads any more
     };
 
     // The environment is this one's without SOAPWRAPPER_CREDENTIAL, with the variables given.

@@ -247,7 +247,7 @@ TEST_F(ProbeTest, OutputThatCannotBeWrittenIsAnError)
     service.answer("getServerPropByName", information({row("11;1;2")}));
     const ProcessResult result = probe({"discover", kName}, {}, "/dev/full");
     EXPECT_EQ(result.exit_code, 4);
-    EXPECT_EQ(result.err, "output: it could not be written\n");
+    EXPECT_EQ(result.err, "output: it could not be written\n    No space left on device\n");
 }
 
 } // namespace

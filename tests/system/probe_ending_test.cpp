@@ -1,0 +1,332 @@
+// How soapwrapper-probe ends before its time: by a signal, a limit of time, or an output that nobody takes.
+// Whatever it is, nothing stays open at the service.
+#include "probe_events_fixture.h"
+
+#include <nlohmann/json.hpp>
+
+#include <sys/stat.h>
+
+#include <fcntl.h>
+#include <sched.h>
+#include <unistd.h>
+
+namespace
+{
+
+using nlohmann::json;
+using ::testing::AllOf;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::MatchesRegex;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+using Words = std::vector<std::string>;
+
+class ProbeEnding : public ProbeEventsTest
+{
+  protected:
+    ProbeEnding()
+    {
+        answer_lists();
+        answer_waits("", {kBusy, 0, 0});
+        have_entries();
+    }
+
+    // A list of LSUs and a channel aren't at their end yet.
+    void have_entries()
+    {
+        for (const char* name : {"vol1", "vol2"}) service.answer_first("listLSU", element("lsu", name));
+        tell_operation(1, "one");
+    }
+
+    // The service keeps silent when an operation is asked for so many times, until the probe has ended.
+    ProcessResult run_in_silence(Words arguments, const std::string& operation, long times = 1,
+                                 const Process::Streams& streams = Process::Streams())
+    {
+        std::promise<void> end;
+        const std::shared_future<void> ended = end.get_future().share();
+        service.watch([=](const std::string& asked, long times_asked) {
+            if (asked == operation && times_asked >= times) ended.wait();
+        });
+        const ProcessResult result =
+            Process(PROBE_PROGRAM, complete(std::move(arguments)), kCredential, streams).finish();
+        end.set_value();
+        return result;
+    }
+
+    ProcessResult run_to(Words arguments, const Process::Streams& streams) const
+    {
+        return Process(PROBE_PROGRAM, complete(std::move(arguments)), kCredential, streams).finish();
+    }
+    ProcessResult run_to_closed_pipe(Words arguments) const
+    {
+        Process::Streams streams;
+        streams.out_is_closed = true;
+        return run_to(std::move(arguments), streams);
+    }
+    ProcessResult run_to_full_disk(Words arguments) const
+    {
+        Process::Streams streams;
+        streams.out_file = "/dev/full";
+        return run_to(std::move(arguments), streams);
+    }
+
+    // Of each kind of thing that was opened, as many were closed.
+    void expect_nothing_open() const
+    {
+        const std::pair<const char*, const char*> pairs[] = {{"openServer", "closeServer"},
+                                                             {"openLSUList", "closeLSUList"},
+                                                             {"openEventChannel", "closeEventChannel"}};
+        for (const auto& [open, close] : pairs) EXPECT_EQ(count(open), count(close)) << open;
+        EXPECT_EQ(service.operations().back(), "closeServer");
+    }
+
+    static Words with(Words command, const Words& more)
+    {
+        command.insert(command.end(), more.begin(), more.end());
+        return command;
+    }
+
+    const Words kLsus = {"lsus", kName};
+    const Words kServer = {"server", kName};
+    const Words kEvents = {"events", kName};
+};
+
+struct Call {
+    const char* name;
+    Words command; // behind which the server's name stands
+    const char* operation;
+    long times;
+    const char* told;
+};
+
+class ProbeEndingAt : public ProbeEnding, public ::testing::WithParamInterface<Call>
+{
+};
+
+TEST_P(ProbeEndingAt, ASignalClosesWhatIsOpenAndIsTold)
+{
+    const Call& call = GetParam();
+    long before = 0;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const ProcessResult result =
+            run_and_signal(call.command, call.operation, before + call.times, signal);
+        EXPECT_EQ(result.exit_code, 5) << signal;
+        EXPECT_EQ(result.err, std::string("interrupted: ") + call.told + '\n');
+        EXPECT_EQ(count(call.operation), before + call.times);
+        expect_nothing_open();
+        before = count(call.operation);
+        have_entries();
+    }
+}
+
+TEST_P(ProbeEndingAt, ASilentServiceIsWaitedForAsLongAsTheLimitSays)
+{
+    const Call& call = GetParam();
+    const ProcessResult result =
+        run_in_silence(with(call.command, {"--timeout", "0.1"}), call.operation, call.times);
+    EXPECT_EQ(result.exit_code, 4);
+    EXPECT_THAT(result.err, HasSubstr("timeout: the service did not answer within 0.1 seconds: 127.0.0.1:"));
+    EXPECT_EQ(service.operations().back(),
+              std::string(call.operation) == "openServer" ? "openServer" : "closeServer");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    EachKindOfCall, ProbeEndingAt,
+    ::testing::Values(
+        Call{"Login", {"server", "Network_store:filer"}, "openServer", 1, "the work was not done to its end"},
+        Call{"Properties",
+             {"server", "Network_store:filer"},
+             "getServerProp",
+             1,
+             "the command had come to its end already"},
+        Call{"ListOpening",
+             {"lsus", "Network_store:filer"},
+             "openLSUList",
+             1,
+             "the list was not read to its end"},
+        Call{"ListEntry", {"lsus", "Network_store:filer"}, "listLSU", 1, "the list was not read to its end"},
+        Call{"Event", {"events", "Network_store:filer"}, "getEvent", 1, "not all events were read"},
+        Call{"ChannelOpening",
+             {"events", "Network_store:filer"},
+             "openEventChannel",
+             1,
+             "not all events were read"},
+        Call{"OperationStart",
+             {"snapshot", "create", "Network_store:filer", "n", "--volume", "nfs:f:/v"},
+             "asyncCreateSnapByName",
+             1,
+             "cancelled operation OP-1"},
+        Call{"OperationWait",
+             {"operation", "wait", "Network_store:filer", "OP-7"},
+             "asyncWaitSnap",
+             1,
+             "cancelled operation OP-7"},
+        Call{"Closing",
+             {"server", "Network_store:filer"},
+             "closeServer",
+             1,
+             "the command had come to its end already"}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST_F(ProbeEnding, AnInterruptedListShowsWhatWasReadUpToThen)
+{
+    const ProcessResult result = run_and_signal(with(kLsus, {"--json"}), "listLSU", 1);
+    EXPECT_EQ(result.exit_code, 5);
+    const json document = json::parse(result.out);
+    EXPECT_EQ(document.at("lsus").size(), 1U);
+    EXPECT_EQ(document.at("complete"), false);
+    EXPECT_EQ(document.at("error").at("name"), "interrupted");
+}
+
+TEST_F(ProbeEnding, ASignalWhileACredentialIsWaitedForEndsTheProbeAtOnce)
+{
+    const std::string fifo = (folder / "fifo").string();
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    for (const char* command : {"server", "events"}) {
+        Process process(PROBE_PROGRAM, complete({command, kName, "--credential-file", fifo, "--json"}), {},
+                        {});
+        const int writer = open(fifo.c_str(), O_WRONLY | O_CLOEXEC); // it is being read from now on
+        kill(process.id(), SIGTERM);
+        const ProcessResult result = process.finish();
+        close(writer);
+        EXPECT_EQ(result.exit_code, 5);
+        EXPECT_EQ(result.err, "interrupted: nothing was open at the service\n");
+        EXPECT_EQ(json::parse(result.out).at("error").at("name"), "interrupted");
+    }
+    EXPECT_THAT(service.operations(), IsEmpty());
+}
+
+TEST_F(ProbeEnding, ALimitOfTheWholeRunClosesWhatIsOpen)
+{
+    const std::pair<Words, const char*> cases[] = {{kLsus, "listLSU"},
+                                                   {with(kEvents, {"--follow"}), "getEvent"}};
+    for (const auto& [command, operation] : cases) {
+        const ProcessResult result = run_in_silence(with(command, {"--deadline", "0.3"}), operation);
+        EXPECT_EQ(result.exit_code, 5);
+        EXPECT_THAT(result.err, StartsWith("deadline: "));
+        expect_nothing_open();
+    }
+}
+
+TEST_F(ProbeEnding, ALimitOfTheWholeRunHoldsBetweenCallsToo)
+{
+    const ProcessResult events = run(with(kEvents, {"--follow", "--deadline", "0.3"}));
+    EXPECT_EQ(events.exit_code, 5);
+    EXPECT_EQ(events.err, "deadline: not all events were read\n");
+    answer_waits("", {kBusy, 86400, 0});
+    const ProcessResult waiting = run(with(kCreate, {"--deadline", "0.3"}));
+    EXPECT_EQ(waiting.exit_code, 5);
+    EXPECT_EQ(waiting.err, "deadline: cancelled operation OP-1\n");
+    expect_nothing_open();
+}
+
+TEST_F(ProbeEnding, WhatCannotBeClosedInTimeIsNamed)
+{
+    service.refuse("listLSU", "broken", 77);
+    const ProcessResult result = run_in_silence(with(kLsus, {"--timeout", "0.1"}), "closeLSUList");
+    EXPECT_EQ(result.exit_code, 4);
+    EXPECT_THAT(result.err, StartsWith("warning: the list could not be closed\n"
+                                       "timeout: the service did not answer within 0.1 seconds: 127.0.0.1:"));
+    EXPECT_THAT(result.err, HasSubstr("\nservice status(77): "));
+    EXPECT_EQ(service.operations().back(), "closeServer") << "the server is closed all the same";
+}
+
+TEST_F(ProbeEnding, LimitsAreNumbersOfSeconds)
+{
+    for (const char* wrong : {"", "-1", "1s", "nan", "inf", "1e3", "0x5", "2000000000", " 1", "1 "}) {
+        for (const char* option : {"--timeout", "--deadline"}) {
+            EXPECT_EQ(run(with(kServer, {std::string(option) + '=' + wrong})).exit_code, 2) << wrong;
+        }
+    }
+    EXPECT_EQ(count("openServer"), 0);
+    for (const char* good : {"0", "0.0", "600", ".5e", "1000000000", "30.25"}) {
+        const int code = std::string(good) == ".5e" ? 2 : 0;
+        EXPECT_EQ(run(with(kServer, {"--timeout", good, "--deadline", good})).exit_code, code) << good;
+    }
+}
+
+TEST_F(ProbeEnding, AClosedPipeIsSilentAndNothingStaysOpen)
+{
+    for (const Words& command : {kLsus, with(kLsus, {"--json"}), kServer, kEvents,
+                                 with(kEvents, {"--follow"}), with(kEvents, {"--json", "--follow"})}) {
+        have_entries();
+        const ProcessResult result = run_to_closed_pipe(command);
+        EXPECT_EQ(result.exit_code, 141);
+        EXPECT_THAT(result.err, IsEmpty());
+        expect_nothing_open();
+    }
+}
+
+TEST_F(ProbeEnding, AFullDiskIsAFailureAndNothingStaysOpen)
+{
+    for (const Words& command :
+         {kLsus, with(kLsus, {"--json"}), kServer, kEvents, with(kEvents, {"--json"})}) {
+        have_entries();
+        const ProcessResult result = run_to_full_disk(command);
+        EXPECT_EQ(result.exit_code, 4);
+        EXPECT_EQ(result.err, "output: it could not be written\n    No space left on device\n");
+        expect_nothing_open();
+    }
+}
+
+TEST_F(ProbeEnding, HelpAndVersionThatCannotBeWrittenAreFailures)
+{
+    for (const char* option : {"--help", "--version"}) {
+        Process::Streams streams;
+        streams.out_file = "/dev/full";
+        const ProcessResult full = Process(PROBE_PROGRAM, {option}, {}, streams).finish();
+        EXPECT_EQ(full.exit_code, 4);
+        EXPECT_EQ(full.err, "output: it could not be written\n    No space left on device\n");
+        streams = {};
+        streams.out_is_closed = true;
+        const ProcessResult closed = Process(PROBE_PROGRAM, {option}, {}, streams).finish();
+        EXPECT_EQ(closed.exit_code, 141);
+        EXPECT_THAT(closed.err, IsEmpty());
+    }
+}
+
+TEST_F(ProbeEnding, AClosedStandardOutputIsNeverAConnections)
+{
+    const std::string command = std::string("exec ") + PROBE_PROGRAM + " lsus " + kName +
+                                " --no-discover --library " PROBE_LIBRARY " --plugin-path " +
+                                (folder / "libsoapwrapper.so").string() + " <&- >&-";
+    const ProcessResult result = run_process("/bin/sh", {"-c", command}, kCredential);
+    EXPECT_EQ(result.exit_code, 4);
+    EXPECT_EQ(result.err, "output: it could not be written\n    Bad file descriptor\n");
+    expect_nothing_open();
+}
+
+TEST_F(ProbeEnding, OnATerminalALineTellsWhoIsWaitedFor)
+{
+    Process::Streams streams;
+    streams.terminal_for_err = true;
+    const ProcessResult result =
+        run_in_silence(with(kServer, {"--timeout", "1.2"}), "getServerProp", 1, streams);
+    EXPECT_THAT(result.err, AllOf(StartsWith("\rwaiting for 127.0.0.1:"), HasSubstr(", 0:01\r")));
+    EXPECT_THAT(result.err,
+                HasSubstr(" \rtimeout: the service did not answer within 1.2 seconds: 127.0.0.1:"));
+}
+
+// The service answers only once the probe is gone: nothing but more signals can end it.
+TEST_F(ProbeEnding, AThirdTimeEndsAProbeWhoseServiceKeepsSilentAtItsClosing)
+{
+    std::promise<pid_t> id;
+    std::shared_future<pid_t> known = id.get_future().share();
+    service.watch([=](const std::string& operation, long) {
+        if (operation != "closeServer") return;
+        siginfo_t ended = {};
+        while (waitid(P_PID, static_cast<id_t>(known.get()), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+               ended.si_pid == 0) {
+            kill(known.get(), SIGINT);
+            sched_yield();
+        }
+    });
+    Process process(PROBE_PROGRAM, complete(kServer), kCredential, {});
+    id.set_value(process.id());
+    EXPECT_EQ(process.finish().exit_code, -SIGINT);
+}
+
+} // namespace
