@@ -4,7 +4,10 @@
 #define SOAPWRAPPER_PROBE_COMMANDS_COMMAND_H
 
 #include "probe/arguments/command_line.h"
+#include "probe/library/plugin_library.h"
 #include "probe/library/probe.h"
+#include "probe/output/output.h"
+#include "probe/output/problem.h"
 
 #include <functional>
 #include <iosfwd>
@@ -17,9 +20,12 @@ namespace soapwrapper::probe
 enum class JsonForm { kDocument, kLines };
 
 struct Run {
+    // What a command does with the library.
     std::function<void(const Probe&)> act;
     JsonForm json =
         JsonForm::kDocument; // known ahead of the library: a failure to load it takes this form, too
+    // What it does where the library can't be driven; without it that is a failure as any other.
+    std::function<void(const Problem&, const LibraryPlaces&, Output&)> without_library;
 };
 
 // For a command that only prints and needs no library.
@@ -28,6 +34,7 @@ using Print = std::function<void(std::ostream&)>;
 // Adds all of them.
 void add_commands(const Command& program, Run& run);
 
+void add_check_command(const Command& program, Run& run);
 void add_discover_command(const Command& program, Run& run);
 void add_server_command(const Command& program, Run& run);
 void add_lsus_command(const Command& program, Run& run);
@@ -69,7 +76,8 @@ std::function<void()> chosen(Run& run, std::shared_ptr<Options> options,
                              void (*act)(const Probe&, const Options&), JsonForm json = JsonForm::kDocument)
 {
     return [&run, options, act, json] {
-        run = {[options, act](const Probe& probe) { act(probe, *options); }, json};
+        run.act = [options, act](const Probe& probe) { act(probe, *options); };
+        run.json = json;
     };
 }
 

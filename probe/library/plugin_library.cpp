@@ -3,50 +3,29 @@
 #include "plugin/host/entry_points.h"
 #include "plugin/host/slots.h"
 #include "plugin/host/status.h"
+#include "probe/library/library_search.h"
 #include "probe/library/slots.h"
 #include "probe/output/problem.h"
 #include "probe/output/status_text.h"
 
 #include <dlfcn.h>
-#include <link.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 
 namespace soapwrapper::probe
 {
 namespace
 {
 
-namespace fs = std::filesystem;
-
 constexpr char kFileName[] = "libsoapwrapper.so";
 constexpr std::uint64_t kHostVersion = 11;
-
-// What to give to the loader: it searches for a name without a slash and takes any other as a path.
-std::string loadable_name(const std::optional<std::string>& path)
-{
-    std::error_code error;
-    if (path) {
-        const fs::path absolute = fs::absolute(*path, error);
-        return error ? *path : absolute.string();
-    }
-    const fs::path beside = fs::read_symlink("/proc/self/exe", error).replace_filename(kFileName);
-    return !error && fs::exists(beside, error) ? beside.string() : kFileName;
-}
-
-std::string real_path(void* handle, const std::string& name)
-{
-    const link_map* map = nullptr;
-    if (dlinfo(handle, RTLD_DI_LINKMAP, &map) != 0 || !map) return name;
-    std::error_code error;
-    const fs::path path = fs::canonical(map->l_name, error);
-    return error ? map->l_name : path.string();
-}
 
 template <class Function>
 Function* find_symbol(void* handle, const char* name)
@@ -79,31 +58,60 @@ void check_handshake(const char* name, int status, const Definition& definition)
 
 } // namespace
 
+std::string place_of_library(const LibraryPlaces& places)
+{
+    return path_ahead(places.library, kFileName).value_or(places.library.value_or(kFileName));
+}
+
+std::optional<std::string> told_place_ahead(const LibraryPlaces& places)
+{
+    if (places.plugin_path) return places.plugin_path;
+    const std::optional<std::string> path = path_ahead(places.library, kFileName);
+    std::error_code error;
+    const std::filesystem::path real = std::filesystem::canonical(path.value_or(""), error);
+    return error ? path : real.string();
+}
+
 void PluginLibrary::Unload::operator()(void* handle) const
 {
     dlclose(handle);
 }
 
-PluginLibrary::PluginLibrary(const std::optional<std::string>& path,
-                             const std::optional<std::string>& plugin_path)
+void PluginLibrary::begin(LoadStep step) const
 {
-    const std::string name = loadable_name(path);
-    handle_.reset(dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL));
-    if (!handle_) {
-        const char* reason = dlerror();
-        throw library_problem("the library could not be loaded", reason ? reason : name);
-    }
+    if (begins_) begins_(step);
+}
+
+void PluginLibrary::load(const LibraryPlaces& places)
+{
+    constexpr int kMode = RTLD_NOW | RTLD_LOCAL;
+    begin(LoadStep::kLoading);
+    Loaded loaded = places.library ? load_named(*places.library, kMode) : load_default(kFileName, kMode);
+    handle_.reset(loaded.handle);
+    if (!handle_) throw library_problem("the library could not be loaded", loaded.reason);
+    path_ = std::move(loaded.path);
+}
+
+PluginLibrary::PluginLibrary(const LibraryPlaces& places, std::function<void(LoadStep)> begins)
+    : begins_(std::move(begins))
+{
+    load(places);
     auto* init = find_symbol<decltype(stspi_init)>(handle_.get(), "stspi_init");
     auto* init3 = find_symbol<decltype(stspi_init3)>(handle_.get(), "stspi_init3");
 
-    const std::string told = plugin_path ? *plugin_path : real_path(handle_.get(), name);
-    check_handshake("stspi_init", init(kHostVersion, told.c_str(), &main_), main_);
+    told_path_ = places.plugin_path.value_or(path_);
+    begin(LoadStep::kInit);
+    check_handshake("stspi_init", init(kHostVersion, told_path_.c_str(), &main_), main_);
+    begin(LoadStep::kInit3);
     check_handshake("stspi_init3", init3(kHostVersion, &second_), second_);
 }
 
 PluginLibrary::~PluginLibrary()
 {
+    begin(LoadStep::kTerminate);
     if (auto* const terminate = STSPI_V11_ENTRY(main_.entry_points, stspi_terminate)) terminate();
+    begin(LoadStep::kUnloading);
+    handle_.reset();
 }
 
 void PluginLibrary::fail_empty(TableId table, std::size_t number, const char* name)

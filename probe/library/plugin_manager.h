@@ -7,8 +7,8 @@
 namespace soapwrapper::probe
 {
 
-// Loads it in everybody's sight, ahead of the library, and for good: nobody tells when the second plug-in's
-// work is over. One that can't be loaded, or is none, is a Problem.
+// Loads it, as load_named() finds it, in everybody's sight, ahead of the library, and for good: nobody tells
+// when the second plug-in's work is over. One that can't be loaded, or is none, is a Problem.
 void load_plugin_manager(const std::string& path);
 
 // Whether the library sees one, loaded here or ahead of the program.

@@ -17,6 +17,7 @@ enum class ExitCode {
     kLibrary = 3,
     kOperation = 4,
     kInterrupted = 5,
+    kUnsound = 6,     // an installation, as check has found
     kClosedPipe = 141 // as of a process that SIGPIPE has ended
 };
 

@@ -61,9 +61,11 @@ void add_limit_option(CLI::App& program, const char* name, std::optional<std::ch
 void add_common_options(CLI::App& program, CommonOptions& options)
 {
     program
-        .add_option("--library", options.library,
-                    "The library to load; without it libsoapwrapper.so beside this program, else where the "
-                    "system's loader finds it")
+        .add_option(
+            "--library", options.library,
+            "The library to load; without it libsoapwrapper.so beside this program or in the libraries' "
+            "folder that belongs to it, else where the system's loader finds it. A name without a "
+            "slash is left to the loader")
         ->type_name("PATH");
     CLI::Option* plugin_path =
         program
@@ -81,7 +83,7 @@ void add_common_options(CLI::App& program, CommonOptions& options)
     program
         .add_option("--manager", options.manager,
                     "The plug-in manager to load ahead of the library, through which it finds its second "
-                    "plug-in")
+                    "plug-in; found as --library is")
         ->type_name("PATH");
     program
         .add_option("--log", options.log_level,

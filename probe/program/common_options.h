@@ -3,6 +3,7 @@
 #define SOAPWRAPPER_PROBE_PROGRAM_COMMON_OPTIONS_H
 
 #include "probe/library/interruption.h"
+#include "probe/library/plugin_library.h"
 #include "probe/library/session.h"
 #include "probe/output/output.h"
 
@@ -30,6 +31,7 @@ struct CommonOptions {
     std::optional<std::string> trace;
     RunLimits limits{std::chrono::minutes(10), {}};
 
+    LibraryPlaces places() const { return {library, plugin_path, manager}; }
     Format format() const
     {
         if (json) return Format::kJson;

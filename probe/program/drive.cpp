@@ -2,6 +2,7 @@
 
 #include "probe/commands/command.h"
 #include "probe/library/interruption.h"
+#include "probe/library/library_trial.h"
 #include "probe/library/plugin_library.h"
 #include "probe/library/plugin_manager.h"
 #include "probe/library/probe.h"
@@ -65,10 +66,34 @@ void say_farewell(const Problem& problem, const CommonOptions& options, const Ru
 
 // What the work goes by, beside the library.
 struct Means {
+    const std::optional<Problem>& trouble; // that the library was found to make
     Output& output;
     Interruption& interruption;
     ProgressLine& line;
 };
+
+// Loads what the library needs and the library, unless it has been found not to stand that.
+void load(const LibraryPlaces& places, const std::optional<Problem>& trouble,
+          std::optional<PluginLibrary>& library)
+{
+    if (trouble) throw Problem(*trouble);
+    if (places.manager) load_plugin_manager(*places.manager);
+    library.emplace(places);
+}
+
+void act(const CommonOptions& options, const LibraryPlaces& places, const Run& run, const Means& means)
+{
+    std::optional<PluginLibrary> library;
+    try {
+        load(places, means.trouble, library);
+    } catch (const Problem& problem) {
+        if (!run.without_library) throw;
+        run.without_library(problem, places, means.output);
+        return;
+    }
+    Session session(options.log_level, std::cerr);
+    run.act(Probe{*library, session, means.output, means.interruption, means.line});
+}
 
 // Loads the library and does the work. The result is what went wrong, if anything.
 std::optional<Problem> work(const CommonOptions& options, const Run& run, const Means& means,
@@ -78,10 +103,9 @@ std::optional<Problem> work(const CommonOptions& options, const Run& run, const 
         std::optional<wire::ConfigFile> config;
         if (options.config) config.emplace(*options.config);
         if (options.trace) watching.trace(*options.trace, std::cerr);
-        if (options.manager) load_plugin_manager(*options.manager);
-        const PluginLibrary library(options.library, config ? config->plugin_path() : options.plugin_path);
-        Session session(options.log_level, std::cerr);
-        run.act(Probe{library, session, means.output, means.interruption, means.line});
+        LibraryPlaces places = options.places();
+        if (config) places.plugin_path = config->plugin_path();
+        act(options, places, run, means);
     } catch (const Problem& problem) {
         return problem;
     } catch (const std::exception& error) {
@@ -119,6 +143,8 @@ int exit_code_of(std::optional<Problem> problem, int output_error, Interruption&
 
 int drive_library(const CommonOptions& options, const Run& run)
 {
+    // Ahead of whatever makes a thread.
+    const std::optional<Problem> trouble = try_library(options.places());
     ProgressLine line;
     Interruption interruption(options.limits, {wire::cut, wire::allow, wire::where}, line);
     const auto wait = [&](int descriptor) { return interruption.wait_for_room(descriptor); };
@@ -129,7 +155,7 @@ int drive_library(const CommonOptions& options, const Run& run)
         [&](const Problem& problem) { say_farewell(problem, options, run, stream.used(), line); });
 
     Output output = output_to(stream, options, run);
-    const auto problem = work_watched(options, run, {output, interruption, line});
+    const auto problem = work_watched(options, run, {trouble, output, interruption, line});
     if (problem) output.add_problem(*problem);
     output.finish();
     interruption.set_farewell({}); // the streams that it needs are about to go

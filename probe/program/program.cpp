@@ -10,6 +10,7 @@
 #include "probe/program/drive.h"
 #include "probe/program/standard_streams.h"
 #include "probe/program/usage.h"
+#include "probe/program/version.h"
 
 #include <CLI/CLI.hpp>
 
@@ -50,17 +51,20 @@ int run_command_line(int argc, char** argv)
     CLI::App program("Plays the backup host: loads the plug-in library, calls its entries and shows what "
                      "the storage service answers.",
                      "soapwrapper-probe");
-    program.set_version_flag("--version", std::string("soapwrapper-probe ") + SOAPWRAPPER_VERSION);
     program.require_subcommand(1);
     program.fallthrough();
     program.footer(std::string("Environment:\n  ") + kCredentialVariable +
                    "      The credential, for commands that log in\n"
                    "  SOAPWRAPPER_ZAPI_PASSWORD   The filer's password, for changes\n\n"
                    "Exit codes: 0 good, 2 usage, 3 the library cannot be loaded, 4 the operation failed\n"
-                   "or the output could not be written, 5 interrupted or out of time, 141 closed pipe.\n"
+                   "or the output could not be written, 5 interrupted or out of time, 6 check has found\n"
+                   "something wrong, 141 closed pipe.\n"
                    "Each command has its own --help.");
     CommonOptions options;
     add_common_options(program, options);
+    // Behind the options that say which library to tell of: options act in the order in which they were
+    // added.
+    program.set_version_flag("--version", [&options] { return version_text(options); });
     Run run;
     add_commands(Command(&program), run);
     Print print;

@@ -2,8 +2,10 @@
  * happens to it into the file that FAKE_PLUGIN_RECORD names. */
 #include "plugin/host/entry_points.h"
 
+#include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <unistd.h>
 
 #ifndef FAKE_VERSION
 #define FAKE_VERSION 11
@@ -45,6 +47,14 @@ static int claim(const char* name)
 }
 #endif
 
+#ifdef FAKE_EXITS
+__attribute__((constructor)) static void end_the_process(void)
+{
+    puts("on the way out");
+    exit(0);
+}
+#endif
+
 STSPI_EXPORT int stspi_init(uint64_t host_version, const char* path, stspi_plugin_def_t* definition)
 {
     static const stspi_slot_t table[STSPI_V11_SLOTS] = {
@@ -53,6 +63,12 @@ STSPI_EXPORT int stspi_init(uint64_t host_version, const char* path, stspi_plugi
 #endif
         [35] = (stspi_slot_t)(terminate),
     };
+#ifdef FAKE_CRASHES
+    raise(SIGSEGV);
+#endif
+#ifdef FAKE_HANGS
+    for (;;) pause();
+#endif
     record_version("init", host_version);
     record("path", path);
     definition->version = FAKE_VERSION;

@@ -152,8 +152,11 @@ TEST(ProbeLibrary, IsGreetedWithItsRealPathAndSeenOff)
     const TemporaryFolder folder;
     fs::create_symlink(fake("claims_only"), folder / "link.so");
     probe_with(folder / "link.so", folder / "record");
-    EXPECT_EQ(read_file(folder / "record"), "init 11\npath " + fs::canonical(fake("claims_only")).string() +
-                                                "\ninit3 11\nclaim Network_store:filer\nterminate called\n");
+    const std::string greeting =
+        "init 11\npath " + fs::canonical(fake("claims_only")).string() + "\ninit3 11\n";
+    EXPECT_EQ(read_file(folder / "record"),
+              greeting + "terminate called\n" // in the process that tries it
+                  + greeting + "claim Network_store:filer\nterminate called\n");
 }
 
 TEST(ProbeLibrary, IsToldAnotherPathIfTheUserWantsIt)
@@ -187,6 +190,107 @@ TEST(ProbeLibrary, IsElseLeftToTheLoaderToFind)
     EXPECT_EQ(result.exit_code, 4);
     EXPECT_THAT(read_file(folder / "record"),
                 HasSubstr("path " + (elsewhere / "libsoapwrapper.so").string() + "\n"));
+}
+
+TEST(ProbeLibrary, ThatCrashesIsSaidToAndWhere)
+{
+    const ProcessResult result = probe_with(fake("crashes"));
+    EXPECT_EQ(result.exit_code, 3);
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_EQ(result.err, "library: the library crashed with SIGSEGV in stspi_init\n    " +
+                              fake("crashes").string() + "\n");
+}
+
+TEST(ProbeLibrary, ThatEndsTheProcessIsSaidToAndWhatItPrintsIsNotSeen)
+{
+    const ProcessResult result = probe_with(fake("exits"), {}, {"discover", kName, "--json"});
+    EXPECT_EQ(result.exit_code, 3);
+    EXPECT_EQ(json::parse(result.out).at("error").at("meaning"),
+              "the library ended the process with exit code 0 while it was loaded");
+    const ProcessResult manager =
+        run_process(PROBE_PROGRAM, {"discover", kName, "--manager", fake("exits").string()});
+    EXPECT_EQ(manager.exit_code, 3);
+    EXPECT_THAT(manager.err, StartsWith("library: the plug-in manager ended the process with exit code 0 "
+                                        "while the plug-in manager was loaded\n"));
+}
+
+TEST(ProbeLibrary, ThatIsTruncatedIsSaidNotToBeLoadable)
+{
+    const TemporaryFolder folder;
+    const fs::path copy = folder / "libsoapwrapper.so";
+    fs::copy_file(PROBE_LIBRARY, copy);
+    const auto whole = fs::file_size(copy);
+    for (const std::uintmax_t size :
+         {whole / 2, std::uintmax_t{65536}, std::uintmax_t{1000}, std::uintmax_t{16}}) {
+        fs::resize_file(copy, size);
+        const ProcessResult result = probe_with(copy);
+        EXPECT_EQ(result.exit_code, 3) << size;
+        EXPECT_THAT(result.err, AllOf(StartsWith("library: the library "), HasSubstr(copy.string()))) << size;
+    }
+}
+
+TEST(ProbeLibrary, IsFoundInTheFolderOfLibrariesOfAnInstalledProgram)
+{
+    for (const char* libraries : {"lib", LIBRARIES_FOLDER}) {
+        const TemporaryFolder folder;
+        fs::create_directories(folder / "bin");
+        fs::create_directories(folder / libraries);
+        fs::copy_file(PROBE_PROGRAM, folder / "bin/probe");
+        const fs::path library = folder / libraries / "libsoapwrapper.so";
+        fs::copy_file(fake("empty"), library);
+        const ProcessResult found = run_process(folder / "bin/probe", {"discover", kName},
+                                                {{"FAKE_PLUGIN_RECORD", (folder / "record").string()}});
+        EXPECT_EQ(found.exit_code, 4) << found.err;
+        EXPECT_THAT(read_file(folder / "record"), HasSubstr("path " + library.string() + "\n"));
+        // A bare name that the loader doesn't find, for the manager as well.
+        const ProcessResult named =
+            run_process(folder / "bin/probe", {"discover", kName, "--manager", "libsoapwrapper.so"});
+        EXPECT_EQ(named.err,
+                  "library: the plug-in manager does not export stsm_init\n    " + library.string() + "\n");
+    }
+}
+
+TEST(ProbeLibrary, WithABareNameIsLeftToTheLoaderAndNotTakenFromTheCurrentFolder)
+{
+    const ProcessResult found = probe_with("libm.so.6");
+    EXPECT_THAT(found.err, StartsWith("library: the library does not export stspi_init\n"));
+
+    const TemporaryFolder folder;
+    fs::copy_file(fake("empty"), folder / "libhere.so");
+    const std::string script = "cd \"$1\" && exec \"$2\" discover Network_x:y --library libhere.so";
+    const ProcessResult here =
+        run_process("/bin/sh", {"-c", script, "sh", (folder / "").string(), PROBE_PROGRAM});
+    EXPECT_EQ(here.exit_code, 3);
+    EXPECT_THAT(here.err, AllOf(StartsWith("library: the library could not be loaded\n    libhere.so: "),
+                                HasSubstr("did you mean ./libhere.so?\n")));
+}
+
+TEST(ProbeLibrary, IsToldWithTheVersionOfTheProgram)
+{
+    const ProcessResult result = run_process(PROBE_PROGRAM, {"--version"});
+    EXPECT_EQ(result.exit_code, 0);
+    EXPECT_THAT(result.out,
+                AllOf(StartsWith("soapwrapper-probe 9.1.0.1\nLibrary             " PROBE_LIBRARY "\n"),
+                      HasSubstr("\nRelease             910000 Tarnholme_9.1.0.1\n"),
+                      HasSubstr("\nBuilt with gSOAP    2.8."), HasSubstr("\nBuilt with OpenSSL  3."),
+                      HasSubstr("\nRuns with OpenSSL   3.")));
+    const json document = json::parse(run_process(PROBE_PROGRAM, {"--version", "--json"}).out);
+    EXPECT_EQ(document.at("version"), "9.1.0.1");
+    EXPECT_EQ(document.at("library_version"), "9.1.0.1");
+    EXPECT_EQ(document.at("library"), PROBE_LIBRARY);
+}
+
+TEST(ProbeLibrary, ThatCannotBeLoadedDoesNotHideTheVersionOfTheProgram)
+{
+    const TemporaryFolder folder;
+    const ProcessResult result =
+        run_process(PROBE_PROGRAM, {"--version", "--library", (folder / "absent.so").string()});
+    EXPECT_EQ(result.exit_code, 0);
+    EXPECT_THAT(result.out, AllOf(StartsWith("soapwrapper-probe 9.1.0.1\nLibrary  "),
+                                  HasSubstr("\nProblem  the library could not be loaded: ")));
+    const ProcessResult silent =
+        run_process(PROBE_PROGRAM, {"--version", "--library", fake("empty").string()});
+    EXPECT_THAT(silent.out, HasSubstr("\nBuilt with gSOAP    -\n"));
 }
 
 } // namespace
