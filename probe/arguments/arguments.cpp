@@ -11,7 +11,7 @@
 namespace soapwrapper::probe
 {
 
-void add_login_options(const Command& command, LoginOptions& options)
+void add_credential_options(const Command& command, LoginOptions& options)
 {
     command
         .add_option("--credential-file", options.credential_file,
@@ -22,6 +22,11 @@ void add_login_options(const Command& command, LoginOptions& options)
     command.add_option("--credential-type", options.credential_type, "Type number of the credential")
         .type_name("N")
         .capture_default_str();
+}
+
+void add_login_options(const Command& command, LoginOptions& options)
+{
+    add_credential_options(command, options);
     command.add_option("--interface", options.required_interface, "Interface to require of the service")
         .type_name("TEXT");
     command.add_flag("--no-discover", options.no_discovery,

@@ -41,6 +41,9 @@ struct HostArguments {
 
 void add_login_options(const Command& command, LoginOptions& options);
 
+// The first of them: where the credential is, and of which type.
+void add_credential_options(const Command& command, LoginOptions& options);
+
 void add_target_server_option(const Command& command, LoginOptions& options);
 
 // NAME, and how to log in.

@@ -17,6 +17,7 @@ Command add_group(const Command& program, const char* name, const char* descript
 
 void add_commands(const Command& program, Run& run)
 {
+    add_check_command(program, run);
     add_discover_command(program, run);
     add_server_command(program, run);
     add_lsus_command(program, run);

@@ -1,14 +1,12 @@
 #include "probe/output/server_report.h"
 
 #include "plugin/host/host_records.h"
+#include "probe/output/offered_interface.h"
 #include "probe/output/output.h"
 #include "probe/output/text.h"
 
-#include <algorithm>
-#include <cstdlib>
 #include <iterator>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,62 +17,7 @@ namespace
 
 using nlohmann::ordered_json;
 
-constexpr std::size_t kValuesPerRow = 5;
 constexpr int kBitsPerWord = 32;
-
-// One row of the record: "major;minor;sdk;type;url".
-struct OfferedInterface {
-    std::string row;
-    std::vector<std::string> values; // kValuesPerRow of them, or the row is malformed
-    bool chosen = false;
-
-    bool well_formed() const { return values.size() == kValuesPerRow; }
-    int number(std::size_t value) const
-    {
-        return static_cast<int>(std::strtol(values[value].c_str(), nullptr, 10));
-    }
-    std::string version() const
-    {
-        return std::to_string(number(0)) + '.' + std::to_string(number(1)) + '.' + std::to_string(number(2));
-    }
-};
-
-std::vector<std::string> split(std::string_view row)
-{
-    std::vector<std::string> values;
-    for (;;) {
-        const std::size_t end = row.find(';');
-        values.emplace_back(row.substr(0, end));
-        if (end == std::string_view::npos) return values;
-        row.remove_prefix(end + 1);
-    }
-}
-
-// The line that the library logs when it has chosen this one. The line is made anew and compared as a whole
-// rather than taken apart: what a service puts into a row can't mislead it.
-std::string selection_of(const OfferedInterface& offered)
-{
-    return "Interface selected: major " + std::to_string(offered.number(0)) + " minor " +
-           std::to_string(offered.number(1)) + " sdk " + std::to_string(offered.number(2)) + " type " +
-           offered.values[3] + " url " + offered.values[4];
-}
-
-std::vector<OfferedInterface> offered_interfaces(const sts_server_info_v8_t& info,
-                                                 const std::string& selection)
-{
-    std::vector<OfferedInterface> offers;
-    bool found = false;
-    for (const auto& field : info.requiredInterface) {
-        if (field[0] == '\0') break;
-        OfferedInterface offered;
-        offered.row = std::string_view(field, std::size(field));
-        offered.row.resize(std::min(offered.row.find('\0'), offered.row.size()));
-        offered.values = split(offered.row);
-        if (!found && offered.well_formed()) found = offered.chosen = selection_of(offered) == selection;
-        offers.push_back(std::move(offered));
-    }
-    return offers;
-}
 
 std::vector<int> capabilities(const sts_server_info_v8_t& info)
 {
@@ -139,8 +82,8 @@ void fill(ordered_json& document, const std::string& name, const sts_server_info
         entry["well_formed"] = offered.well_formed();
         if (offered.well_formed()) {
             entry["version"] = offered.version();
-            entry["type"] = clean_line(offered.values[3]);
-            entry["url"] = clean_line(offered.values[4]);
+            entry["type"] = clean_line(offered.type());
+            entry["url"] = clean_line(offered.url());
         }
         if (choice_is_known) entry["chosen"] = offered.chosen;
         document["interfaces"].push_back(std::move(entry));
@@ -178,8 +121,8 @@ Table interface_table(const std::vector<OfferedInterface>& offers, bool choice_i
         if (bare || choice_is_known) cells.emplace_back(offered.chosen ? "*" : "");
         if (offered.well_formed()) {
             cells.push_back(offered.version());
-            cells.push_back(clean_line(offered.values[3]));
-            cells.push_back(clean_line(offered.values[4]));
+            cells.push_back(clean_line(offered.type()));
+            cells.push_back(clean_line(offered.url()));
         } else {
             cells.insert(cells.end(), {"malformed", "", clean_line(offered.row)});
         }
