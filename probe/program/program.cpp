@@ -17,7 +17,6 @@
 #include <unistd.h>
 
 #include <iostream>
-#include <optional>
 #include <string>
 
 namespace soapwrapper::probe
