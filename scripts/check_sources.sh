@@ -29,11 +29,12 @@ declare -A may_include=(
     [simulator/scenario]="plugin/host"
     [simulator/storage]="plugin/host simulator/scenario"
     [simulator/traffic]="messages simulator/front"
+    [simulator/replay]="messages simulator/front"
     [simulator/service]="plugin/host simulator/front simulator/scenario simulator/storage simulator/traffic"
     [simulator/api]="plugin/host simulator/front simulator/contract simulator/scenario simulator/storage simulator/traffic \
         simulator/service"
-    [simulator]="plugin/host simulator/front simulator/contract simulator/page simulator/scenario simulator/storage \
-        simulator/traffic simulator/service simulator/api"
+    [simulator]="plugin/host messages simulator/front simulator/contract simulator/page simulator/replay simulator/scenario \
+        simulator/storage simulator/traffic simulator/service simulator/api"
     [simulator/zapi]="plugin/host simulator/scenario"
     [probe/output]="plugin/host"
     [probe/wire]="plugin/host messages probe/output"

@@ -67,13 +67,11 @@ Listening listen(const Options& options, std::optional<TlsIdentity> identity)
     Listening listening;
     // People have an address of their own, or come in where hosts do.
     const Serves serves = options.page ? Serves::kHosts : Serves::kHostsAndPeopleOnLoopback;
-    std::string http_url;
-    std::string https_url;
     if (options.http) {
         Descriptor socket = listen_on(*options.http);
         const Address bound = address_of(socket.get());
         listening.urls.push_back("http://" + to_string(bound));
-        http_url = "http://" + to_string({advertised_host(options, bound), bound.port});
+        listening.http_url = "http://" + to_string({advertised_host(options, bound), bound.port});
         listening.listeners.push_back(plain(std::move(socket), serves));
     }
     if (options.https) {
@@ -81,7 +79,7 @@ Listening listen(const Options& options, std::optional<TlsIdentity> identity)
         const Address bound = address_of(socket.get());
         const std::string host = advertised_host(options, bound);
         listening.urls.push_back("https://" + to_string(bound));
-        https_url = "https://" + to_string({host, bound.port});
+        listening.https_url = "https://" + to_string({host, bound.port});
         if (!identity) {
             MadeTlsIdentity made = make_tls_identity({host, bound.host});
             identity = std::move(made.identity);
@@ -94,7 +92,7 @@ Listening listen(const Options& options, std::optional<TlsIdentity> identity)
         listening.page_url = "http://" + to_string(address_of(socket.get()));
         listening.listeners.push_back(plain(std::move(socket), Serves::kPeople));
     }
-    listening.interfaces = interface_rows(http_url, https_url);
+    listening.interfaces = interface_rows(listening.http_url, listening.https_url);
     return listening;
 }
 

@@ -15,8 +15,11 @@ namespace soapwrapper::simulator
 
 struct Listening {
     std::vector<Listener> listeners;
-    std::vector<std::string> urls;       // of the service, as it is bound
-    std::string page_url;                // empty, unless people have an address of their own
+    std::vector<std::string> urls; // of the service, as it is bound
+    std::string page_url;          // empty, unless people have an address of their own
+    // Of the service, as clients are told them; empty: it isn't served there.
+    std::string http_url;
+    std::string https_url;
     std::vector<std::string> interfaces; // that a server names
     std::string authority;               // in PEM; empty if none was made
 };

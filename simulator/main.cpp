@@ -1,3 +1,5 @@
+#include "messages/recording.h"
+#include "messages/recording_reader.h"
 #include "simulator/api/admission.h"
 #include "simulator/api/api_context.h"
 #include "simulator/api/changes.h"
@@ -10,6 +12,8 @@
 #include "simulator/identity_files.h"
 #include "simulator/listening.h"
 #include "simulator/options.h"
+#include "simulator/replay/replay.h"
+#include "simulator/replayed_file.h"
 #include "simulator/routes.h"
 #include "simulator/scenario/scenario_error.h"
 #include "simulator/scenario_report.h"
@@ -62,6 +66,18 @@ struct Traffic {
     Changes changes; // ends first, with the thread that asks the other
 };
 
+void announce_and_run(const Options& options, const Listening& listening, Server& server, RequestLog& log)
+{
+    if (!options.ca_out.empty()) write_ca_file(options.ca_out, listening.authority);
+    for (const std::string& url : listening.urls) std::cout << url << '\n';
+    if (!listening.page_url.empty()) std::cout << "page " << listening.page_url << '\n';
+    std::cout << "ready" << std::endl;
+    if (server.run()) return;
+    // A handler is still at work, and what it works on must not be taken down under it.
+    log.tell_dropped();
+    std::_Exit(0);
+}
+
 void simulate(const Options& options)
 {
     NamedScenario scenario = named_scenario(options.scenario);
@@ -82,15 +98,22 @@ void simulate(const Options& options)
     const Admission admission(names_for_people(options));
     Server server(std::move(listening.listeners), routes_of(backend, api, admission), options.threads, log,
                   stop_signals.get(), [&interference] { interference.stop(); });
+    announce_and_run(options, listening, server, log);
+}
 
-    if (!options.ca_out.empty()) write_ca_file(options.ca_out, listening.authority);
-    for (const std::string& url : listening.urls) std::cout << url << '\n';
-    if (!listening.page_url.empty()) std::cout << "page " << listening.page_url << '\n';
-    std::cout << "ready" << std::endl;
-    if (server.run()) return;
-    // A handler is still at work, and what it works on must not be taken down under it.
-    log.tell_dropped();
-    std::_Exit(0);
+void replay(const Options& options)
+{
+    messages::Recording recording = recording_in_file(options.replay);
+    std::optional<TlsIdentity> identity;
+    if (!options.certificate.empty()) identity = read_identity(options.certificate, options.key);
+    const Descriptor stop_signals = take_stop_signals();
+    Listening listening = listen(options, std::move(identity));
+    tell_of_recording(recording, std::cout, std::cerr);
+    Replay replay(std::move(recording), {listening.http_url, listening.https_url}, options.replay_times);
+    RequestLog log(options.verbose);
+    Server server(std::move(listening.listeners), replay_routes(replay, log), options.threads, log,
+                  stop_signals.get(), [&replay] { replay.stop(); });
+    announce_and_run(options, listening, server, log);
 }
 
 } // namespace
@@ -107,9 +130,16 @@ int main(int argc, char** argv)
     try {
         const std::string& checked = command_line.options->checked_scenario;
         if (!checked.empty()) return report_on_scenario(checked, std::cout);
-        simulate(*command_line.options);
+        if (!command_line.options->replay.empty()) {
+            replay(*command_line.options);
+        } else {
+            simulate(*command_line.options);
+        }
         return 0;
     } catch (const ScenarioError& trouble) {
+        std::cerr << "soapwrapper-sim: " << trouble.what() << '\n';
+        return kExitUsage;
+    } catch (const soapwrapper::messages::RecordingError& trouble) {
         std::cerr << "soapwrapper-sim: " << trouble.what() << '\n';
         return kExitUsage;
     } catch (const IdentityError& trouble) {

@@ -102,6 +102,20 @@ void add_trouble_options(CLI::App& app, std::vector<std::string>& faults, std::v
         ->allow_extra_args(false);
 }
 
+// A recording leaves nothing to simulate.
+void add_replay_options(CLI::App& app, Options& options)
+{
+    CLI::Option* replay = add_file_option(
+        app, "--replay", options.replay,
+        "Simulate nothing, but answer from this file, which the --record of soapwrapper-probe has written");
+    app.add_flag("--replay-times", options.replay_times, "Take as long for an answer as it took then")
+        ->needs(replay);
+    for (const char* other : {"--page", "--credential", "--scenario", "--check-scenario", "--print-scenario",
+                              "--text-encoding", "--fault", "--delay", "--list-operations", "--dump"}) {
+        replay->excludes(app.get_option(other));
+    }
+}
+
 std::string operation_lines()
 {
     std::string lines;
@@ -161,6 +175,7 @@ CommandLine parse_command_line(const std::vector<std::string>& arguments)
     app.add_option("--dump", options.dump, "Write every request and reply to files in this folder")
         ->type_name("DIR")
         ->check([](const std::string& given) { return given.empty() ? "names no folder" : ""; });
+    add_replay_options(app, options);
     app.add_flag("-v,--verbose", options.verbose, "Log every request on standard error");
 
     CommandLine result;

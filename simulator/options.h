@@ -33,7 +33,9 @@ struct Options {
     unsigned threads = 8;
     bool verbose = false;
     std::vector<Trouble> troubles;
-    std::string dump; // a folder; empty: none
+    std::string dump;   // a folder; empty: none
+    std::string replay; // a recording that is answered from instead of a scenario, if any
+    bool replay_times = false;
 };
 
 // What the command line comes to: options to start with, or a text to print and an exit code.

@@ -7,8 +7,10 @@
 #include "simulator/front/http.h"
 #include "simulator/front/request_log.h"
 #include "simulator/page/page.h"
+#include "simulator/replay/replay.h"
 #include "simulator/service/service.h"
 
+#include <exception>
 #include <utility>
 #include <vector>
 
@@ -18,6 +20,7 @@ namespace
 {
 
 constexpr int kHttpMethodNotAllowed = 405;
+constexpr int kHttpInternalServerError = 500;
 
 // GET / is the contract's where the query asks for the WSDL.
 Handler wsdl_or(Handler otherwise)
@@ -55,6 +58,20 @@ std::vector<Route> routes_of(const Backend& backend, const Api& api, const Admis
     routes.push_back({"GET", "/", wsdl_or(nothing_to_get(backend.log)), Audience::kHosts});
     for (Route& route : contract_routes()) routes.push_back(std::move(route));
     return routes;
+}
+
+std::vector<Route> replay_routes(Replay& replay, RequestLog& log)
+{
+    const Handler answer = [&replay, &log](const Request& request) {
+        try {
+            Replay::Replayed replayed = replay.answer(request);
+            log.line(request.is_tls, request.client, replayed.operation, replayed.outcome);
+            return std::move(replayed.answer);
+        } catch (const std::exception&) {
+            return refusal(kHttpInternalServerError);
+        }
+    };
+    return {{"POST", "", answer, Audience::kHosts}, {"POST", "/", answer, Audience::kHosts}};
 }
 
 } // namespace soapwrapper::simulator
