@@ -9,6 +9,7 @@
 #include "probe/output/status_text.h"
 
 #include <dlfcn.h>
+#include <string.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -112,6 +113,11 @@ PluginLibrary::~PluginLibrary()
     if (auto* const terminate = STSPI_V11_ENTRY(main_.entry_points, stspi_terminate)) terminate();
     begin(LoadStep::kUnloading);
     handle_.reset();
+}
+
+std::string PluginLibrary::release() const
+{
+    return {main_.release, strnlen(main_.release, sizeof main_.release)};
 }
 
 void PluginLibrary::fail_empty(TableId table, std::size_t number, const char* name)

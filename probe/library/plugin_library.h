@@ -54,6 +54,8 @@ class PluginLibrary
     const stspi_plugin_def_t& definition() const { return main_; }
     // The loader's.
     void* handle() const { return handle_.get(); }
+    // Its name for itself, of stspi_init.
+    std::string release() const;
 
     // The entry in a slot. A slot that is empty is a Problem that names it.
     template <class Entry>

@@ -95,6 +95,11 @@ void add_common_options(CLI::App& program, CommonOptions& options)
         .add_option("--trace", options.trace,
                     "Write all requests and replies to a file, without what is secret; - is standard error")
         ->type_name("FILE");
+    program
+        .add_option("--record", options.record,
+                    "Write all requests and replies to a file that soapwrapper-sim --replay answers from, "
+                    "without what is secret")
+        ->type_name("FILE");
     program.add_flag("--bytes", options.bytes,
                      "Print sizes to the byte; in the forms for scripts they always are");
     add_limit_option(program, "--timeout", options.limits.call,

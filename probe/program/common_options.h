@@ -29,6 +29,7 @@ struct CommonOptions {
     bool bytes = false;
     std::optional<std::string> separator;
     std::optional<std::string> trace;
+    std::optional<std::string> record;
     RunLimits limits{std::chrono::minutes(10), {}};
 
     LibraryPlaces places() const { return {library, plugin_path, manager}; }

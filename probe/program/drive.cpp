@@ -81,7 +81,8 @@ void load(const LibraryPlaces& places, const std::optional<Problem>& trouble,
     library.emplace(places);
 }
 
-void act(const CommonOptions& options, const LibraryPlaces& places, const Run& run, const Means& means)
+void act(const CommonOptions& options, const LibraryPlaces& places, const Run& run, const Means& means,
+         wire::Watching& watching)
 {
     std::optional<PluginLibrary> library;
     try {
@@ -91,6 +92,7 @@ void act(const CommonOptions& options, const LibraryPlaces& places, const Run& r
         run.without_library(problem, places, means.output);
         return;
     }
+    if (options.record) watching.record(*options.record, library->release());
     Session session(options.log_level, std::cerr);
     run.act(Probe{*library, session, means.output, means.interruption, means.line});
 }
@@ -105,7 +107,7 @@ std::optional<Problem> work(const CommonOptions& options, const Run& run, const 
         if (options.trace) watching.trace(*options.trace, std::cerr);
         LibraryPlaces places = options.places();
         if (config) places.plugin_path = config->plugin_path();
-        act(options, places, run, means);
+        act(options, places, run, means, watching);
     } catch (const Problem& problem) {
         return problem;
     } catch (const std::exception& error) {

@@ -1,9 +1,12 @@
 #include "probe/wire/watching.h"
 
+#include "messages/recording.h"
+#include "messages/utc_time.h"
 #include "probe/output/problem.h"
 #include "probe/wire/exchange.h"
 #include "probe/wire/trace_text.h"
 
+#include <chrono>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -28,11 +31,21 @@ void Watching::write_trace(const Exchange& exchange)
     *trace_ << (last_ == 1 ? "" : "\n") << text << std::flush;
 }
 
+void Watching::record(const std::string& path, const std::string& library)
+{
+    const std::string time = messages::utc_time(std::chrono::system_clock::now());
+    recorder_.emplace(path, messages::RecordingHead{"soapwrapper-probe " SOAPWRAPPER_VERSION, library, time},
+                      secrets_.blotter());
+    exchanges_.give_to([this](const Exchange& exchange) { recorder_->take(exchange); });
+}
+
 std::optional<Problem> Watching::finish()
 {
     exchanges_.finish();
-    if (!trace_ || trace_->good()) return std::nullopt;
-    return Problem(ExitCode::kOperation, "trace", std::nullopt, "it could not be written");
+    if (trace_ && !trace_->good()) {
+        return Problem(ExitCode::kOperation, "trace", std::nullopt, "it could not be written");
+    }
+    return recorder_ ? recorder_->problem() : std::nullopt;
 }
 
 } // namespace soapwrapper::probe::wire

@@ -5,6 +5,7 @@
 #include "probe/output/problem.h"
 #include "probe/wire/exchange.h"
 #include "probe/wire/exchanges.h"
+#include "probe/wire/recorder.h"
 #include "probe/wire/secrets.h"
 #include "probe/wire/written_file.h"
 
@@ -24,6 +25,10 @@ class Watching
     // `errors`. A path that can't be written to is a Problem.
     void trace(const std::string& path, std::ostream& errors);
 
+    // Writes each exchange as a line of a recording, of which `library` is the release of the one at work. A
+    // path that can't be written to is a Problem.
+    void record(const std::string& path, const std::string& library);
+
     // Writes what is under way still. The result is what was wrong with the writing, if anything.
     std::optional<Problem> finish();
 
@@ -34,6 +39,7 @@ class Watching
     std::optional<WrittenFile> file_;
     std::ostream* trace_ = nullptr;
     std::uint64_t last_ = 0;
+    std::optional<Recorder> recorder_;
     Exchanges exchanges_; // the last member: at its end it gives what is under way to the others
 };
 
