@@ -32,28 +32,33 @@ std::vector<LoggedRequest> attempts(const Session& session, const std::string& n
     return requests;
 }
 
-std::string meaning_of_refused_name(const Problem& refused, const std::string& name)
+std::string trouble_with(const std::string& name, int status)
 {
-    if (refused.status() == STS_ENOTMINE) {
+    if (status == STS_ENOTMINE) {
         return "the server name " + name +
                " bears another plug-in's prefix; those of this library begin with Network_";
     }
-    if (refused.status() == STS_ENULLARG) {
+    if (status == STS_ENULLARG && name.find(':') == std::string::npos) {
         return "the server name " + name +
                " has no colon; it is a prefix, a colon and a host, such as "
                "Network_storage:filer1.example.com";
     }
-    return refused.meaning();
+    return {};
 }
 
 } // namespace
 
+Problem with_name_trouble(const Problem& problem, const std::string& name)
+{
+    const std::string trouble = trouble_with(name, problem.status().value_or(STS_EOK));
+    if (trouble.empty() || !problem.url().empty()) return problem;
+    return Problem(problem.code(), problem.name(), problem.status(), trouble, problem.detail());
+}
+
 void claim_name(const Probe& probe, const std::string& name)
 {
     const auto refused = problem_of(probe, call(probe, slot::stspi_claim, name.c_str()));
-    if (!refused) return;
-    throw Problem(refused->code(), refused->name(), refused->status(),
-                  meaning_of_refused_name(*refused, name), refused->detail());
+    if (refused) throw Problem(with_name_trouble(*refused, name));
 }
 
 ServerDiscovery discover_server(const Probe& probe, const std::string& name)
@@ -65,7 +70,7 @@ ServerDiscovery discover_server(const Probe& probe, const std::string& name)
                             found.info.get());
     found.selection = probe.session.last_record("Interface selected: ");
     if (const auto problem = problem_of(probe, status)) {
-        found.problem = told_by_attempts(*problem, attempts(probe.session, name));
+        found.problem = told_by_attempts(with_name_trouble(*problem, name), attempts(probe.session, name));
     }
     return found;
 }

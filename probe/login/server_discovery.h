@@ -23,6 +23,9 @@ struct ServerDiscovery {
 // thrown.
 void claim_name(const Probe& probe, const std::string& name);
 
+// A problem with what is wrong with the name, if it is that and no service was asked.
+Problem with_name_trouble(const Problem& problem, const std::string& name);
+
 // Has the name claimed by the library (a name that isn't its own is thrown as a Problem), then looks for the
 // service behind it. From then on the library knows where that service is.
 ServerDiscovery discover_server(const Probe& probe, const std::string& name);

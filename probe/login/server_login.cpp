@@ -83,7 +83,7 @@ ServerLogin::ServerLogin(const Probe& probe, const std::string& name, const Logi
     const int status = call(probe, slot::stspi_open_server, probe.session.record(), name.c_str(),
                             credential.record(), interface_name, server_.address());
     if (credential.record()->len > 0) warn_of_clear_login(probe.session, selection_);
-    if (const auto problem = problem_of(probe, status)) throw Problem(*problem);
+    if (const auto problem = problem_of(probe, status)) throw Problem(with_name_trouble(*problem, name));
     server_.check();
     if (opens_more) opens_more(credential.record());
     if (options.target_server.empty()) return;

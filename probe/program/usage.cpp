@@ -181,6 +181,12 @@ std::string about_value(const CLI::ParseError& error)
     if (said.find(" required ") != std::string::npos && said.find(" missing") != std::string::npos) {
         return name + " needs a value";
     }
+    const std::size_t range = said.find(" not in range ");
+    const std::string value_mark = name + ": Value ";
+    if (range != std::string::npos && begins_with(said, value_mark)) {
+        return name + " takes a number in the range" + said.substr(range + 13) + ", not " +
+               said.substr(value_mark.size(), range - value_mark.size());
+    }
     const std::size_t excludes = said.find(" excludes ");
     if (excludes != std::string::npos) {
         return said.substr(0, excludes) + " and " + said.substr(excludes + 10) + " cannot be given together";

@@ -171,9 +171,9 @@ TEST_F(ProbeCauses, AUsageErrorIsASentenceWithTheUsageAndTheWayToHelp)
         {{"snapshots", kName}, "LSU or --volume is required"},
         {{"export", "add", kName, "l", "--volume", "nfs:a:b"}, "--host is missing"},
         {{"lsus", kName, "one", "two"}, "the argument one is one too many"},
-        {{"lsus", kName, "--limit", "many"}, "--limit takes a number within its range, not many"},
+        {{"images", kName, "l", "--type", "many"}, "--type takes a number within its range, not many"},
         {{"lsus", kName, "--limit"}, "--limit needs a value"},
-        {{"lsus", kName, "--json", "--separator", ","}, "--separator and --json cannot be given together"},
+        {{"lsus", kName, "--json", "--separator", ","}, "--json and --separator cannot be given together"},
         {{"changes", kName, "l", "a", "b", "--route", "fax"}, "--route: fax not in {service,zapi}"}};
     for (const auto& [words, text] : cases) {
         const ProcessResult result = run_process(PROBE_PROGRAM, words);

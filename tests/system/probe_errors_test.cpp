@@ -95,12 +95,17 @@ TEST_F(ProbeTest, ErrorOfANameThatBelongsToAnotherPlugIn)
 
 TEST_F(ProbeTest, ErrorOfANameWithoutAColon)
 {
-    const ProcessResult result = probe({"discover", "Network_store"});
-    EXPECT_EQ(result.exit_code, 4);
-    EXPECT_EQ(
-        result.err,
-        "STS_ENULLARG(2060001): the server name Network_store has no colon; it is a prefix, a colon and "
-        "a host, such as Network_storage:filer1.example.com\n");
+    const std::vector<std::vector<std::string>> commands = {{"discover", "Network_store"},
+                                                            {"server", "Network_store"},
+                                                            {"server", "Network_store", "--no-discover"}};
+    for (const std::vector<std::string>& words : commands) {
+        const ProcessResult result = probe(words, {{"SOAPWRAPPER_CREDENTIAL", "open sesame"}});
+        EXPECT_EQ(result.exit_code, 4);
+        EXPECT_THAT(
+            result.err,
+            StartsWith("STS_ENULLARG(2060001): the server name Network_store has no colon; it is a prefix, "
+                       "a colon and a host, such as Network_storage:filer1.example.com\n"));
+    }
     EXPECT_THAT(service.operations(), IsEmpty());
 }
 
