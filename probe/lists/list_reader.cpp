@@ -175,7 +175,7 @@ void finish_list(const Probe& probe, const ListEnd& end)
 {
     if (end.problem) throw Problem(*end.problem);
     if (end.extent != Extent::kLimited) return;
-    probe.output.flush(); // the note stands behind the entries
+    probe.output.deliver(); // the note stands behind the entries
     std::cerr << "... and more: shown are the first " << end.limit << " (--limit)" << std::endl;
 }
 

@@ -119,7 +119,7 @@ std::optional<Problem> work(const CommonOptions& options, const Run& run, const 
 // The same, watched. A trace that couldn't be written is told beside what else went wrong.
 std::optional<Problem> work_watched(const CommonOptions& options, const Run& run, const Means& means)
 {
-    wire::Watching watching;
+    wire::Watching watching([&](int descriptor) { return means.interruption.wait_for_room(descriptor); });
     std::optional<Problem> problem = work(options, run, means, watching);
     const std::optional<Problem> unwritten = watching.finish();
     if (!problem) return unwritten;

@@ -87,8 +87,9 @@ RecordedExchange recorded(const Exchange& exchange)
     return result;
 }
 
-Recorder::Recorder(const std::string& path, const messages::RecordingHead& head, messages::Blotter& blotter)
-    : blotter_(blotter), file_(path)
+Recorder::Recorder(const std::string& path, const messages::RecordingHead& head, messages::Blotter& blotter,
+                   const DescriptorBuffer::Wait& wait)
+    : blotter_(blotter), file_(path, wait)
 {
     write(messages::recording_line(head, blotter_));
 }

@@ -4,6 +4,7 @@
 
 #include "messages/blotter.h"
 #include "messages/recording.h"
+#include "probe/output/descriptor_stream.h"
 #include "probe/output/problem.h"
 #include "probe/wire/exchange.h"
 #include "probe/wire/written_file.h"
@@ -19,7 +20,8 @@ class Recorder
 {
   public:
     // A path that can't be written to is a Problem.
-    Recorder(const std::string& path, const messages::RecordingHead& head, messages::Blotter& blotter);
+    Recorder(const std::string& path, const messages::RecordingHead& head, messages::Blotter& blotter,
+             const DescriptorBuffer::Wait& wait);
 
     void take(const Exchange& exchange);
 

@@ -18,7 +18,7 @@ void Watching::trace(const std::string& path, std::ostream& errors)
 {
     trace_ = &errors;
     if (path != "-") {
-        file_.emplace(path);
+        file_.emplace(path, wait_);
         trace_ = &file_->stream();
     }
     exchanges_.give_to([this](const Exchange& exchange) { write_trace(exchange); });
@@ -35,7 +35,7 @@ void Watching::record(const std::string& path, const std::string& library)
 {
     const std::string time = messages::utc_time(std::chrono::system_clock::now());
     recorder_.emplace(path, messages::RecordingHead{"soapwrapper-probe " SOAPWRAPPER_VERSION, library, time},
-                      secrets_.blotter());
+                      secrets_.blotter(), wait_);
     exchanges_.give_to([this](const Exchange& exchange) { recorder_->take(exchange); });
 }
 

@@ -2,6 +2,7 @@
 #ifndef SOAPWRAPPER_PROBE_WIRE_WATCHING_H
 #define SOAPWRAPPER_PROBE_WIRE_WATCHING_H
 
+#include "probe/output/descriptor_stream.h"
 #include "probe/output/problem.h"
 #include "probe/wire/exchange.h"
 #include "probe/wire/exchanges.h"
@@ -13,6 +14,7 @@
 #include <iosfwd>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace soapwrapper::probe::wire
 {
@@ -21,6 +23,9 @@ namespace soapwrapper::probe::wire
 class Watching
 {
   public:
+    // `wait`: until a pipe takes something; see DescriptorBuffer.
+    explicit Watching(DescriptorBuffer::Wait wait) : wait_(std::move(wait)) {}
+
     // Writes each exchange as a text as soon as it ends, to a file of this path or, if it is "-", to
     // `errors`. A path that can't be written to is a Problem.
     void trace(const std::string& path, std::ostream& errors);
@@ -35,6 +40,7 @@ class Watching
   private:
     void write_trace(const Exchange& exchange);
 
+    const DescriptorBuffer::Wait wait_;
     Secrets secrets_;
     std::optional<WrittenFile> file_;
     std::ostream* trace_ = nullptr;

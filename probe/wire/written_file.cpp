@@ -1,5 +1,6 @@
 #include "probe/wire/written_file.h"
 
+#include "probe/output/descriptor_stream.h"
 #include "probe/output/problem.h"
 
 #include <fcntl.h>
@@ -8,7 +9,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <ios>
 #include <string>
 
 namespace soapwrapper::probe::wire
@@ -54,9 +54,15 @@ int require_open(const std::string& path)
 
 } // namespace
 
-WrittenFile::WrittenFile(const std::string& path)
-    : buffer_(require_open(path), std::ios::out), stream_(&buffer_)
+WrittenFile::WrittenFile(const std::string& path, const DescriptorBuffer::Wait& wait)
+    : descriptor_(require_open(path)), stream_(descriptor_, wait)
 {
+}
+
+WrittenFile::~WrittenFile()
+{
+    stream_.flush();
+    close(descriptor_);
 }
 
 } // namespace soapwrapper::probe::wire

@@ -1,7 +1,7 @@
 #ifndef SOAPWRAPPER_PROBE_WIRE_WRITTEN_FILE_H
 #define SOAPWRAPPER_PROBE_WIRE_WRITTEN_FILE_H
 
-#include <ext/stdio_filebuf.h>
+#include "probe/output/descriptor_stream.h"
 
 #include <ostream>
 #include <string>
@@ -14,16 +14,17 @@ namespace soapwrapper::probe::wire
 class WrittenFile
 {
   public:
-    explicit WrittenFile(const std::string& path);
-    ~WrittenFile() = default;
+    // `wait`: until a pipe takes something.
+    WrittenFile(const std::string& path, const DescriptorBuffer::Wait& wait);
+    ~WrittenFile();
     WrittenFile(const WrittenFile&) = delete;
     WrittenFile& operator=(const WrittenFile&) = delete;
 
     std::ostream& stream() { return stream_; }
 
   private:
-    __gnu_cxx::stdio_filebuf<char> buffer_;
-    std::ostream stream_;
+    const int descriptor_;
+    DescriptorStream stream_;
 };
 
 } // namespace soapwrapper::probe::wire

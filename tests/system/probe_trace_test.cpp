@@ -188,6 +188,18 @@ TEST_F(ProbeTrace, GoesToAPipe)
     EXPECT_THAT(read.get(), AllOf(StartsWith("#1  "), HasSubstr("\n< HTTP/1.1 200 OK\n")));
 }
 
+TEST_F(ProbeTrace, LeavesNothingOpenWhereItsReaderLeaves)
+{
+    ASSERT_EQ(mkfifo((folder / "trace").c_str(), 0600), 0);
+    const std::shared_future<void> gone =
+        std::async(std::launch::async, [this] { std::ifstream(folder / "trace").close(); });
+    service.watch([&](const std::string& /*operation*/, long /*times*/) { gone.wait(); });
+    const ProcessResult result = traced({"server", kName});
+    EXPECT_EQ(result.exit_code, 4);
+    EXPECT_EQ(result.err, "trace: it could not be written\n");
+    EXPECT_EQ(service.operations().back(), "closeServer");
+}
+
 TEST_F(ProbeTrace, ThatCannotBeWrittenIsAnErrorThatIsToldOnce)
 {
     const ProcessResult result = probe({"discover", kName, "--trace", "/dev/full"});
