@@ -179,6 +179,7 @@ void Interruption::begin_call(CallKind kind, AfterCut after_cut)
 void Interruption::end_call()
 {
     const std::lock_guard<std::mutex> lock(mutex_);
+    look(); // what came during the call isn't taken for something that comes while nothing is open
     running_.reset();
     line_.clear_waiting();
 }

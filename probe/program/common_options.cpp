@@ -97,7 +97,7 @@ void add_common_options(CLI::App& program, CommonOptions& options)
         ->type_name("FILE");
     program
         .add_option("--record", options.record,
-                    "Write all requests and replies to a file that soapwrapper-sim --replay answers from, "
+                    "Write all requests and replies to a file that the simulator can answer from, "
                     "without what is secret")
         ->type_name("FILE");
     program.add_flag("--bytes", options.bytes,

@@ -10,7 +10,7 @@ namespace soapwrapper::probe
 namespace
 {
 
-constexpr std::size_t kWidth = 20;
+constexpr std::size_t kWidth = 10;
 constexpr char kMark[] = "<=>";
 
 // The numbers are a service's: any may come.

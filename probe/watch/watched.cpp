@@ -85,9 +85,15 @@ void Watched::take_bytes(std::int64_t bytes)
     progress.renewed = now_;
 }
 
+std::string Watched::change_text(const Output& output, std::int64_t change)
+{
+    const bool has_sign = change < 0 && change != std::numeric_limits<std::int64_t>::min();
+    return has_sign ? "-" + output.size(-change) : output.size(change);
+}
+
 std::string Watched::rate_text(const Output& output, const std::optional<std::int64_t>& rate)
 {
-    return rate ? output.size(*rate) + (output.format() == Format::kSeparated ? "" : "/s") : std::string();
+    return rate ? change_text(output, *rate) + (output.format() == Format::kSeparated ? "" : "/s") : std::string();
 }
 
 } // namespace soapwrapper::probe

@@ -81,6 +81,8 @@ class Watched
     void take_bytes(std::int64_t bytes);
     bool was_answered() const { return progress_.has_value(); }
     Progress progress() const { return progress_.value_or(Progress()); }
+    // With its sign.
+    static std::string change_text(const Output& output, std::int64_t change);
     static std::string rate_text(const Output& output, const std::optional<std::int64_t>& rate);
 
   private:

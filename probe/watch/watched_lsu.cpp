@@ -46,7 +46,7 @@ std::vector<std::string> WatchedLsu::cells(const Output& output, Form form, std:
             output.size(info_.used),
             output.size(info_.capacity),
             std::to_string(info_.images),
-            (has_sign ? "+" : "") + output.size(change),
+            (has_sign ? "+" : "") + change_text(output, change),
             rate_text(output, progress().rate),
             state};
 }

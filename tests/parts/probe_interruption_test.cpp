@@ -80,9 +80,10 @@ class ShortRun
     }
 
     // A call that ends when it is cut and fails for it: why it was cut.
-    std::string cut_call(Kind kind)
+    std::string cut_call(Kind kind, const std::function<void()>& during = {})
     {
         Interruption::Call call(interruption, kind);
+        if (during) during();
         network.wait_until_cut();
         return told(call.why_cut("the library's words"));
     }
@@ -190,10 +191,8 @@ TEST(Interruption, CutsACallThatDoesNotEndInItsGrace)
     RunLimits limits = no_limits();
     limits.grace = milliseconds(20);
     ShortRun run(limits);
-    std::thread sender([] { signal_this(SIGINT); });
-    EXPECT_EQ(run.cut_call(Kind::kWork),
+    EXPECT_EQ(run.cut_call(Kind::kWork, [] { signal_this(SIGINT); }),
               "interrupted: the service did not answer within 0.02 seconds: filer:1 (192.0.2.7)");
-    sender.join();
 }
 
 TEST(Interruption, LeavesACallAloneThatEndsInItsGrace)

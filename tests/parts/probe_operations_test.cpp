@@ -4,6 +4,7 @@
 #include "probe/output/descriptor_stream.h"
 #include "probe/output/progress_line.h"
 #include "probe/output/readable.h"
+#include "tests/parts/terminal_text.h"
 
 #include <gmock/gmock.h>
 
@@ -107,12 +108,7 @@ class Terminal
 
     int descriptor() const { return slave_; }
 
-    std::string take() const
-    {
-        char bytes[4096];
-        const ssize_t count = read(master_, bytes, sizeof bytes);
-        return {bytes, count > 0 ? static_cast<std::size_t>(count) : 0U};
-    }
+    std::string take() const { return taken_from_terminal(master_, slave_); }
 
   private:
     int master_;

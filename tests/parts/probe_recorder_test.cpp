@@ -93,7 +93,7 @@ TEST(ProbeRecorder, WritesEachExchangeAtOnceAndReplacesAFile)
     const TemporaryFolder folder;
     const std::string path = folder.write("recording", "what was there before");
     Blotter blotter;
-    Recorder recorder(path, {"program", "library", "now"}, blotter);
+    Recorder recorder(path, {"program", "library", "now"}, blotter, {});
     for (const std::size_t count : {1U, 2U}) {
         recorder.take(exchange_of(kRequest, kHead + "<a/>"));
         std::ifstream file(path);

@@ -2,11 +2,11 @@
 #include "probe/watch/bar.h"
 #include "probe/watch/screen.h"
 #include "probe/watch/watched.h"
+#include "tests/parts/terminal_text.h"
 #include "tests/system/terminal.h"
 
 #include <gmock/gmock.h>
 
-#include <fcntl.h>
 #include <pty.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -29,9 +29,9 @@ constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();
 
 TEST(Bar, IsAsLongAsItsPartOfTheWhole)
 {
-    EXPECT_EQ(bar(0, 10), "[....................]   0%");
-    EXPECT_EQ(bar(1, 4), "[#####...............]  25%");
-    EXPECT_EQ(bar(10, 10), "[####################] 100%");
+    EXPECT_EQ(bar(0, 10), "[..........]   0%");
+    EXPECT_EQ(bar(1, 4), "[##........]  25%");
+    EXPECT_EQ(bar(10, 10), "[##########] 100%");
     EXPECT_EQ(percentage(999, 1000), "99%");
 }
 
@@ -47,10 +47,10 @@ TEST(Bar, HasItsLengthWhateverTheNumbers)
 
 TEST(MovingMark, GoesToTheEndAndBack)
 {
-    EXPECT_EQ(moving_mark(0), "[<=>.................]");
-    EXPECT_EQ(moving_mark(17), "[.................<=>]");
-    EXPECT_EQ(moving_mark(33), moving_mark(1));
-    EXPECT_EQ(moving_mark(34), moving_mark(0));
+    EXPECT_EQ(moving_mark(0), "[<=>.......]");
+    EXPECT_EQ(moving_mark(7), "[.......<=>]");
+    EXPECT_EQ(moving_mark(13), moving_mark(1));
+    EXPECT_EQ(moving_mark(14), moving_mark(0));
     for (std::size_t step = 0; step < 100; ++step) EXPECT_EQ(moving_mark(step).size(), full_bar().size());
 }
 
@@ -68,7 +68,6 @@ class ScreenTest : public ::testing::Test
     {
         setenv("TERM", "xterm", 1);
         EXPECT_EQ(openpty(&reader, &terminal, nullptr, nullptr, nullptr), 0);
-        fcntl(reader, F_SETFL, O_NONBLOCK);
         resize(10, 40);
     }
     ~ScreenTest() override
@@ -82,12 +81,7 @@ class ScreenTest : public ::testing::Test
         const winsize size = {rows, columns, 0, 0};
         EXPECT_EQ(ioctl(terminal, TIOCSWINSZ, &size), 0);
     }
-    std::string written() const
-    {
-        char bytes[4096];
-        const ssize_t count = read(reader, bytes, sizeof bytes);
-        return {bytes, static_cast<std::size_t>(count < 0 ? 0 : count)};
-    }
+    std::string written() const { return taken_from_terminal(reader, terminal); }
 
     int reader = -1;
     int terminal = -1;

@@ -169,7 +169,7 @@ INSTANTIATE_TEST_SUITE_P(
              "closeServer",
              1,
              "the command had come to its end already"}),
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& call) { return std::string(call.param.name); });
 
 TEST_F(ProbeEnding, AnInterruptedListShowsWhatWasReadUpToThen)
 {

@@ -126,7 +126,7 @@ TEST_F(ProbeWatch, WritesATableOverAndOverOnATerminal)
     EXPECT_EQ(run.exit_code, 0);
     EXPECT_THAT(table_after(run.text),
                 ElementsAre(StartsWith(std::string(kName) + "  0:00"), StartsWith("LSU   FULL  "),
-                            AllOf(StartsWith("vol1  [#####...............]  25%"), HasSubstr(" -744 B"),
+                            AllOf(StartsWith("vol1  [##........]  25%"), HasSubstr(" -744 B"),
                                   HasSubstr("good"))));
     EXPECT_EQ(count(kProperties), 3);
     EXPECT_EQ(count("closeServer"), 1);
@@ -233,9 +233,9 @@ TEST_F(ProbeWatch, ShowsWhetherAnOperationGoesOn)
     answer_waits("");
     const TerminalRun run = watched_on_terminal({"operation", kName, "OP-1"}, "");
     EXPECT_EQ(run.exit_code, 0);
-    EXPECT_THAT(run.text, AllOf(HasSubstr("OP-1       [<=>................."), HasSubstr("running")));
+    EXPECT_THAT(run.text, AllOf(HasSubstr("OP-1       [<=>......."), HasSubstr("running")));
     EXPECT_THAT(table_after(run.text).back(),
-                AllOf(StartsWith("OP-1       [####################]"), HasSubstr("ended")));
+                AllOf(StartsWith("OP-1       [##########]"), HasSubstr("ended")));
 }
 
 TEST_F(ProbeWatch, CancelsNothingWhenItIsInterrupted)
