@@ -93,7 +93,8 @@ std::string Watched::change_text(const Output& output, std::int64_t change)
 
 std::string Watched::rate_text(const Output& output, const std::optional<std::int64_t>& rate)
 {
-    return rate ? change_text(output, *rate) + (output.format() == Format::kSeparated ? "" : "/s") : std::string();
+    return rate ? change_text(output, *rate) + (output.format() == Format::kSeparated ? "" : "/s")
+                : std::string();
 }
 
 } // namespace soapwrapper::probe

@@ -20,6 +20,7 @@ IMAGE = ["home", "home_1767571200_C1_F1", "01/05/2026"]
 # need what others leave behind. A member of an earlier document stands in braces.
 COMMANDS = {
     "discover": [NAME],
+    "check": [NAME],
     "server": [NAME],
     "lsus": [NAME],
     "lsu": [NAME, "home"],
@@ -120,6 +121,10 @@ class Documents(unittest.TestCase):
             with self.subTest(command):
                 arguments = [argument.replace("{exported_volume}", "nfs:filer1:/gone") for argument in arguments]
                 done = self.run_json(command, *arguments, library="/nowhere/libsoapwrapper.so")
+                if command == "check":  # that the library isn't there is what it finds
+                    self.assertEqual(done.returncode, 6)
+                    self.assertEqual(self.documents(command, done)[0]["error"]["name"], "check")
+                    continue
                 self.assertEqual(done.returncode, 3)
                 self.assertEqual([document["error"]["name"] for document in self.documents(command, done)], ["library"])
                 if command == "discover":  # it has no login that could be refused

@@ -124,10 +124,10 @@ TEST_F(ProbeWatch, WritesATableOverAndOverOnATerminal)
     service.answer_first(kProperties, properties(1000));
     const TerminalRun run = watched_on_terminal({"lsu", kName, "vol1"}, "3");
     EXPECT_EQ(run.exit_code, 0);
-    EXPECT_THAT(table_after(run.text),
-                ElementsAre(StartsWith(std::string(kName) + "  0:00"), StartsWith("LSU   FULL  "),
-                            AllOf(StartsWith("vol1  [##........]  25%"), HasSubstr(" -744 B"),
-                                  HasSubstr("good"))));
+    EXPECT_THAT(
+        table_after(run.text),
+        ElementsAre(StartsWith(std::string(kName) + "  0:00"), StartsWith("LSU   FULL  "),
+                    AllOf(StartsWith("vol1  [##........]  25%"), HasSubstr(" -744 B"), HasSubstr("good"))));
     EXPECT_EQ(count(kProperties), 3);
     EXPECT_EQ(count("closeServer"), 1);
 }
