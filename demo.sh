@@ -117,6 +117,9 @@ printf '\nIts page, for a browser on this machine as long as the demo runs: %s/\
 
 probe=build/soapwrapper-probe
 
+act "Before the first backup: is everything in place?"
+show $probe check "$name"
+
 act "Discovery: https first, then http; the best interface that both sides speak is chosen"
 show $probe discover "$name"
 
@@ -124,7 +127,10 @@ act "What the library tells the host's log meanwhile"
 show $probe --log record discover "$name" 2>&1 | grep -E 'soap_endpoint|Interface (received|selected)|^\$'
 
 act "A session: log in, read the properties, log out"
-show $probe server "$name"
+show $probe --trace "$work/trace" server "$name"
+
+act "The login of it as it went over the wire, within TLS, without what is secret"
+show sed -n '/openServer/,/^$/p' "$work/trace"
 
 act "What the storage holds: LSUs, images, snapshots"
 show $probe lsus "$name"

@@ -105,9 +105,9 @@ void add_trouble_options(CLI::App& app, std::vector<std::string>& faults, std::v
 // A recording leaves nothing to simulate.
 void add_replay_options(CLI::App& app, Options& options)
 {
-    CLI::Option* replay = add_file_option(
-        app, "--replay", options.replay,
-        "Simulate nothing, but answer from this file, which the --record of soapwrapper-probe has written");
+    CLI::Option* replay =
+        add_file_option(app, "--replay", options.replay,
+                        "Simulate nothing, but answer from this file, which the probe has recorded");
     app.add_flag("--replay-times", options.replay_times, "Take as long for an answer as it took then")
         ->needs(replay);
     for (const char* other : {"--page", "--credential", "--scenario", "--check-scenario", "--print-scenario",

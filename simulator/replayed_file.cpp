@@ -8,8 +8,8 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
-#include <exception>
 #include <fstream>
+#include <ios>
 #include <map>
 #include <ostream>
 #include <string>

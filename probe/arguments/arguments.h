@@ -20,6 +20,7 @@ struct LoginOptions {
     int credential_type = 1;
     std::string required_interface;
     bool no_discovery = false;
+    bool warns_of_clear_login = true;
     std::string target_server; // to be opened through the server; empty: none
 };
 

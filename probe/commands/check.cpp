@@ -76,7 +76,8 @@ std::optional<std::vector<OfferedInterface>> check_discovery(const Probe& probe,
 void check_login(const Probe& probe, const CheckOptions& options, bool encrypted, CheckReport& report)
 {
     LoginOptions login = options.login;
-    login.no_discovery = true; // it has just been done, and the library keeps what it found
+    login.no_discovery = true;          // it has just been done, and the library keeps what it found
+    login.warns_of_clear_login = false; // the report does
     const char* step = "login";
     const char* advice = "look whether the credential is right, and of the right type";
     try {

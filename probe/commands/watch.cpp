@@ -1,6 +1,5 @@
 #include "probe/watch/watch.h"
 #include "plugin/host/async_records.h"
-#include "plugin/host/handles.h"
 #include "plugin/host/host_records.h"
 #include "probe/arguments/arguments.h"
 #include "probe/arguments/command_line.h"
@@ -10,7 +9,6 @@
 #include "probe/operations/operation.h"
 #include "probe/output/problem.h"
 #include "probe/output/text.h"
-#include "probe/watch/watched.h"
 #include "probe/watch/watched_lsu.h"
 #include "probe/watch/watched_operation.h"
 

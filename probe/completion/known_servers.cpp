@@ -3,6 +3,7 @@
 #include "probe/completion/command_tree.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <istream>

@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <linux/prctl.h>
 #include <signal.h>
+#include <stdlib.h>
 #include <string.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>

@@ -1,7 +1,6 @@
 #include "probe/library/signals.h"
 
 #include <sys/signalfd.h>
-#include <sys/types.h>
 #include <unistd.h>
 
 #include <cerrno>

@@ -82,7 +82,8 @@ ServerLogin::ServerLogin(const Probe& probe, const std::string& name, const Logi
     const char* const interface_name = options.required_interface.c_str();
     const int status = call(probe, slot::stspi_open_server, probe.session.record(), name.c_str(),
                             credential.record(), interface_name, server_.address());
-    if (credential.record()->len > 0) warn_of_clear_login(probe.session, selection_);
+    if (options.warns_of_clear_login && credential.record()->len > 0)
+        warn_of_clear_login(probe.session, selection_);
     if (const auto problem = problem_of(probe, status)) throw Problem(with_name_trouble(*problem, name));
     server_.check();
     if (opens_more) opens_more(credential.record());

@@ -2,7 +2,7 @@
 
 #include "probe/output/progress_line.h"
 
-#include <limits.h>
+#include <linux/limits.h>
 #include <poll.h>
 #include <sys/stat.h>
 #include <sys/types.h>

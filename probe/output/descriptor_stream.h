@@ -8,6 +8,7 @@
 #include <functional>
 #include <ostream>
 #include <streambuf>
+#include <utility>
 
 namespace soapwrapper::probe
 {

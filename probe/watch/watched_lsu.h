@@ -2,9 +2,11 @@
 #ifndef SOAPWRAPPER_PROBE_WATCH_WATCHED_LSU_H
 #define SOAPWRAPPER_PROBE_WATCH_WATCHED_LSU_H
 
-#include "plugin/host/handles.h"
 #include "plugin/host/host_records.h"
 #include "probe/library/probe.h"
+#include "probe/output/output.h"
+#include "probe/output/problem.h"
+#include "probe/output/records.h"
 #include "probe/watch/watched.h"
 
 #include <cstddef>

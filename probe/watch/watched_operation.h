@@ -4,6 +4,9 @@
 
 #include "probe/library/probe.h"
 #include "probe/operations/operation.h"
+#include "probe/output/output.h"
+#include "probe/output/problem.h"
+#include "probe/output/records.h"
 #include "probe/watch/watched.h"
 
 #include <chrono>

@@ -3,6 +3,7 @@
 #include "messages/blotter.h"
 #include "messages/recording.h"
 #include "messages/utc_time.h"
+#include "probe/output/descriptor_stream.h"
 #include "probe/output/problem.h"
 #include "probe/wire/exchange.h"
 

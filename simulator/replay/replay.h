@@ -8,7 +8,6 @@
 #include "simulator/replay/recorded_answers.h"
 
 #include <condition_variable>
-#include <cstddef>
 #include <mutex>
 #include <set>
 #include <string>
