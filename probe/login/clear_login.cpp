@@ -44,7 +44,8 @@ void warn_of_clear_login(const Session& session, const std::string& selection)
     if (warned || requests.empty()) return;
     const LoggedRequest& login = requests.back();
     const std::optional<Failure> failure = failure_of(login);
-    if (uses_tls(selection, login.url) || (failure && !was_sent(*failure))) return;
+    const bool went = login.failure.empty() || (failure && was_sent(*failure));
+    if (!went || login.url.empty() || uses_tls(selection, login.url)) return;
     warned = true;
     std::cerr << "warning: the credential went over " << clean_line(login.url)
               << " in the clear; see require_tls in soapwrapper.conf\n";

@@ -129,6 +129,7 @@ TEST_F(ProbeCauses, ACredentialThatWentNowhereIsNotWarnedOf)
 {
     EXPECT_THAT(probe({"discover", kName}).login_warning, IsEmpty());
     EXPECT_THAT(probe({"server", kName}, {{"SOAPWRAPPER_CREDENTIAL", ""}}).login_warning, IsEmpty());
+    EXPECT_THAT(logged_in({"server", "Network_store", "--no-discover"}).login_warning, IsEmpty());
     const std::string configuration = "filer = " + service.url() + "\n";
     folder.write("soapwrapper.conf", configuration + "require_tls = yes\n");
     const ProcessResult forbidden = logged_in({"server", kName, "--no-discover"});
