@@ -5,11 +5,13 @@
 #include "probe/check/configuration_file.h"
 #include "probe/check/regular_file.h"
 #include "probe/check/setting_check.h"
+#include "probe/library/plugin_library.h"
 
 #include <sys/types.h>
 
 #include <array>
 #include <cstdio>
+#include <optional>
 #include <string>
 
 namespace soapwrapper::probe
@@ -20,9 +22,10 @@ namespace
 constexpr off_t kLargestFile = 1 << 20;
 
 // The bytes of the file; none are what the library has, too, where it can't read it.
-std::string read_configuration(const std::string& path, CheckReport& report)
+std::string read_configuration(const ReplacedConfiguration& place, CheckReport& report)
 {
-    const RegularFile file = open_regular(path, kLargestFile);
+    const std::string& path = place.name;
+    const RegularFile file = open_regular(place.bytes, kLargestFile);
     if (file.missing) {
         report.add(Mark::kInfo, "file", path + ": there is none, and none is needed");
         return {};
@@ -84,10 +87,14 @@ void check_line(const ConfigurationLine& line, const ConfigurationLook& look, co
 
 } // namespace
 
-ConfigurationLook check_configuration(const std::string& told_path, CheckReport& report)
+ConfigurationLook check_configuration(const std::string& told_path,
+                                      const std::optional<ReplacedConfiguration>& replaced,
+                                      CheckReport& report)
 {
     ConfigurationLook look;
-    look.file = ConfigurationFile(read_configuration(configuration_path(told_path), report));
+    const std::string own = configuration_path(told_path);
+    look.file =
+        ConfigurationFile(read_configuration(replaced.value_or(ReplacedConfiguration{own, own}), report));
     std::string ca_file;
     if (const auto value = look.file.setting("tls_ca_file")) {
         ca_file = ca_path(*value, told_path);

@@ -6,7 +6,9 @@
 #include "probe/check/certificate.h"
 #include "probe/check/check_report.h"
 #include "probe/check/configuration_file.h"
+#include "probe/library/plugin_library.h"
 
+#include <optional>
 #include <string>
 
 namespace soapwrapper::probe
@@ -19,8 +21,11 @@ struct ConfigurationLook {
     Authorities authorities; // of tls_ca_file; without a store, services' certificates aren't checked
 };
 
-// Looks at the file that the library finds, which was told that it stands at this path.
-ConfigurationLook check_configuration(const std::string& told_path, CheckReport& report);
+// Looks at the file that the library finds, which was told that it stands at this path, or at the one that
+// replaces it.
+ConfigurationLook check_configuration(const std::string& told_path,
+                                      const std::optional<ReplacedConfiguration>& replaced,
+                                      CheckReport& report);
 
 } // namespace soapwrapper::probe
 

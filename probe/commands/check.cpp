@@ -137,7 +137,8 @@ void check(const Probe& probe, const CheckOptions& options)
     report.begin_group("Library");
     check_library(probe.library, report);
     report.begin_group("Configuration");
-    const ConfigurationLook configuration = check_configuration(probe.library.told_path(), report);
+    const ConfigurationLook configuration =
+        check_configuration(probe.library.told_path(), probe.library.configuration(), report);
     if (!options.name.empty()) {
         report.begin_group("Service");
         check_service(probe, options, configuration, report);
@@ -153,7 +154,7 @@ void check_without_library(const Problem& problem, const LibraryPlaces& places, 
     report_unusable_library(places, problem, report);
     report.begin_group("Configuration");
     if (const auto told = told_place_ahead(places)) {
-        check_configuration(*told, report);
+        check_configuration(*told, places.configuration, report);
     } else {
         report.add(Mark::kInfo, "file", "not looked at: it stands beside the library");
     }

@@ -94,7 +94,7 @@ void PluginLibrary::load(const LibraryPlaces& places)
 }
 
 PluginLibrary::PluginLibrary(const LibraryPlaces& places, std::function<void(LoadStep)> begins)
-    : begins_(std::move(begins))
+    : begins_(std::move(begins)), configuration_(places.configuration)
 {
     load(places);
     auto* init = find_symbol<decltype(stspi_init)>(handle_.get(), "stspi_init");

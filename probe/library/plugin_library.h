@@ -15,13 +15,20 @@
 namespace soapwrapper::probe
 {
 
+// A file that stands for the library's own configuration.
+struct ReplacedConfiguration {
+    std::string name;  // as the user says it
+    std::string bytes; // the path at which its bytes are, as the library gets them
+};
+
 // What the user says of places; none: the default.
 struct LibraryPlaces {
     std::optional<std::string> library;
     // What the library is told about its own place, beside which it looks for its configuration. Default: its
     // real path.
     std::optional<std::string> plugin_path;
-    std::optional<std::string> manager; // of the second plug-in; default: none
+    std::optional<std::string> manager;                 // of the second plug-in; default: none
+    std::optional<ReplacedConfiguration> configuration; // default: the one beside the told place
 };
 
 // As text for people: the path, or the name that the loader is to find.
@@ -50,6 +57,7 @@ class PluginLibrary
     const std::string& path() const { return path_; }
     // What it was told about that.
     const std::string& told_path() const { return told_path_; }
+    const std::optional<ReplacedConfiguration>& configuration() const { return configuration_; }
     // What it filled in stspi_init.
     const stspi_plugin_def_t& definition() const { return main_; }
     // The loader's.
@@ -83,6 +91,7 @@ class PluginLibrary
     std::unique_ptr<void, Unload> handle_;
     std::string path_;
     std::string told_path_;
+    std::optional<ReplacedConfiguration> configuration_;
     stspi_plugin_def_t main_ = {};
     stspi_plugin_def3_t second_ = {};
 };

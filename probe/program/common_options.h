@@ -32,7 +32,7 @@ struct CommonOptions {
     std::optional<std::string> record;
     RunLimits limits{std::chrono::minutes(10), {}};
 
-    LibraryPlaces places() const { return {library, plugin_path, manager}; }
+    LibraryPlaces places() const { return {library, plugin_path, manager, {}}; }
     Format format() const
     {
         if (json) return Format::kJson;

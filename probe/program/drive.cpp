@@ -106,7 +106,10 @@ std::optional<Problem> work(const CommonOptions& options, const Run& run, const 
         if (options.config) config.emplace(*options.config);
         if (options.trace) watching.trace(*options.trace, std::cerr);
         LibraryPlaces places = options.places();
-        if (config) places.plugin_path = config->plugin_path();
+        if (config) {
+            places.plugin_path = config->plugin_path();
+            places.configuration = {*options.config, config->bytes_path()};
+        }
         act(options, places, run, means, watching);
     } catch (const Problem& problem) {
         return problem;

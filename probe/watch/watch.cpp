@@ -75,13 +75,19 @@ class Watch
     void renew()
     {
         std::vector<const Watched*> asked;
+        std::vector<std::size_t> renewed;
         for (std::size_t i = 0; i < due_.size(); ++i) {
             Watched& each = *watched_.things[i];
             const Clock::time_point now = Clock::now();
             if (each.ended() || now < due_[i]) continue;
             each.renew(now);
-            due_[i] = Clock::now() + std::max(options_.interval, each.least_pause());
             asked.push_back(&each);
+            renewed.push_back(i);
+        }
+        // From one moment on, so that what was asked together is due together.
+        const Clock::time_point now = Clock::now();
+        for (const std::size_t i : renewed) {
+            due_[i] = now + std::max(options_.interval, watched_.things[i]->least_pause());
         }
         if (on_screen_) {
             draw();

@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -74,6 +75,7 @@ std::string read_whole(const std::string& path)
 int file_in_memory(std::string_view bytes)
 {
     const int descriptor = memfd_create("soapwrapper.conf", MFD_CLOEXEC);
+    if (descriptor >= 0) fchmod(descriptor, 0600); // as one that nobody else may change
     while (descriptor >= 0 && !bytes.empty()) {
         const ssize_t count = write(descriptor, bytes.data(), bytes.size());
         if (count < 0 && errno == EINTR) continue;

@@ -23,6 +23,8 @@ class ConfigFile
 
     // What to tell the library about its own place: the file's folder, where relative paths begin in it.
     const std::string& plugin_path() const { return plugin_path_; }
+    // Where the bytes are.
+    const std::string& bytes_path() const { return bytes_path_; }
 
   private:
     int bytes_;

@@ -123,7 +123,7 @@ class ProbeConfiguration : public Configuration
         Output output(stream, Format::kJson, "");
         CheckReport report(output, false);
         report.begin_group("Configuration");
-        check_configuration(pluginPath, report);
+        check_configuration(pluginPath, {}, report);
         return output.document().at("checks");
     }
 };

@@ -187,6 +187,18 @@ TEST_F(ProbeCheck, TriesNoLoginWithoutACredentialAndShowsNone)
     EXPECT_THAT(wrong.out + wrong.err, Not(HasSubstr("not the simulator's")));
 }
 
+TEST_F(ProbeCheck, LooksAtTheConfigurationThatReplacesTheLibrarysOwn)
+{
+    configure("reply_timeout = 5\n");
+    const std::string other = folder_.write("other.conf", "requre_tls = yes\n");
+    const ProcessResult result =
+        run_process(PROBE_PROGRAM, {"check", "--library", PROBE_LIBRARY, "--config", other});
+    EXPECT_EQ(result.exit_code, 6);
+    EXPECT_THAT(result.out, AllOf(HasSubstr("  ok    file              " + other + "\n"),
+                                  HasSubstr("did you mean require_tls?"), Not(HasSubstr("reply_timeout")),
+                                  Not(HasSubstr("everybody"))));
+}
+
 TEST_F(ProbeCheck, WarnsOfALoginInTheClear)
 {
     start({"--no-https"});
