@@ -159,7 +159,8 @@ void Interruption::begin_call(CallKind kind, AfterCut after_cut)
     if (kind == CallKind::kWork) {
         if (to_end()) throw Problem(problem_now("the work was not done to its end", {}));
         clean_up_end_ = Time::max();
-    } else if (to_end() || is_cut_) {
+        cut_short_ = false;
+    } else if (to_end() || cut_short_) {
         bound_clean_up();
     }
     const Time now = Clock::now();
@@ -208,7 +209,9 @@ Interruption::Limit Interruption::end_of_call() const
     };
     if (limits_.call) consider(running_->begun + *limits_.call, *limits_.call);
     if (running_->kind == CallKind::kCleanUp) {
-        consider(clean_up_end_, limits_.clean_up);
+        // Half of the time is for what such an entry closes itself.
+        const milliseconds rest = closes_yet() ? limits_.clean_up / 2 : milliseconds(0);
+        consider(clean_up_end_ - rest, limits_.clean_up - rest);
     } else {
         if (limits_.run) consider(deadline_, *limits_.run);
         if (noted_ != 0) consider(noted_at_ + limits_.grace, limits_.grace);
@@ -220,17 +223,20 @@ void Interruption::cut_call(const Limit& limit)
 {
     running_->where = network_.where();
     note_cut(limit);
-    network_.cut();
-    is_cut_ = true;
-    if (running_->after_cut == AfterCut::kNothing) return;
-    network_.allow();
-    is_cut_ = false;
+    if (closes_yet()) {
+        network_.end();
+    } else {
+        network_.cut();
+        is_cut_ = true;
+    }
 }
 
 void Interruption::note_cut(const Limit& limit)
 {
+    cut_short_ = true;
     running_->cut_at = limit;
-    running_->given_up = Clock::now() + limits_.clean_up;
+    running_->given_up = Clock::now() + (closes_yet() ? limits_.clean_up : limits_.cut);
+    if (closes_yet()) running_->given_up = std::min(running_->given_up, clean_up_end_);
 }
 
 void Interruption::bound_clean_up()
@@ -317,7 +323,7 @@ void Interruption::give_up_call()
     }
     network_.cut();
     is_cut_ = true;
-    running_->given_up = Clock::now() + limits_.clean_up;
+    running_->given_up = Clock::now() + limits_.cut;
 }
 
 void Interruption::show_waiting(Time now)

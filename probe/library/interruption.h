@@ -28,6 +28,8 @@ struct RunLimits {
     std::chrono::milliseconds grace{5000};
     // What all closing may take behind a signal or a limit.
     std::chrono::milliseconds clean_up{5000};
+    // What a call that was cut may take to end.
+    std::chrono::milliseconds cut{5000};
     // A call that takes longer is shown on the terminal.
     std::chrono::milliseconds unshown{1000};
 };
@@ -36,6 +38,7 @@ struct RunLimits {
 struct LibraryNetwork {
     std::function<void()> cut;          // ends its connections and pauses, now and from now on
     std::function<void()> allow;        // takes that back
+    std::function<void()> end;          // ends the connections that there are
     std::function<std::string()> where; // whom it waits for; may be empty
 };
 
@@ -146,6 +149,7 @@ class Interruption
     Limit end_of_call() const;
     void cut_call(const Limit& limit);
     void note_cut(const Limit& limit);
+    bool closes_yet() const { return running_->after_cut == AfterCut::kCloses && !is_cut_; }
     void give_up_call();
     Time act_on_call();
     void show_waiting(Time now);
@@ -172,7 +176,8 @@ class Interruption
     bool deadline_seen_ = false;
     bool good_end_ = false;
     int works_ = 0;
-    bool is_cut_ = false; // the network
+    bool is_cut_ = false;    // the network
+    bool cut_short_ = false; // a call, since the last one that was begun for work
     Time clean_up_end_ = Time::max();
     std::optional<Running> running_;
     Time next_look_ = Time::max(); // of the watcher

@@ -151,7 +151,8 @@ int drive_library(const CommonOptions& options, const Run& run)
     // Ahead of whatever makes a thread.
     const std::optional<Problem> trouble = try_library(options.places());
     ProgressLine line;
-    Interruption interruption(options.limits, {wire::cut, wire::allow, wire::where}, line);
+    Interruption interruption(options.limits, {wire::cut, wire::allow, wire::end_connections, wire::where},
+                              line);
     const auto wait = [&](int descriptor) { return interruption.wait_for_room(descriptor); };
     DescriptorStream errors(STDERR_FILENO, wait, line_on(STDERR_FILENO, line));
     const ErrorsBy errors_by(errors);

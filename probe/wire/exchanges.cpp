@@ -161,7 +161,7 @@ void Exchanges::give_if_whole(Talk& talk)
 std::string Exchanges::failure_of(const Talk& talk)
 {
     if (talk.reply.is_whole()) return {};
-    if (is_cut()) return "cut short by this program";
+    if (is_cut() || was_ended(talk.connection)) return "cut short by this program";
     if (!talk.failure.empty()) return talk.failure;
     if (!talk.request.is_begun()) return "the connection was given up ahead of a request";
     const std::string when = talk.reply.is_begun() ? "within the reply" : "without a reply";

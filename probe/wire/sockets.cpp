@@ -112,6 +112,18 @@ void Sockets::cut()
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     if (!is_cut_.exchange(true)) eventfd_write(cut_event_, 1);
+    shut_down();
+}
+
+void Sockets::end_connections()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    ended_ = last_;
+    shut_down();
+}
+
+void Sockets::shut_down() const
+{
     for (const auto& each : tapped_) shutdown(each.first, SHUT_RDWR);
 }
 

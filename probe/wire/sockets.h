@@ -51,6 +51,9 @@ class Sockets
 
     void cut();
     void allow();
+    // Those that there are, and no later ones.
+    void end_connections();
+    bool was_ended(const Connection& connection) const { return connection.number <= ended_; }
     bool is_cut() const { return is_cut_; }
     // Readable while connections are cut; below 0: there is none.
     int cut_event() const { return cut_event_; }
@@ -58,9 +61,12 @@ class Sockets
     std::string where();
 
   private:
+    void shut_down() const; // with the lock held
+
     const int cut_event_;
     std::atomic<bool> is_cut_{false};
-    std::mutex mutex_; // guards all that follows
+    std::atomic<std::uint64_t> ended_{0}; // connections up to this number
+    std::mutex mutex_;                    // guards all that follows
     std::uint64_t last_ = 0;
     std::map<int, Tapped> tapped_;
     std::string lookup_;

@@ -55,6 +55,11 @@ void cut();
 void allow();
 bool is_cut();
 
+// Ends the connections that there are, also those that are being made; others can be made at once. Any thread
+// may call.
+void end_connections();
+bool was_ended(const Connection& connection);
+
 // The connection that is being made or waited on, such as "filer1:8086 (192.0.2.7)"; empty: none is. Any
 // thread may call.
 std::string where();

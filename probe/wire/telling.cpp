@@ -56,6 +56,16 @@ void allow()
     Sockets::instance().allow();
 }
 
+void end_connections()
+{
+    Sockets::instance().end_connections();
+}
+
+bool was_ended(const Connection& connection)
+{
+    return Sockets::instance().was_ended(connection);
+}
+
 bool is_cut()
 {
     return Sockets::instance().is_cut();

@@ -22,6 +22,7 @@ using namespace soapwrapper::probe;
 using std::chrono::hours;
 using std::chrono::milliseconds;
 using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 namespace
 {
@@ -32,7 +33,7 @@ class Network
   public:
     LibraryNetwork network()
     {
-        return {[this] { set(true); }, [this] { set(false); },
+        return {[this] { set(cut_, true); }, [this] { set(cut_, false); }, [this] { set(ended_, true); },
                 [] { return std::string("filer:1 (192.0.2.7)"); }};
     }
 
@@ -42,6 +43,12 @@ class Network
         changed_.wait(lock, [this] { return cut_; });
     }
 
+    void wait_until_ended()
+    {
+        std::unique_lock<std::mutex> lock(mutex_);
+        changed_.wait(lock, [this] { return ended_; });
+    }
+
     bool is_cut()
     {
         const std::lock_guard<std::mutex> lock(mutex_);
@@ -49,11 +56,11 @@ class Network
     }
 
   private:
-    void set(bool cut)
+    void set(bool& what, bool value)
     {
         {
             const std::lock_guard<std::mutex> lock(mutex_);
-            cut_ = cut;
+            what = value;
         }
         changed_.notify_all();
     }
@@ -61,6 +68,7 @@ class Network
     std::mutex mutex_;
     std::condition_variable changed_;
     bool cut_ = false;
+    bool ended_ = false; // the connections that there were
 };
 
 using Kind = Interruption::CallKind;
@@ -68,7 +76,7 @@ using Kind = Interruption::CallKind;
 RunLimits no_limits()
 {
     RunLimits limits;
-    limits.grace = limits.clean_up = hours(24);
+    limits.grace = limits.clean_up = limits.cut = hours(24);
     return limits;
 }
 
@@ -244,6 +252,28 @@ TEST(CallLimit, CutsACallAndNotTheNextOne)
     EXPECT_FALSE(run.interruption.requested());
 }
 
+// Such an entry closes a login of its own behind the request that wasn't answered.
+TEST(CallLimit, LeavesAnEntryThatClosesTheTimeForIt)
+{
+    RunLimits limits = no_limits();
+    limits.call = milliseconds(20);
+    ShortRun run(limits);
+    Interruption::Call call(run.interruption, Kind::kWork, Interruption::AfterCut::kCloses);
+    run.network.wait_until_ended();
+    EXPECT_FALSE(run.network.is_cut());
+    EXPECT_THAT(ShortRun::told(call.why_cut("")), StartsWith("timeout: "));
+}
+
+TEST(CallLimit, CutsAnEntryThatTakesTooLongToClose)
+{
+    RunLimits limits = no_limits();
+    limits.call = limits.clean_up = milliseconds(20);
+    ShortRun run(limits);
+    const Interruption::Call call(run.interruption, Kind::kWork, Interruption::AfterCut::kCloses);
+    run.network.wait_until_ended();
+    run.network.wait_until_cut();
+}
+
 TEST(Deadline, CutsTheCallThatRunsAndRefusesTheNext)
 {
     RunLimits limits = no_limits();
@@ -373,7 +403,7 @@ TEST(InterruptionDeathTest, EndsAtOnceWhatHasNothingOpen)
     Network network;
     ProgressLine line;
     RunLimits limits = no_limits();
-    limits.call = limits.clean_up = milliseconds(20);
+    limits.call = limits.cut = milliseconds(20);
     Interruption interruption(limits, network.network(), line);
     interruption.set_farewell(
         [](const Problem& problem) { std::fprintf(stderr, "%s\n", problem.detail().c_str()); });
