@@ -271,6 +271,23 @@ TEST_F(ProbeEnding, LimitsAreNumbersOfSeconds)
     }
 }
 
+// The line on the terminal tells when that is.
+TEST_F(ProbeEnding, ASignalBetweenCallsClosesWhatIsOpenToo)
+{
+    answer_waits("", {kBusy, 86400, 0});
+    Process::Streams streams;
+    streams.terminal_for_err = true;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        Process process(PROBE_PROGRAM, complete(kCreate), kCredential, streams);
+        process.wait_for_err("running");
+        kill(process.id(), signal);
+        const ProcessResult result = process.finish();
+        EXPECT_EQ(result.exit_code, 5);
+        EXPECT_THAT(result.err, HasSubstr("\rinterrupted: cancelled operation OP-1\r\n"));
+        expect_nothing_open();
+    }
+}
+
 TEST_F(ProbeEnding, AClosedPipeIsSilentAndNothingStaysOpen)
 {
     for (const Words& command : {kLsus, with(kLsus, {"--json"}), kServer, kEvents,

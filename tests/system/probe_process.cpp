@@ -150,9 +150,16 @@ void take_out_login_warning(ProcessResult& result)
 
 } // namespace
 
+void Process::wait_for_err(const std::string& text)
+{
+    char byte = 0;
+    while (err_so_far_.find(text) == std::string::npos && read(err_, &byte, 1) == 1) err_so_far_ += byte;
+}
+
 ProcessResult Process::finish()
 {
     ProcessResult result;
+    result.err = std::move(err_so_far_);
     read_both(out_, err_, result);
     int status = 0;
     while (waitpid(id_, &status, 0) < 0) {

@@ -37,10 +37,14 @@ class Process
 
     pid_t id() const { return id_; }
 
+    // Reads standard error until this was written there, or to its end.
+    void wait_for_err(const std::string& text);
+
     // Reads what the program writes, up to its end.
     ProcessResult finish();
 
   private:
+    std::string err_so_far_;
     pid_t id_ = 0;
     int out_ = -1;
     int err_ = -1;
