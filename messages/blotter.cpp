@@ -1,5 +1,7 @@
 #include "messages/blotter.h"
 
+#include "messages/known_secret.h"
+#include "messages/lower_case.h"
 #include "messages/markup.h"
 #include "messages/read_text.h"
 #include "messages/token_names.h"
@@ -20,14 +22,6 @@ namespace
 constexpr std::size_t kNowhere = std::string_view::npos;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr char kStandIn[] = "***";
-
-std::string lower_case(std::string_view text)
-{
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return result;
-}
 
 std::string_view without_mark(std::string_view bytes)
 {

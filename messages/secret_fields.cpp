@@ -1,5 +1,7 @@
 #include "messages/secret_fields.h"
 
+#include "messages/lower_case.h"
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -13,9 +15,7 @@ bool is_secret_field(std::string_view name)
 {
     constexpr std::array<std::string_view, 9> kSecret = {
         "auth", "cookie", "credential", "key", "passwd", "password", "referer", "secret", "token"};
-    std::string lower(name);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    const std::string lower = lower_case(name);
     return std::any_of(kSecret.begin(), kSecret.end(),
                        [&lower](std::string_view part) { return lower.find(part) != std::string::npos; });
 }

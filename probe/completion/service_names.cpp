@@ -2,6 +2,7 @@
 
 #include "probe/completion/command_tree.h"
 #include "probe/library/credential.h"
+#include "probe/output/descriptor.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -36,22 +37,6 @@ std::string seconds_text(milliseconds time)
 {
     return std::to_string(std::chrono::duration<double>(time).count());
 }
-
-class Descriptor
-{
-  public:
-    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-    ~Descriptor()
-    {
-        if (descriptor_ >= 0) close(descriptor_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return descriptor_; }
-
-  private:
-    const int descriptor_;
-};
 
 // Starts the program in a session of its own, so that no Ctrl-C at the prompt is meant for it, and with
 // nothing but its standard output. False: it couldn't be started.

@@ -1,5 +1,6 @@
 #include "probe/library/credential.h"
 
+#include "messages/base64.h"
 #include "plugin/host/host_records.h"
 #include "probe/output/problem.h"
 #include "probe/output/text.h"
@@ -75,22 +76,6 @@ Problem unreadable(const std::string& path)
 void wipe_text(std::string& text)
 {
     explicit_bzero(text.data(), text.size());
-}
-
-std::string base64(const unsigned char* bytes, std::size_t size)
-{
-    constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::string text;
-    text.reserve((size + 2) / 3 * 4); // the room it needs, so that no copy of it is left behind
-    for (std::size_t i = 0; i < size; i += 3) {
-        const auto byte = [&](std::size_t at) { return at < size ? std::uint32_t{bytes[at]} : 0U; };
-        const std::uint32_t three = (byte(i) << 16U) | (byte(i + 1) << 8U) | byte(i + 2);
-        text += kDigits[three >> 18U];
-        text += kDigits[(three >> 12U) & 0x3FU];
-        text += i + 1 < size ? kDigits[(three >> 6U) & 0x3FU] : '=';
-        text += i + 2 < size ? kDigits[three & 0x3FU] : '=';
-    }
-    return text;
 }
 
 void replace_all(std::string& text, std::string_view what)
@@ -177,7 +162,8 @@ std::string Credential::hide_in(std::string_view text) const
     if (!record_) return hidden;
     const auto size = static_cast<std::size_t>(record_->len);
     if (size < kShortestHidden) return hidden;
-    std::string encoded = base64(bytes(), size);
+    std::string encoded =
+        messages::base64_of({reinterpret_cast<const char*>(bytes()), size}); // no copy of it is left behind
     replace_all(hidden, encoded);
     wipe_text(encoded);
     std::string plain(reinterpret_cast<const char*>(bytes()), size);

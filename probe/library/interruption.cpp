@@ -1,5 +1,6 @@
 #include "probe/library/interruption.h"
 
+#include "probe/library/signals.h"
 #include "probe/output/problem.h"
 #include "probe/output/progress_line.h"
 #include "probe/output/readable.h"
@@ -52,8 +53,9 @@ std::string readable_seconds(milliseconds time)
 
 Interruption::Interruption(const RunLimits& limits, LibraryNetwork network, ProgressLine& line)
     : limits_(limits), network_(std::move(network)), line_(line),
-      deadline_(limits.run ? Clock::now() + *limits.run : Time::max()), wake_(eventfd(0, EFD_CLOEXEC)),
-      ending_seen_(eventfd(0, EFD_CLOEXEC)), watcher_([this] { watch(); })
+      deadline_(limits.run ? Clock::now() + *limits.run : Time::max()),
+      wake_(required(eventfd(0, EFD_CLOEXEC))), ending_seen_(required(eventfd(0, EFD_CLOEXEC))),
+      watcher_([this] { watch(); })
 {
 }
 
@@ -107,6 +109,8 @@ void Interruption::set_farewell(std::function<void(const Problem&)> farewell)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     farewell_ = std::move(farewell);
+    look();
+    if (to_end()) end_if_nothing_is_open();
 }
 
 bool Interruption::wait_for_room(int descriptor)
@@ -290,8 +294,7 @@ void Interruption::watch()
         if (stops_) return;
         eventfd_t count = 0;
         if ((watched[1].revents & POLLIN) != 0) eventfd_read(wake_.get(), &count);
-        const bool seen = look();
-        if (seen && works_ == 0 && !running_) end_process(problem_now("nothing was open at the service", {}));
+        if (look()) end_if_nothing_is_open();
         next = std::min(deadline_seen_ ? Time::max() : deadline_, running_ ? act_on_call() : Time::max());
         next_look_ = next;
     }
@@ -333,6 +336,13 @@ void Interruption::show_waiting(Time now)
     running_->line_due = running_->begun + time + seconds(1);
     line_.show_waiting("waiting for " + (where.empty() ? "the service" : where) + ", " + readable_time(time) +
                        (to_end() ? ", ending" : ""));
+}
+
+// Without a farewell nobody could be told: it is just being set up, or all is said.
+void Interruption::end_if_nothing_is_open() const
+{
+    if (works_ == 0 && !running_ && farewell_)
+        end_process(problem_now("nothing was open at the service", {}));
 }
 
 void Interruption::end_process(const Problem& problem) const

@@ -5,6 +5,7 @@
 #define SOAPWRAPPER_PROBE_LIBRARY_INTERRUPTION_H
 
 #include "probe/library/signals.h"
+#include "probe/output/descriptor.h"
 #include "probe/output/problem.h"
 
 #include <chrono>
@@ -153,6 +154,7 @@ class Interruption
     void give_up_call();
     Time act_on_call();
     void show_waiting(Time now);
+    void end_if_nothing_is_open() const;
     [[noreturn]] void end_process(const Problem& problem) const;
 
     void begin_call(CallKind kind, AfterCut after_cut);

@@ -57,7 +57,8 @@ class Progress
     std::atomic<LoadStep>* step_ = nullptr;
 };
 
-// While it exists, the end of a child is a signal that waits to be fetched.
+// While it exists, the end of a child is a signal that waits to be fetched. Signals that ask the program to
+// end and are blocked already are waited for as well, and left to whoever blocked them.
 class ChildSignal
 {
   public:
@@ -66,6 +67,9 @@ class ChildSignal
         sigemptyset(&signals_);
         sigaddset(&signals_, SIGCHLD);
         sigprocmask(SIG_BLOCK, &signals_, &mask_before_);
+        for (const int ending : {SIGINT, SIGTERM, SIGHUP}) {
+            if (sigismember(&mask_before_, ending) == 1) sigaddset(&signals_, ending);
+        }
         // A process whose parent ignores the signal inherits that, and then nothing is left to wait for.
         struct sigaction by_default = {};
         by_default.sa_handler = SIG_DFL;
@@ -73,8 +77,11 @@ class ChildSignal
     }
     ~ChildSignal()
     {
+        sigset_t child = {};
+        sigemptyset(&child);
+        sigaddset(&child, SIGCHLD);
         const timespec none = {};
-        while (sigtimedwait(&signals_, nullptr, &none) > 0) continue; // it was for the trial alone
+        while (sigtimedwait(&child, nullptr, &none) > 0) continue; // it was for the trial alone
         sigaction(SIGCHLD, &action_before_, nullptr);
         restore_mask();
     }
@@ -83,12 +90,23 @@ class ChildSignal
 
     void restore_mask() const { sigprocmask(SIG_SETMASK, &mask_before_, nullptr); }
 
-    // Returns at the signal, at the end of the time, and for reasons that don't matter.
-    void wait(Clock::duration time) const
+    // For the child, which has nobody to look after them.
+    void let_all_through() const
+    {
+        restore_mask();
+        sigprocmask(SIG_UNBLOCK, &signals_, nullptr);
+    }
+
+    // Returns at a signal, at the end of the time, and for reasons that don't matter. False: this program is
+    // asked to end.
+    bool wait(Clock::duration time) const
     {
         const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
         const timespec left = {seconds.count(), std::chrono::nanoseconds(time - seconds).count()};
-        sigtimedwait(&signals_, nullptr, &left);
+        const int signal = sigtimedwait(&signals_, nullptr, &left);
+        if (signal <= 0 || signal == SIGCHLD) return true;
+        raise(signal);
+        return false;
     }
 
   private:
@@ -125,17 +143,20 @@ void detach_from_terminal()
     _exit(0);
 }
 
-// The status that waitpid() gives, or none: the time is over.
-std::optional<int> wait_for(pid_t child, const ChildSignal& signal, Clock::time_point end)
+struct Outcome {
+    std::optional<int> status; // that waitpid() gives; none: it has not ended
+    bool is_abandoned = false; // this program is asked to end
+};
+
+Outcome wait_for(pid_t child, const ChildSignal& signal, Clock::time_point end)
 {
-    for (;;) {
+    for (bool goes_on = true;; goes_on = signal.wait(end - Clock::now())) {
+        if (!goes_on) return {std::nullopt, true};
         int status = 0;
         const pid_t ended = waitpid(child, &status, WNOHANG);
-        if (ended == child) return status;
-        if (ended < 0 && errno != EINTR) return 0;
-        const Clock::duration left = end - Clock::now();
-        if (left <= Clock::duration::zero()) return std::nullopt;
-        signal.wait(left);
+        if (ended == child) return {status};
+        if (ended < 0 && errno != EINTR) return {0};
+        if (Clock::now() >= end) return {std::nullopt};
     }
 }
 
@@ -197,12 +218,13 @@ std::optional<Problem> try_library(const LibraryPlaces& places, std::chrono::mil
     const pid_t child = fork();
     if (child < 0) return std::nullopt;
     if (child == 0) {
-        signal.restore_mask();
+        signal.let_all_through();
         try_in_child(places, progress, parent);
     }
-    const std::optional<int> status = wait_for(child, signal, Clock::now() + limit);
+    const auto [status, is_abandoned] = wait_for(child, signal, Clock::now() + limit);
     if (!status) {
         end_child(child);
+        if (is_abandoned) return std::nullopt;
         return trouble(places, progress.last(), "did not come back within " + in_seconds(limit));
     }
     if (WIFSIGNALED(*status)) {

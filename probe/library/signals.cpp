@@ -21,14 +21,10 @@ bool is_ignored(int signal)
 
 } // namespace
 
-Descriptor::Descriptor(int descriptor) : descriptor_(descriptor)
+int required(int descriptor)
 {
     if (descriptor < 0) throw std::system_error(errno, std::generic_category(), "signals can't be watched");
-}
-
-Descriptor::~Descriptor()
-{
-    close(descriptor_);
+    return descriptor;
 }
 
 EndingSignals::Block::Block()
@@ -45,7 +41,10 @@ EndingSignals::Block::~Block()
     pthread_sigmask(SIG_SETMASK, &mask_before, nullptr);
 }
 
-EndingSignals::EndingSignals() : descriptor_(signalfd(-1, &block_.signals, SFD_CLOEXEC | SFD_NONBLOCK)) {}
+EndingSignals::EndingSignals()
+    : descriptor_(required(signalfd(-1, &block_.signals, SFD_CLOEXEC | SFD_NONBLOCK)))
+{
+}
 
 EndingSignals::~EndingSignals()
 {

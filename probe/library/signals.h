@@ -2,6 +2,8 @@
 #ifndef SOAPWRAPPER_PROBE_LIBRARY_SIGNALS_H
 #define SOAPWRAPPER_PROBE_LIBRARY_SIGNALS_H
 
+#include "probe/output/descriptor.h"
+
 #include <signal.h>
 
 #include <optional>
@@ -9,19 +11,8 @@
 namespace soapwrapper::probe
 {
 
-// A descriptor that is closed with its owner. One that couldn't be had is thrown.
-class Descriptor
-{
-  public:
-    explicit Descriptor(int descriptor);
-    ~Descriptor();
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return descriptor_; }
-
-  private:
-    int descriptor_;
-};
+// One of the system's that must be there: that it couldn't be made is thrown.
+int required(int descriptor);
 
 // SIGINT, SIGTERM and SIGHUP, blocked on this thread and on those that it makes from now on. One that the
 // process was told to ignore stays ignored: nohup and shells without job control do that.

@@ -7,6 +7,7 @@
 #include "probe/library/plugin_manager.h"
 #include "probe/library/probe.h"
 #include "probe/library/session.h"
+#include "probe/library/signals.h"
 #include "probe/output/descriptor_stream.h"
 #include "probe/output/output.h"
 #include "probe/output/problem.h"
@@ -148,6 +149,7 @@ int exit_code_of(std::optional<Problem> problem, int output_error, Interruption&
 
 int drive_library(const CommonOptions& options, const Run& run)
 {
+    const EndingSignals signals; // from here on they wait for the interruption
     // Ahead of whatever makes a thread.
     const std::optional<Problem> trouble = try_library(options.places());
     ProgressLine line;

@@ -1,7 +1,7 @@
 #include "probe/program/usage.h"
 
+#include "probe/output/nearest.h"
 #include "probe/output/text.h"
-#include "probe/program/nearest.h"
 
 #include <CLI/CLI.hpp>
 

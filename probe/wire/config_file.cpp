@@ -1,5 +1,6 @@
 #include "probe/wire/config_file.h"
 
+#include "probe/output/descriptor.h"
 #include "probe/output/problem.h"
 #include "probe/wire/real_calls.h"
 #include "probe/wire/tapped_calls.h"
@@ -31,23 +32,6 @@ struct Served {
     const char* bytes = nullptr; // a file in memory
 };
 Served g_served;
-
-class Descriptor
-{
-  public:
-    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-    ~Descriptor()
-    {
-        if (descriptor_ >= 0) close(descriptor_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int get() const { return descriptor_; }
-
-  private:
-    const int descriptor_;
-};
 
 Problem unreadable(const std::string& path, const std::string& why)
 {

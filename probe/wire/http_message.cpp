@@ -1,5 +1,6 @@
 #include "probe/wire/http_message.h"
 
+#include "messages/lower_case.h"
 #include "messages/markup.h"
 #include "messages/wiping.h"
 #include "probe/wire/unpacking.h"
@@ -23,14 +24,6 @@ namespace
 constexpr std::size_t kNowhere = std::string_view::npos;
 constexpr std::size_t kLongestChunkLine = 4096;
 constexpr int kSwitchingProtocols = 101;
-
-std::string lower_case(std::string_view text)
-{
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return result;
-}
 
 std::string_view without_line_end(std::string_view line)
 {
@@ -129,7 +122,7 @@ void HttpMessage::begin_body()
         return;
     }
     const std::optional<std::uint64_t> length = number(field("content-length"), 10);
-    if (lower_case(field("transfer-encoding")).find("chunked") != std::string::npos) {
+    if (messages::lower_case(field("transfer-encoding")).find("chunked") != std::string::npos) {
         part_ = Part::kChunkSize;
     } else if (code == 204 || code == 304) {
         part_ = Part::kNone;
@@ -209,7 +202,7 @@ std::string HttpMessage::field(std::string_view name) const
         head.remove_prefix(1);
         const std::string_view line = head.substr(0, head.find('\n'));
         const std::size_t colon = line.find(':');
-        if (colon != kNowhere && lower_case(line.substr(0, colon)) == name) {
+        if (colon != kNowhere && messages::lower_case(line.substr(0, colon)) == name) {
             return std::string(messages::without_blanks_around(line.substr(colon + 1)));
         }
         head.remove_prefix(line.size());
@@ -219,7 +212,7 @@ std::string HttpMessage::field(std::string_view name) const
 
 void HttpMessage::unpack()
 {
-    const std::string coding = lower_case(field("content-encoding"));
+    const std::string coding = messages::lower_case(field("content-encoding"));
     if (coding != "gzip" && coding != "x-gzip" && coding != "deflate") return;
     Unpacked unpacked = wire::unpack(body_, kLongestBody);
     if (unpacked.bytes.empty()) {

@@ -1,6 +1,7 @@
 #include "probe/wire/recorder.h"
 
 #include "messages/blotter.h"
+#include "messages/lower_case.h"
 #include "messages/recording.h"
 #include "messages/utc_time.h"
 #include "probe/output/descriptor_stream.h"
@@ -26,19 +27,13 @@ using messages::ReplyEnd;
 
 constexpr messages::RecordingBounds kBounds;
 
-bool contains(std::string text, const char* word)
-{
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text.find(word) != std::string::npos;
-}
-
 ReplyEnd end_of(const Exchange& exchange)
 {
     if (exchange.request_head.empty()) return ReplyEnd::kUnconnected;
     if (exchange.status == 0) {
         if (!exchange.reply_body.empty()) return ReplyEnd::kNoHttp;
-        return contains(exchange.failure, "reset") ? ReplyEnd::kReset : ReplyEnd::kNothing;
+        return messages::lower_case(exchange.failure).find("reset") != std::string::npos ? ReplyEnd::kReset
+                                                                                         : ReplyEnd::kNothing;
     }
     return exchange.reply_is_whole && exchange.reply_note.empty() ? ReplyEnd::kWhole : ReplyEnd::kCut;
 }
@@ -51,11 +46,7 @@ std::string content_type_in(std::string_view head)
         const std::size_t end = std::min(head.find('\n', at), head.size());
         std::string_view line = head.substr(at, end - at);
         at = end + 1;
-        const bool is_it = line.size() > kName.size() &&
-                           std::equal(kName.begin(), kName.end(), line.begin(), [](char name, char c) {
-                               return name == std::tolower(static_cast<unsigned char>(c));
-                           });
-        if (!is_it) continue;
+        if (messages::lower_case(line.substr(0, kName.size())) != kName) continue;
         line.remove_prefix(std::min(line.find_first_not_of(" \t", kName.size()), line.size()));
         return std::string(line.substr(0, line.find('\r')));
     }

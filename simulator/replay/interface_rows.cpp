@@ -1,5 +1,6 @@
 #include "simulator/replay/interface_rows.h"
 
+#include "messages/lower_case.h"
 #include "messages/markup.h"
 
 #include <algorithm>
@@ -78,10 +79,7 @@ std::string host_in_url(std::string_view url)
     const std::size_t colon = host.rfind(':');
     const std::size_t bracket = host.rfind(']');
     if (colon != kNowhere && (bracket == kNowhere || bracket < colon)) host = host.substr(0, colon);
-    std::string name(host);
-    std::transform(name.begin(), name.end(), name.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return name;
+    return messages::lower_case(host);
 }
 
 std::string with_own_interfaces(std::string_view reply, const std::set<std::string>& hosts,

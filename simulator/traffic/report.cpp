@@ -1,14 +1,14 @@
 #include "simulator/traffic/report.h"
 
 #include "messages/indented.h"
+#include "messages/utc_time.h"
 #include "simulator/front/http.h"
 #include "simulator/traffic/exchange.h"
 
 #include <nlohmann/json.hpp>
 
+#include <chrono>
 #include <cstdint>
-#include <cstdio>
-#include <ctime>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -24,14 +24,7 @@ using nlohmann::json;
 
 std::string utc(std::int64_t milliseconds)
 {
-    const std::time_t seconds = milliseconds / 1000;
-    std::tm parts{};
-    gmtime_r(&seconds, &parts);
-    char date[sizeof "2000-01-01T00:00:00"];
-    std::strftime(date, sizeof date, "%Y-%m-%dT%H:%M:%S", &parts);
-    char text[sizeof date + sizeof ".000Z"];
-    std::snprintf(text, sizeof text, "%s.%03dZ", date, static_cast<int>(milliseconds % 1000));
-    return text;
+    return messages::utc_time(std::chrono::system_clock::time_point(std::chrono::milliseconds(milliseconds)));
 }
 
 std::string first_of(const Fields& fields, std::string_view name, const std::string& otherwise)

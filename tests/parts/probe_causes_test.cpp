@@ -6,8 +6,8 @@
 #include "probe/lists/change_doubts.h"
 #include "probe/login/clear_login.h"
 #include "probe/login/discovery_attempts.h"
+#include "probe/output/nearest.h"
 #include "probe/output/problem.h"
-#include "probe/program/nearest.h"
 
 #include <gmock/gmock.h>
 

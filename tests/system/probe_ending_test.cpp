@@ -215,6 +215,19 @@ TEST_F(ProbeEnding, ASignalWhileACredentialIsWaitedForEndsTheProbeAtOnce)
     EXPECT_THAT(service.operations(), IsEmpty());
 }
 
+TEST_F(ProbeEnding, ASignalWhileTheLibraryIsTriedEndsTheProbeAtOnce)
+{
+    const std::string hangs = std::string(FAKE_PLUGIN_FOLDER) + "/libprobe_fake_hangs.so";
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        Process process(PROBE_PROGRAM, {"discover", kName, "--library", hangs}, {}, {});
+        process.wait_for_err("hanging\n");
+        kill(process.id(), signal);
+        const ProcessResult result = process.finish();
+        EXPECT_EQ(result.exit_code, 5) << signal;
+        EXPECT_EQ(result.err, "hanging\ninterrupted: nothing was open at the service\n");
+    }
+}
+
 TEST_F(ProbeEnding, ALimitOfTheWholeRunClosesWhatIsOpen)
 {
     const std::pair<Words, const char*> cases[] = {{kLsus, "listLSU"},

@@ -67,6 +67,7 @@ STSPI_EXPORT int stspi_init(uint64_t host_version, const char* path, stspi_plugi
     raise(SIGSEGV);
 #endif
 #ifdef FAKE_HANGS
+    fputs("hanging\n", stderr);
     for (;;) pause();
 #endif
     record_version("init", host_version);

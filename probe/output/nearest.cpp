@@ -1,4 +1,4 @@
-#include "probe/program/nearest.h"
+#include "probe/output/nearest.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -14,7 +14,14 @@ namespace
 // A longer text is no slip of the finger, and the comparison would take long.
 constexpr std::size_t kLongestTyped = 64;
 
-std::size_t distance(const std::string& one, const std::string& other)
+bool begins_with(const std::string& text, const std::string& beginning)
+{
+    return beginning.size() > 1 && text.compare(0, beginning.size(), beginning) == 0;
+}
+
+} // namespace
+
+std::size_t changes_between(const std::string& one, const std::string& other)
 {
     std::vector<std::size_t> before;
     std::vector<std::size_t> last;
@@ -33,20 +40,13 @@ std::size_t distance(const std::string& one, const std::string& other)
     return row.back();
 }
 
-bool begins_with(const std::string& text, const std::string& beginning)
-{
-    return beginning.size() > 1 && text.compare(0, beginning.size(), beginning) == 0;
-}
-
-} // namespace
-
 std::vector<std::string> nearest(const std::string& typed, const std::vector<std::string>& known)
 {
     std::vector<std::string> found;
     if (typed.size() > kLongestTyped) return found;
     std::size_t least = std::max<std::size_t>(1, typed.size() / 3);
     for (const std::string& word : known) {
-        const std::size_t away = begins_with(word, typed) ? 1 : distance(typed, word);
+        const std::size_t away = begins_with(word, typed) ? 1 : changes_between(typed, word);
         if (away > least) continue;
         if (away < least) found.clear();
         least = away;
