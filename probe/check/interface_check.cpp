@@ -3,6 +3,7 @@
 #include "probe/check/check_report.h"
 #include "probe/check/service_url.h"
 #include "probe/output/offered_interface.h"
+#include "probe/output/url_login.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -8,6 +8,7 @@
 #include "probe/check/service_url.h"
 #include "probe/check/setting_check.h"
 #include "probe/check/tls_look.h"
+#include "probe/output/url_login.h"
 
 #include <algorithm>
 #include <chrono>

@@ -66,13 +66,4 @@ ServiceUrl parse_url(const std::string& url)
     return parsed;
 }
 
-std::string shown_url(const std::string& url)
-{
-    const std::size_t at = url.find('@');
-    if (at == std::string::npos) return url;
-    const std::size_t slashes = url.find("//");
-    const std::string scheme = slashes < at ? url.substr(0, slashes + 2) : std::string();
-    return scheme + "(login)" + url.substr(at);
-}
-
 } // namespace soapwrapper::probe

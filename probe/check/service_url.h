@@ -19,9 +19,6 @@ struct ServiceUrl {
 
 ServiceUrl parse_url(const std::string& url);
 
-// For people: without what stands ahead of the host.
-std::string shown_url(const std::string& url);
-
 } // namespace soapwrapper::probe
 
 #endif

@@ -5,6 +5,7 @@
 #include "probe/check/configuration_file.h"
 #include "probe/check/nearest_key.h"
 #include "probe/check/service_url.h"
+#include "probe/output/url_login.h"
 
 #include <cstdlib>
 #include <optional>

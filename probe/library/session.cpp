@@ -3,6 +3,7 @@
 #include "plugin/host/host_records.h"
 #include "probe/library/credential.h"
 #include "probe/output/text.h"
+#include "probe/output/url_login.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -73,7 +74,7 @@ int Session::receive(const char* /*session_id*/, const char* message, int level)
 void Session::take(std::string_view message, int level)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
-    std::string line = watched_ ? watched_->hide_in(message) : std::string(message);
+    std::string line = without_url_logins(watched_ ? watched_->hide_in(message) : std::string(message));
     if (level >= printed_level_) print(line, level);
     if (level == STS_LOG_FAILURE) {
         take_failure(std::move(line));

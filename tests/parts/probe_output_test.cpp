@@ -6,6 +6,7 @@
 #include "probe/output/readable.h"
 #include "probe/output/records.h"
 #include "probe/output/status_text.h"
+#include "probe/output/url_login.h"
 #include "probe/output/width.h"
 
 #include <gmock/gmock.h>
@@ -165,6 +166,18 @@ TEST(Documents, BeginWithTheVersionOfTheirForm)
     std::ostringstream empty;
     Output(empty, Format::kJson, "").finish();
     EXPECT_EQ(empty.str(), "{\n  \"schema\": 1\n}\n");
+}
+
+TEST(UrlLogins, AreNotShownInAText)
+{
+    EXPECT_EQ(without_url_logins(""), "");
+    EXPECT_EQ(without_url_logins("soap_endpoint = https://u:p/w@d@filer:8086/x"),
+              "soap_endpoint = https://(login)@filer:8086/x");
+    EXPECT_EQ(without_url_logins("http://u@a, \"http://b\" and <http://:@c>"),
+              "http://(login)@a, \"http://b\" and <http://(login)@c>");
+    for (const char* same : {"http://filer:8085 is a@b", "user@host", "://", "a://\nu@h"}) {
+        EXPECT_EQ(without_url_logins(same), same);
+    }
 }
 
 } // namespace

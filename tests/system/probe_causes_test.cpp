@@ -142,6 +142,20 @@ TEST_F(ProbeCauses, ACredentialThatWentNowhereIsNotWarnedOf)
     EXPECT_THAT(logged_in({"server", kName, "--no-discover"}).login_warning, IsEmpty());
 }
 
+TEST_F(ProbeCauses, ALoginInAUrlOfTheConfigurationIsShownNowhere)
+{
+    const std::string address = service.url().substr(std::string("http://").size());
+    folder.write("soapwrapper.conf", "filer = http://admin:hunter2@" + address + "\n");
+    service.refuse("openServer", "wrong credential", 4711);
+    for (const char* command : {"discover", "server", "check"}) {
+        const ProcessResult result = logged_in({command, kName, "--log", "record"});
+        const std::string all = result.out + result.err + result.login_warning;
+        EXPECT_THAT(all, HasSubstr("http://(login)@" + address)) << command;
+        EXPECT_THAT(all, Not(HasSubstr("hunter2"))) << command;
+    }
+    EXPECT_THAT(logged_in({"server", kName, "--json"}).out, Not(HasSubstr("hunter2")));
+}
+
 TEST_F(ProbeCauses, AMistypedCommandOrOptionIsAnsweredWithTheNearest)
 {
     const std::vector<std::pair<Words, std::string>> cases = {
