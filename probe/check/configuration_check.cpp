@@ -2,9 +2,9 @@
 
 #include "probe/check/certificate.h"
 #include "probe/check/check_report.h"
-#include "probe/check/configuration_file.h"
 #include "probe/check/regular_file.h"
 #include "probe/check/setting_check.h"
+#include "probe/library/configuration_file.h"
 #include "probe/library/plugin_library.h"
 
 #include <sys/types.h>

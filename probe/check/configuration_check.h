@@ -5,7 +5,7 @@
 
 #include "probe/check/certificate.h"
 #include "probe/check/check_report.h"
-#include "probe/check/configuration_file.h"
+#include "probe/library/configuration_file.h"
 #include "probe/library/plugin_library.h"
 
 #include <optional>

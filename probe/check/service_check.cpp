@@ -3,11 +3,11 @@
 #include "probe/check/certificate.h"
 #include "probe/check/check_report.h"
 #include "probe/check/configuration_check.h"
-#include "probe/check/configuration_file.h"
 #include "probe/check/connection.h"
 #include "probe/check/service_url.h"
 #include "probe/check/setting_check.h"
 #include "probe/check/tls_look.h"
+#include "probe/library/configuration_file.h"
 #include "probe/output/url_login.h"
 
 #include <algorithm>

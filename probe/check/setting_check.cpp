@@ -2,9 +2,9 @@
 
 #include "probe/check/certificate.h"
 #include "probe/check/check_report.h"
-#include "probe/check/configuration_file.h"
 #include "probe/check/nearest_key.h"
 #include "probe/check/service_url.h"
+#include "probe/library/configuration_file.h"
 #include "probe/output/url_login.h"
 
 #include <cstdlib>

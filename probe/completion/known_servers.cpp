@@ -1,12 +1,15 @@
 #include "probe/completion/known_servers.h"
 
 #include "probe/completion/command_tree.h"
+#include "probe/library/configuration_file.h"
+#include "probe/library/plugin_library.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <fstream>
-#include <istream>
+#include <ios>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -18,58 +21,49 @@ namespace
 
 namespace fs = std::filesystem;
 
-constexpr char kLibrary[] = "libsoapwrapper.so";
-constexpr char kConfiguration[] = "soapwrapper.conf";
+constexpr std::size_t kMostBytes = 1 << 20;
 
-std::string value_of(const std::vector<Choice>& options, const char* name)
+std::optional<std::string> value_of(const std::vector<Choice>& options, const char* name)
 {
     const auto found = std::find_if(options.rbegin(), options.rend(),
                                     [&](const Choice& option) { return option.text == name; });
-    return found == options.rend() ? "" : found->description;
+    return found == options.rend() ? std::nullopt : std::optional(found->description);
 }
 
-fs::path configuration(const std::vector<Choice>& options)
+std::optional<std::string> configuration(const std::vector<Choice>& options)
 {
-    const std::string named = value_of(options, "--config");
-    if (!named.empty()) return named;
-    const std::string told = value_of(options, "--plugin-path");
-    if (!told.empty()) return fs::path(told).replace_filename(kConfiguration);
-    std::error_code error;
-    fs::path library = value_of(options, "--library");
-    if (library.empty()) library = fs::read_symlink("/proc/self/exe", error).replace_filename(kLibrary);
-    return fs::canonical(library, error).replace_filename(kConfiguration);
+    if (const auto named = value_of(options, "--config")) return named;
+    LibraryPlaces places;
+    places.library = value_of(options, "--library");
+    places.plugin_path = value_of(options, "--plugin-path");
+    const std::optional<std::string> told = told_place_ahead(places);
+    return told ? std::optional(configuration_path(*told)) : std::nullopt;
 }
 
 } // namespace
 
-std::vector<std::string> hosts_with_url(std::istream& configuration)
+std::vector<std::string> hosts_with_url(const ConfigurationFile& configuration)
 {
     std::vector<std::string> hosts;
-    std::string line;
-    while (std::getline(configuration, line)) {
-        // The library drops white space wherever it stands.
-        line.erase(std::remove_if(line.begin(), line.end(),
-                                  [](char byte) {
-                                      return std::string_view(" \t\r\v\f").find(byte) !=
-                                             std::string_view::npos;
-                                  }),
-                   line.end());
-        const std::size_t sign = line.find('=');
-        if (sign == std::string::npos || sign == 0 || line.front() == '#') continue;
-        const std::string value = line.substr(sign + 1);
-        if (value.rfind("http://", 0) == 0 || value.rfind("https://", 0) == 0)
-            hosts.push_back(line.substr(0, sign));
+    for (const ConfigurationLine& line : configuration.lines()) {
+        if (line.kind != ConfigurationLine::Kind::kSetting || line.key.empty() || line.key_is_url()) continue;
+        if (configuration.find(line.key) != &line) continue;
+        if (line.value.rfind("http://", 0) == 0 || line.value.rfind("https://", 0) == 0)
+            hosts.push_back(line.key);
     }
     return hosts;
 }
 
 std::vector<std::string> known_hosts(const std::vector<Choice>& options)
 {
-    const fs::path path = configuration(options);
+    const std::optional<std::string> path = configuration(options);
     std::error_code error;
-    if (!fs::is_regular_file(path, error)) return {};
-    std::ifstream file(path);
-    return hosts_with_url(file);
+    if (!path || !fs::is_regular_file(*path, error)) return {};
+    std::string bytes(kMostBytes, '\0');
+    std::ifstream file(*path, std::ios::binary);
+    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(file.gcount()));
+    return hosts_with_url(ConfigurationFile(bytes));
 }
 
 } // namespace soapwrapper::probe

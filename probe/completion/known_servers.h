@@ -3,18 +3,18 @@
 #define SOAPWRAPPER_PROBE_COMPLETION_KNOWN_SERVERS_H
 
 #include "probe/completion/command_tree.h"
+#include "probe/library/configuration_file.h"
 
-#include <iosfwd>
 #include <string>
 #include <vector>
 
 namespace soapwrapper::probe
 {
 
-// The keys of lines whose value is a URL: names of servers without their prefixes.
-std::vector<std::string> hosts_with_url(std::istream& configuration);
+// The keys whose value is a URL: names of servers without their prefixes.
+std::vector<std::string> hosts_with_url(const ConfigurationFile& configuration);
 
-// Those of the configuration that the library would read with these options, as far as its place can be told
+// Those of the configuration that the library would read with these options; none if its place can't be told
 // without loading it.
 std::vector<std::string> known_hosts(const std::vector<Choice>& options);
 

@@ -9,7 +9,6 @@
 #include <sys/stat.h>
 
 #include <fstream>
-#include <sstream>
 
 using namespace soapwrapper::probe;
 
@@ -84,9 +83,10 @@ TEST(RestOfAWord, IsReadAsItWasMeantWhateverBytesItHas)
 
 TEST(KnownServers, AreThoseWithAUrl)
 {
-    std::istringstream file(
-        "# a = http://x\nfil er1 = https://x:1\nconnect_timeout = 5\n=http://y\nfiler2=http://z\r\nbroken");
-    EXPECT_THAT(hosts_with_url(file), ElementsAre("filer1", "filer2"));
+    const ConfigurationFile file(
+        "# a = http://x\nfil er1 = https://x:1\nconnect_timeout = 5\n=http://y\nfiler2=http://z\r\nbroken\n"
+        "FILER2 = http://x\nhttps://u:p=http://x\nu:p@x=http://x\nfi\vler3 = http://x");
+    EXPECT_THAT(hosts_with_url(file), ElementsAre("filer1", "filer2", "filer3"));
 }
 
 class ListOfService : public ::testing::Test

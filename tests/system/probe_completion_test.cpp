@@ -191,6 +191,29 @@ TEST_F(ProbeCompletion, OffersServersThatTheConfigurationNames)
                 ElementsAre("words", "Network_NTAP:filer1", "Network_NTAP:filer2"));
 }
 
+// Wherever a shell happens to be.
+TEST_F(ProbeCompletion, OffersServersOfTheConfigurationBesideAnInstalledLibrary)
+{
+    std::filesystem::create_directories(folder_ / "bin");
+    std::filesystem::create_directories(folder_ / "lib");
+    const std::string program = (folder_ / "bin/soapwrapper-probe").string();
+    std::filesystem::copy_file(PROBE_PROGRAM, program);
+    const auto offered_servers = [&](const Words& options) {
+        Words words = {"-C", (folder_ / "").string(), program, "complete", "words"};
+        words.insert(words.end(), options.begin(), options.end());
+        words.insert(words.end(), {"server", "Network_NTAP:"});
+        return first_fields(run_process("/usr/bin/env", words, environment_).out);
+    };
+    EXPECT_THAT(offered_servers({}), ElementsAre("words"));
+    folder_.write("lib/libsoapwrapper.so", "");
+    folder_.write("lib/soapwrapper.conf", "installed = https://x\n");
+    EXPECT_THAT(offered_servers({}), ElementsAre("words", "Network_NTAP:installed"));
+    EXPECT_THAT(offered_servers({"--library", "lib/libsoapwrapper.so"}),
+                ElementsAre("words", "Network_NTAP:installed"));
+    // The loader knows where that is.
+    EXPECT_THAT(offered_servers({"--library", "libsoapwrapper.so"}), ElementsAre("words"));
+}
+
 TEST_F(ProbeCompletion, OffersNamesOfTheService)
 {
     EXPECT_THAT(offered({"lsu", kName, ""}),

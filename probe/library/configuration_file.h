@@ -1,6 +1,6 @@
 // soapwrapper.conf as the library reads it: in the same pieces, with the same keys and values.
-#ifndef SOAPWRAPPER_PROBE_CHECK_CONFIGURATION_FILE_H
-#define SOAPWRAPPER_PROBE_CHECK_CONFIGURATION_FILE_H
+#ifndef SOAPWRAPPER_PROBE_LIBRARY_CONFIGURATION_FILE_H
+#define SOAPWRAPPER_PROBE_LIBRARY_CONFIGURATION_FILE_H
 
 #include <cstddef>
 #include <optional>
@@ -23,6 +23,9 @@ struct ConfigurationLine {
     std::string value;           // of a setting
     bool value_has_gaps = false; // white space was dropped from within it
     bool has_nul = false;        // the library reads no further than this
+
+    // A URL that has no server's name ahead of it was split at a "=" of its own, and may hold a login.
+    bool key_is_url() const;
 };
 
 class ConfigurationFile

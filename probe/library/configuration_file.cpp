@@ -1,4 +1,4 @@
-#include "probe/check/configuration_file.h"
+#include "probe/library/configuration_file.h"
 
 #include <openssl/tls1.h>
 #include <strings.h>
@@ -81,6 +81,11 @@ std::optional<int> oldest_tls(const std::optional<std::string>& value)
 bool same_key(std::string_view left, std::string_view right)
 {
     return left.size() == right.size() && strncasecmp(left.data(), right.data(), left.size()) == 0;
+}
+
+bool ConfigurationLine::key_is_url() const
+{
+    return key.find("//") != std::string::npos || key.find('@') != std::string::npos;
 }
 
 ConfigurationFile::ConfigurationFile(std::string_view bytes)
