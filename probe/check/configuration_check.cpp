@@ -76,7 +76,8 @@ void check_line(const ConfigurationLine& line, const ConfigurationLook& look, co
     const ConfigurationLine* const first = look.file.find(line.key);
     if (first != &line) {
         report.add(Mark::kWarning, subject_of(line),
-                   line.key + " comes again: " + subject_of(*first) + " counts, and this one means nothing",
+                   shown_key(line) + " comes again: " + subject_of(*first) +
+                       " counts, and this one means nothing",
                    "take one of them out");
     } else if (const char* const key = setting_named(line.key)) {
         check_setting({key, line, look.file, ca_file, look.authorities}, report);

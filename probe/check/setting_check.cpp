@@ -91,7 +91,7 @@ std::optional<Verdict> weakness_of(const Authorities& authorities, const Setting
 
 Verdict judge_ca_file(const SettingLine& setting)
 {
-    const std::string& path = setting.ca_file;
+    const std::string path = without_url_logins(setting.ca_file); // it may be anything
     const Authorities& authorities = setting.authorities;
     if (!authorities.fault.empty()) {
         return {
@@ -211,6 +211,7 @@ bool is_secret(const std::string& key)
 
 std::string shown(const ConfigurationLine& line)
 {
+    if (line.key_is_url()) return shown_key(line);
     return line.key + " = " + (is_secret(line.key) ? "(hidden)" : shown_url(line.value));
 }
 
@@ -251,6 +252,11 @@ std::string subject_of(const ConfigurationLine& line)
     return "line " + std::to_string(line.number);
 }
 
+std::string shown_key(const ConfigurationLine& line)
+{
+    return line.key_is_url() ? "(a URL without a server's name ahead of it)" : line.key;
+}
+
 void check_setting(const SettingLine& setting, CheckReport& report)
 {
     for (const Setting& known : kSettings) {
@@ -274,6 +280,11 @@ void check_setting(const SettingLine& setting, CheckReport& report)
 
 void check_server(const ConfigurationLine& line, const ChannelRules& rules, CheckReport& report)
 {
+    if (line.key_is_url()) {
+        report.add(Mark::kWrong, subject_of(line), shown(line) + ": no server is called there",
+                   "write the server's name and a \"=\" ahead of it");
+        return;
+    }
     const ServiceUrl url = parse_url(line.value);
     std::vector<std::string> keys;
     for (const Setting& setting : kSettings) keys.emplace_back(setting.key);

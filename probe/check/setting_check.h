@@ -31,6 +31,9 @@ void check_server(const ConfigurationLine& line, const ChannelRules& rules, Chec
 
 std::string subject_of(const ConfigurationLine& line);
 
+// The key, fit to be seen.
+std::string shown_key(const ConfigurationLine& line);
+
 } // namespace soapwrapper::probe
 
 #endif

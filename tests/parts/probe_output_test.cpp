@@ -168,6 +168,19 @@ TEST(Documents, BeginWithTheVersionOfTheirForm)
     EXPECT_EQ(empty.str(), "{\n  \"schema\": 1\n}\n");
 }
 
+TEST(UrlLogins, AreNotShownInAUrl)
+{
+    EXPECT_EQ(shown_url("https://u:p/w@d@filer:8086/x"), "https://(login)@filer:8086/x");
+    EXPECT_EQ(shown_url("HTTP://u@a"), "HTTP://(login)@a");
+    // What stands ahead of other slashes may be a part of a password.
+    for (const char* text :
+         {"admin:secret//more@filer1", "ftp://secret@filer1", "https:secret//@filer1", "secret@filer1"}) {
+        EXPECT_EQ(shown_url(text), "(login)@filer1") << text;
+    }
+    for (const char* same : {"", "http://", "https://filer:8086/x", "filer//x"})
+        EXPECT_EQ(shown_url(same), same);
+}
+
 TEST(UrlLogins, AreNotShownInAText)
 {
     EXPECT_EQ(without_url_logins(""), "");
@@ -175,6 +188,8 @@ TEST(UrlLogins, AreNotShownInAText)
               "soap_endpoint = https://(login)@filer:8086/x");
     EXPECT_EQ(without_url_logins("http://u@a, \"http://b\" and <http://:@c>"),
               "http://(login)@a, \"http://b\" and <http://(login)@c>");
+    EXPECT_EQ(without_url_logins("http://u:a\"b'c<d>e@f\thttps://g\r\nhttps://h:<@i"),
+              "http://(login)@f\thttps://g\r\nhttps://(login)@i");
     for (const char* same : {"http://filer:8085 is a@b", "user@host", "://", "a://\nu@h"}) {
         EXPECT_EQ(without_url_logins(same), same);
     }
