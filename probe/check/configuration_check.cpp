@@ -21,18 +21,29 @@ namespace
 
 constexpr off_t kLargestFile = 1 << 20;
 
+const char* advice_on(RegularFile::Kind kind)
+{
+    switch (kind) {
+    case RegularFile::Kind::kIrregular:
+        return "put a regular file there, or nothing";
+    case RegularFile::Kind::kTooLarge:
+        return "shorten it: the check reads no more than 1 MiB";
+    default:
+        return "let the backup product's user read it: one that cannot be read counts as none";
+    }
+}
+
 // The bytes of the file; none are what the library has, too, where it can't read it.
 std::string read_configuration(const ReplacedConfiguration& place, CheckReport& report)
 {
     const std::string& path = place.name;
     const RegularFile file = open_regular(place.bytes, kLargestFile);
-    if (file.missing) {
+    if (file.kind == RegularFile::Kind::kMissing) {
         report.add(Mark::kInfo, "file", path + ": there is none, and none is needed");
         return {};
     }
     if (!file.stream) {
-        report.add(Mark::kWrong, "file", path + ": " + file.fault,
-                   "let the backup product's user read it: one that cannot be read counts as none");
+        report.add(Mark::kWrong, "file", path + ": " + file.fault, advice_on(file.kind));
         return {};
     }
     report.add(Mark::kOk, "file", path);

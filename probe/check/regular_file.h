@@ -16,9 +16,11 @@ struct CloseFile {
 };
 
 struct RegularFile {
+    enum class Kind { kReadable, kMissing, kUnreadable, kIrregular, kTooLarge };
+
+    Kind kind = Kind::kReadable;
     std::unique_ptr<std::FILE, CloseFile> stream;
-    std::string fault;    // why there is none
-    bool missing = false; // because nothing stands there
+    std::string fault; // why there is no stream
     bool writable_by_all = false;
 };
 

@@ -306,10 +306,20 @@ TEST_F(ProbeConfiguration, ThatIsNoFileIsSaidToBe)
     EXPECT_EQ(findings("")[0].at("result"), "ok");
     std::filesystem::remove(file());
     std::filesystem::create_directory(file());
-    EXPECT_THAT(std::string(findings("")[0].at("text")), HasSubstr("it is not a regular file"));
+    ordered_json found = findings("")[0];
+    EXPECT_THAT(std::string(found.at("text")), HasSubstr("it is not a regular file"));
+    EXPECT_EQ(found.at("advice"), "put a regular file there, or nothing");
     std::filesystem::remove(file());
     std::filesystem::create_symlink("/nowhere/at/all", file());
     EXPECT_THAT(std::string(findings("")[0].at("text")), HasSubstr("there is none, and none is needed"));
+    std::filesystem::remove(file());
+    found = findings(std::string((1 << 20) + 1, '\n'))[0];
+    EXPECT_THAT(std::string(found.at("text")), HasSubstr("it is larger than 1 MiB"));
+    EXPECT_EQ(found.at("advice"), "shorten it: the check reads no more than 1 MiB");
+    std::filesystem::remove(file());
+    std::filesystem::create_symlink(file(), file()); // a circle
+    EXPECT_THAT(std::string(findings("")[0].at("advice")),
+                HasSubstr("let the backup product's user read it"));
 }
 
 TEST_F(ProbeConfiguration, ThatIsLongerThanTheLibraryReadsAtOnceIsSaidToBeSplit)
