@@ -1,6 +1,7 @@
 #include "probe/output/offered_interface.h"
 
 #include "plugin/host/host_records.h"
+#include "probe/output/url_login.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -26,13 +27,14 @@ std::vector<std::string> split(std::string_view row)
     }
 }
 
-// The line that the library logs when it has chosen this one. The line is made anew and compared as a whole
-// rather than taken apart: what a service puts into a row can't mislead it.
+// The line that the library logs when it has chosen this one, as it is kept. The line is made anew and
+// compared as a whole rather than taken apart: what a service puts into a row can't mislead it.
 std::string selection_of(const OfferedInterface& offered)
 {
-    return "Interface selected: major " + std::to_string(offered.number(0)) + " minor " +
-           std::to_string(offered.number(1)) + " sdk " + std::to_string(offered.number(2)) + " type " +
-           offered.type() + " url " + offered.url();
+    return without_url_logins("Interface selected: major " + std::to_string(offered.number(0)) + " minor " +
+                              std::to_string(offered.number(1)) + " sdk " +
+                              std::to_string(offered.number(2)) + " type " + offered.type() + " url " +
+                              offered.url());
 }
 
 } // namespace

@@ -109,6 +109,16 @@ TEST_F(ProbeTest, DiscoverMarksOneOfTwoEqualRows)
     EXPECT_EQ(interfaces[1].at("chosen"), false);
 }
 
+TEST_F(ProbeTest, DiscoverMarksAnInterfaceWhoseUrlHoldsALogin)
+{
+    service.answer("getServerPropByName",
+                   information({"11;1;1;http;http://u:p@filer", "11;1;2;http;http://u:p@filer"}));
+    const json interfaces = json::parse(probe({"discover", kName, "--json"}).out).at("interfaces");
+    ASSERT_EQ(interfaces.size(), 2U);
+    EXPECT_EQ(interfaces[0].at("chosen"), false);
+    EXPECT_EQ(interfaces[1].at("chosen"), true);
+}
+
 TEST_F(ProbeTest, DiscoverMarksNothingWhereEveryRowIsMalformed)
 {
     service.answer("getServerPropByName", information({"11;1;2;http"}));
