@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,11 +31,16 @@ std::string shown(const OfferedInterface& offered)
     return offered.version() + ' ' + offered.type() + ' ' + shown_url(offered.url());
 }
 
-void add_chosen(const OfferedInterface& offered, CheckReport& report)
+void add_chosen(const OfferedInterface& offered, const std::optional<std::string>& own_url,
+                CheckReport& report)
 {
     const std::string text = shown(offered) + ": chosen";
     const ServiceUrl url = parse_url(offered.url());
-    if (offered.url().empty()) {
+    if (offered.type() == "https" && own_url && !parse_url(*own_url).https) {
+        report.add(Mark::kWarning, "interface",
+                   text + ", but soapwrapper.conf's URL is used instead, without TLS",
+                   "write https:// into soapwrapper.conf");
+    } else if (offered.url().empty()) {
         report.add(Mark::kWarning, "interface", text + ", but without a URL: it is not used for the login",
                    "have the service name its URL, or write it into soapwrapper.conf");
     } else if (!url.is_callable()) {
@@ -71,13 +77,14 @@ void add_other(const OfferedInterface& offered, const OfferedInterface* chosen, 
 
 } // namespace
 
-void check_interfaces(const std::vector<OfferedInterface>& offers, CheckReport& report)
+void check_interfaces(const std::vector<OfferedInterface>& offers, const std::optional<std::string>& own_url,
+                      CheckReport& report)
 {
     const auto chosen = std::find_if(offers.begin(), offers.end(),
                                      [](const OfferedInterface& offered) { return offered.chosen; });
     for (const OfferedInterface& offered : offers) {
         if (offered.chosen) {
-            add_chosen(offered, report);
+            add_chosen(offered, own_url, report);
         } else {
             add_other(offered, chosen == offers.end() ? nullptr : &*chosen, report);
         }

@@ -5,12 +5,16 @@
 #include "probe/check/check_report.h"
 #include "probe/output/offered_interface.h"
 
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace soapwrapper::probe
 {
 
-void check_interfaces(const std::vector<OfferedInterface>& offers, CheckReport& report);
+// `own_url`: the configuration's for the server, which goes ahead of the one that the service names.
+void check_interfaces(const std::vector<OfferedInterface>& offers, const std::optional<std::string>& own_url,
+                      CheckReport& report);
 
 } // namespace soapwrapper::probe
 

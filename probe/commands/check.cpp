@@ -9,19 +9,19 @@
 #include "probe/library/credential.h"
 #include "probe/library/plugin_library.h"
 #include "probe/library/probe.h"
+#include "probe/library/session.h"
 #include "probe/library/slots.h"
+#include "probe/login/clear_login.h"
 #include "probe/login/server_discovery.h"
 #include "probe/login/server_login.h"
 #include "probe/output/offered_interface.h"
 #include "probe/output/output.h"
 #include "probe/output/problem.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace soapwrapper::probe
 {
@@ -54,47 +54,69 @@ bool has_credential(const LoginOptions& login)
     return !login.credential_file.empty() || std::getenv(kCredentialVariable);
 }
 
-// What the library finds. None: it can't be opened.
-std::optional<std::vector<OfferedInterface>> check_discovery(const Probe& probe, const std::string& name,
-                                                             CheckReport& report)
+// The library's line on the interface that it chose, or an empty one. None: the service can't be opened.
+std::optional<std::string> check_discovery(const Probe& probe, const std::string& name,
+                                           const std::optional<std::string>& own_url, CheckReport& report)
 {
     const char* const advice = "see the lines above, and --log record";
     try {
         const ServerDiscovery found = discover_server(probe, name);
-        auto offers = offered_interfaces(*found.info, found.selection);
+        const auto offers = offered_interfaces(*found.info, found.selection);
         if (found.problem) report_failure(*found.problem, "discovery", advice, report);
         if (!found.problem) report.add(Mark::kOk, "discovery", "the library has found the service");
-        if (!found.problem || !offers.empty()) check_interfaces(offers, report);
+        if (!found.problem || !offers.empty()) check_interfaces(offers, own_url, report);
         if (found.problem) return std::nullopt;
-        return offers;
+        return found.selection;
     } catch (const Problem& problem) {
         report_failure(problem, "discovery", advice, report);
         return std::nullopt;
     }
 }
 
-void check_login(const Probe& probe, const CheckOptions& options, bool encrypted, CheckReport& report)
+constexpr char kEncryptionAdvice[] =
+    "have the service offer https, write https:// where soapwrapper.conf has its "
+    "URL, and set require_tls = yes there";
+
+void report_good_login(const Session& session, const std::string& selection, CheckReport& report)
+{
+    const auto login = sent_login(session);
+    const std::string text = "the service has taken the credential";
+    if (!login) {
+        report.add(Mark::kOk, "login", text);
+    } else if (uses_tls(selection, login->url)) {
+        report.add(Mark::kOk, "login", text + ", over TLS");
+    } else {
+        report.add(Mark::kWarning, "login", text + ", which went in the clear", kEncryptionAdvice);
+    }
+}
+
+// The credential may have been read by others, whatever the service made of it.
+void warn_of_failed_login(const Session& session, const std::string& selection, CheckReport& report)
+{
+    const auto login = sent_login(session);
+    if (!login || uses_tls(selection, login->url)) return;
+    report.add(Mark::kWarning, "login", "the credential went over " + login->url + " in the clear",
+               kEncryptionAdvice);
+}
+
+void check_login(const Probe& probe, const CheckOptions& options, const std::string& selection,
+                 CheckReport& report)
 {
     LoginOptions login = options.login;
     login.no_discovery = true;          // it has just been done, and the library keeps what it found
     login.warns_of_clear_login = false; // the report does
-    const char* step = "login";
     const char* advice = "look whether the credential is right, and of the right type";
+    bool logged_in = false;
     try {
         ServerLogin server(probe, options.name, login);
-        if (encrypted) {
-            report.add(Mark::kOk, "login", "the service has taken the credential, over TLS");
-        } else {
-            report.add(Mark::kWarning, "login",
-                       "the service has taken the credential, which went in the clear",
-                       "have the service offer https, and set require_tls = yes in soapwrapper.conf");
-        }
-        step = "logout";
+        report_good_login(probe.session, selection, report);
+        logged_in = true;
         advice = "look whether the service has kept the session open";
         server.close();
-        report.add(Mark::kOk, step, "the session is closed");
+        report.add(Mark::kOk, "logout", "the session is closed");
     } catch (const Problem& problem) {
-        report_failure(problem, step, advice, report);
+        report_failure(problem, logged_in ? "logout" : "login", advice, report);
+        if (!logged_in) warn_of_failed_login(probe.session, selection, report);
     }
 }
 
@@ -116,18 +138,14 @@ void check_service(const Probe& probe, const CheckOptions& options, const Config
     const std::string host = options.name.substr(colon + 1);
     report.add(Mark::kOk, "name", options.name + " is the library's to serve; its host is " + host);
     check_attempts(host, configuration, report);
-    const auto offers = check_discovery(probe, options.name, report);
-    if (!offers) {
+    const auto selection = check_discovery(probe, options.name, configuration.file.url(host), report);
+    if (!selection) {
         report.add(Mark::kInfo, "login", "not tried");
     } else if (!has_credential(options.login)) {
         report.add(Mark::kInfo, "login",
                    std::string("not tried: there is no --credential-file and no ") + kCredentialVariable);
     } else {
-        const bool encrypted =
-            std::any_of(offers->begin(), offers->end(), [](const OfferedInterface& offered) {
-                return offered.chosen && offered.type() == "https";
-            });
-        check_login(probe, options, encrypted, report);
+        check_login(probe, options, *selection, report);
     }
 }
 

@@ -37,17 +37,23 @@ bool uses_tls(const std::string& selection, const std::string& url)
     return !chosen_url.empty() && chosen_url.find(' ') == std::string::npos;
 }
 
-void warn_of_clear_login(const Session& session, const std::string& selection)
+std::optional<LoggedRequest> sent_login(const Session& session)
 {
-    static bool warned = false;
     const auto requests = session.requests();
-    if (warned || requests.empty()) return;
+    if (requests.empty() || requests.back().url.empty()) return std::nullopt;
     const LoggedRequest& login = requests.back();
     const std::optional<Failure> failure = failure_of(login);
     const bool went = login.failure.empty() || (failure && was_sent(*failure));
-    if (!went || login.url.empty() || uses_tls(selection, login.url)) return;
+    return went ? std::optional(login) : std::nullopt;
+}
+
+void warn_of_clear_login(const Session& session, const std::string& selection)
+{
+    static bool warned = false;
+    const auto login = sent_login(session);
+    if (warned || !login || uses_tls(selection, login->url)) return;
     warned = true;
-    std::cerr << "warning: the credential went over " << clean_line(login.url)
+    std::cerr << "warning: the credential went over " << clean_line(login->url)
               << " in the clear; see require_tls in soapwrapper.conf\n";
 }
 

@@ -393,7 +393,8 @@ TEST(ReleaseNote, ThatIsDamagedIsNone)
     EXPECT_FALSE(find_in(huge));
 }
 
-std::vector<std::string> interface_findings(std::initializer_list<const char*> rows, std::size_t chosen)
+std::vector<std::string> interface_findings(std::initializer_list<const char*> rows, std::size_t chosen,
+                                            const std::optional<std::string>& own_url = {})
 {
     const auto info = std::make_unique<sts_server_info_v8_t>();
     std::size_t count = 0;
@@ -403,7 +404,7 @@ std::vector<std::string> interface_findings(std::initializer_list<const char*> r
     std::ostringstream stream;
     Output output(stream, Format::kJson, "");
     CheckReport report(output, false);
-    check_interfaces(offers, report);
+    check_interfaces(offers, own_url, report);
     std::vector<std::string> found;
     for (const auto& check : output.document().at("checks")) {
         found.push_back(std::string(check.at("result")) + " " + std::string(check.at("text")));
@@ -434,6 +435,19 @@ TEST(ProbeInterfaces, AreExplainedOneByOne)
     EXPECT_THAT(interface_findings({"0;0;0;https;https://a"}, 9),
                 testing::ElementsAre("info 0.0.0 https https://a: not chosen, it has no version"));
     EXPECT_THAT(interface_findings({}, 9), testing::ElementsAre(HasSubstr("warning the service names none")));
+}
+
+TEST(ProbeInterfaces, AreNotUsedWhereTheConfigurationHasAUrlOfItsOwn)
+{
+    const auto chosen = [](const char* row, const char* own_url) {
+        return interface_findings({row}, 0, own_url).front();
+    };
+    EXPECT_EQ(
+        chosen("11;1;2;https;https://a", "http://b"),
+        "warning 11.1.2 https https://a: chosen, but soapwrapper.conf's URL is used instead, without TLS");
+    EXPECT_EQ(chosen("11;1;2;https;https://a", "HTTPS://b"), "ok 11.1.2 https https://a: chosen");
+    EXPECT_EQ(chosen("11;1;2;http;http://a", "http://b"),
+              "warning 11.1.2 http http://a: chosen; the login goes in the clear");
 }
 
 TEST(LibraryTrial, EndsALibraryThatDoesNotComeBack)

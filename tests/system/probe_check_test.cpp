@@ -10,7 +10,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
+#include <filesystem>
+#include <map>
 #include <memory>
 #include <utility>
 
@@ -208,6 +211,29 @@ TEST_F(ProbeCheck, WarnsOfALoginInTheClear)
                                 ": chosen; the login goes in the clear"));
     EXPECT_THAT(found,
                 Contains("warning login: the service has taken the credential, which went in the clear"));
+}
+
+TEST_F(ProbeCheck, WarnsOfALoginInTheClearToAServiceThatOffersTls)
+{
+    start();
+    configure("filer1 = " + http() + "\n");
+    EXPECT_THAT(
+        findings(0, {kName}, {{"SOAPWRAPPER_CREDENTIAL", "simulator"}}),
+        AllOf(Contains("warning interface: 11.1.2 https " + https() +
+                       ": chosen, but soapwrapper.conf's URL is used instead, without TLS"),
+              Contains("warning login: the service has taken the credential, which went in the clear")));
+}
+
+TEST_F(ProbeCheck, WarnsOfARefusedLoginInTheClear)
+{
+    start();
+    const std::map<std::string, std::string> wrong = {{"SOAPWRAPPER_CREDENTIAL", "not the simulator's"}};
+    configure("filer1 = " + http() + "\n");
+    const Words clear = findings(6, {kName}, wrong);
+    EXPECT_THAT(clear, Contains(StartsWith("wrong login: ")));
+    EXPECT_EQ(clear.back(), "warning login: the credential went over " + http() + " in the clear");
+    configure("filer1 = " + https() + "\n");
+    EXPECT_THAT(findings(6, {kName}, wrong).back(), StartsWith("wrong login: "));
 }
 
 TEST_F(ProbeCheck, SaysWhatIsWrongWithACertificate)
