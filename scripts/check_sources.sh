@@ -45,7 +45,7 @@ declare -A may_include=(
     [probe/lists]="plugin/host probe/output probe/library probe/arguments"
     [probe/operations]="plugin/host probe/output probe/library probe/arguments"
     [probe/events]="plugin/host probe/output probe/library"
-    [probe/check]="plugin/host probe/output probe/library"
+    [probe/check]="plugin/host probe/output probe/wire probe/library"
     [probe/watch]="plugin/host probe/output probe/library probe/arguments probe/operations"
     [probe/commands]="plugin/host probe/output probe/library probe/arguments probe/check probe/login probe/lists \
         probe/operations probe/events probe/completion probe/watch"

@@ -1,5 +1,7 @@
 #include "probe/check/connection.h"
 
+#include "probe/wire/tap.h"
+
 #include <netdb.h>
 #include <netinet/in.h>
 #include <poll.h>
@@ -49,7 +51,10 @@ Resolved resolve(const std::string& host, int port)
 // The system's resolver can't be given a limit: a thread that is late is left behind.
 Resolved resolve_within(const std::string& host, int port, TimeLimit limit)
 {
-    std::packaged_task<Resolved()> task([host, port] { return resolve(host, port); });
+    std::packaged_task<Resolved()> task([host, port] {
+        const wire::Untapped untapped; // of this thread
+        return resolve(host, port);
+    });
     std::future<Resolved> result = task.get_future();
     std::thread(std::move(task)).detach();
     if (result.wait_until(limit) == std::future_status::ready) return result.get();

@@ -9,6 +9,7 @@
 #include "probe/check/tls_look.h"
 #include "probe/library/configuration_file.h"
 #include "probe/output/url_login.h"
+#include "probe/wire/tap.h"
 
 #include <algorithm>
 #include <chrono>
@@ -56,6 +57,7 @@ std::string in_milliseconds(std::chrono::microseconds time)
 Attempt make_attempt(const std::string& text, const ConfigurationLook& configuration,
                      std::chrono::milliseconds time)
 {
+    const wire::Untapped untapped; // what is traced and recorded is the library's
     Attempt attempt;
     attempt.url = shown_url(text);
     const ServiceUrl url = parse_url(text);

@@ -236,6 +236,35 @@ TEST_F(ProbeCheck, WarnsOfARefusedLoginInTheClear)
     EXPECT_THAT(findings(6, {kName}, wrong).back(), StartsWith("wrong login: "));
 }
 
+TEST_F(ProbeCheck, LeavesItsOwnConnectionsOutOfATrace)
+{
+    start();
+    configure("filer1 = " + https() + "\n");
+    const std::string trace = (folder_ / "trace").string();
+    check({kName, "--trace", trace}, {{"SOAPWRAPPER_CREDENTIAL", "simulator"}});
+    const std::string text = read_file(trace);
+    EXPECT_THAT(text, StartsWith("#1  "));
+    EXPECT_THAT(text.substr(0, text.find('\n')), HasSubstr("  getServerPropByName  200  "));
+}
+
+TEST_F(ProbeCheck, IsEndedAtOnceWhileItWaitsOnAConnectionOfItsOwn)
+{
+    kit::ScriptedService service;
+    service.script({kit::Answer::Manner::kLateHandshake, {}});
+    configure("filer1 = " + service.tls_url() + "\n");
+    Process process(PROBE_PROGRAM,
+                    {"check", kName, "--json", "--library", PROBE_LIBRARY, "--plugin-path",
+                     (folder_ / "libsoapwrapper.so").string()},
+                    {}, {});
+    service.wait_for_connections(1);
+    kill(process.id(), SIGINT);
+    const ProcessResult result = process.finish();
+    EXPECT_EQ(result.exit_code, 5);
+    const json document = json::parse(result.out);
+    EXPECT_EQ(document.at("error").at("name"), "interrupted");
+    EXPECT_EQ(document.size(), 2U) << "schema and error: " << document;
+}
+
 TEST_F(ProbeCheck, SaysWhatIsWrongWithACertificate)
 {
     const kit::Authority authority;
