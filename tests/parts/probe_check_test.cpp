@@ -12,10 +12,12 @@
 #include "probe/output/problem.h"
 #include "service/channel_settings.h"
 #include "service/endpoint.h"
+#include "service/tls_context.h"
 #include "tests/kit/authority.h"
 #include "tests/unit/configuration_fixture.h"
 
 #include <nlohmann/json.hpp>
+#include <openssl/ssl.h>
 
 #include <sstream>
 
@@ -63,6 +65,8 @@ const std::string kFiles[] = {
     "require_tls = 1\ntls_min_version = 1.2\ntls_min_version = 1.1\n",
     "require_tls = maybe\ntls_min_version = 1.1\n",
     "tls_min_version =\n",
+    "tls_min_version = 1.2\n",
+    "tls_min_version = 1.3\n",
     "tls_ca_file = absent.pem\n",
     "tls_ca_file =\n",
     "tls_ca_file = good.pem\nrequire_tls = no\n",
@@ -115,6 +119,18 @@ class ProbeConfiguration : public Configuration
         return !value || read_authorities_file(ca_path(*value, pluginPath)).fault.empty();
     }
 
+    // The oldest version of TLS that the library's calls speak.
+    static int oldest_tls_of_the_library()
+    {
+        soap* const context = soap_new();
+        EXPECT_EQ(soapwrapper::share_tls_context(context), SOAP_OK);
+        const auto oldest = SSL_CTX_get_min_proto_version(context->ctx);
+        soap_destroy(context);
+        soap_end(context);
+        soap_free(context);
+        return static_cast<int>(oldest);
+    }
+
     // What the check says of a file with these lines.
     ordered_json findings(const std::string& lines)
     {
@@ -163,6 +179,7 @@ TEST_F(ProbeConfiguration, IsOfTheChannelWhatTheLibraryMakesOfIt)
         EXPECT_EQ(rules.connect_timeout, expected.connect_timeout);
         EXPECT_EQ(rules.reply_timeout, expected.reply_timeout);
         EXPECT_EQ(rules.texts_are_utf8, expected.texts_are_utf8);
+        EXPECT_EQ(rules.oldest_tls, oldest_tls_of_the_library());
     }
 }
 
@@ -454,10 +471,10 @@ TEST(LibraryTrial, EndsALibraryThatDoesNotComeBack)
 {
     LibraryPlaces places;
     places.library = FAKE_PLUGIN_THAT_HANGS;
-    const auto trouble = try_library(places, std::chrono::milliseconds(300));
+    const auto trouble = try_library(places, std::chrono::seconds(3));
     ASSERT_TRUE(trouble);
     EXPECT_EQ(trouble->code(), ExitCode::kLibrary);
-    EXPECT_EQ(trouble->meaning(), "the library did not come back within 0.3 seconds in stspi_init");
+    EXPECT_EQ(trouble->meaning(), "the library did not come back within 3 seconds in stspi_init");
     EXPECT_EQ(trouble->detail(), FAKE_PLUGIN_THAT_HANGS);
 }
 

@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <cstddef>
 #include <limits>
 #include <string>
@@ -206,6 +207,16 @@ TEST(ReplayedAnswer, TakesItsTimeUntilTheReplayIsStopped)
     std::thread stopper([&replay] { replay.stop(); });
     EXPECT_EQ(replay.answer(request_of("f")).outcome, "replayed 4");
     stopper.join();
+}
+
+TEST(ReplayedAnswer, TakesTheTimeThatWasRecorded)
+{
+    RecordedExchange exchange = exchange_of("f", ReplyEnd::kWhole);
+    exchange.microseconds = 20'000;
+    Replay replay(recording_of(exchange), {}, true);
+    const auto begun = std::chrono::steady_clock::now();
+    EXPECT_EQ(replay.answer(request_of("f")).outcome, "replayed 4");
+    EXPECT_GE(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(20));
 }
 
 } // namespace

@@ -265,6 +265,24 @@ TEST_F(ProbeCheck, IsEndedAtOnceWhileItWaitsOnAConnectionOfItsOwn)
     EXPECT_EQ(document.size(), 2U) << "schema and error: " << document;
 }
 
+TEST_F(ProbeCheck, SaysThatAServiceSpeaksOlderTlsOnly)
+{
+    start({"--tls-max", "1.2"});
+    configure("filer1 = " + https() + "\ntls_min_version = 1.3\n");
+    EXPECT_THAT(findings(6, {kName}), AllOf(Contains(StartsWith("wrong TLS: " + https() + ": TLS fails: ")),
+                                            Contains(StartsWith("wrong discovery: "))));
+    configure("filer1 = " + https() + "\ntls_min_version = 1.2\n");
+    EXPECT_THAT(findings(0, {kName}), Contains(StartsWith("ok TLS: TLSv1.2, ")));
+}
+
+TEST_F(ProbeCheck, WarnsOfAConfigurationThatEverybodyMayChange)
+{
+    configure("reply_timeout = 5\n");
+    std::filesystem::permissions(folder_ / "soapwrapper.conf", static_cast<std::filesystem::perms>(0666));
+    EXPECT_THAT(findings(0, {}),
+                Contains("warning file: everybody on this machine may change it, and so where logins go"));
+}
+
 TEST_F(ProbeCheck, SaysWhatIsWrongWithACertificate)
 {
     const kit::Authority authority;

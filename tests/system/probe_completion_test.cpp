@@ -233,8 +233,8 @@ TEST_F(ProbeCompletion, OffersNamesOfTheService)
 
 TEST_F(ProbeCompletion, LeavesNoSessionAndNoListOpen)
 {
-    offered({"lsu", kName, ""});
-    offered({"snapshot", "show", kName, "home", ""});
+    EXPECT_THAT(offered({"lsu", kName, ""}), Contains("home"));
+    EXPECT_THAT(offered({"snapshot", "show", kName, "home", ""}), Contains("nightly.0105"));
     EXPECT_THAT(state().at("servers").at(0).at("sessions"), IsEmpty());
     EXPECT_THAT(state().at("servers").at(0).at("open"), IsEmpty());
 }
@@ -257,7 +257,8 @@ TEST_F(ProbeCompletion, IsSilentWithoutACredentialAndWhereTheServiceCannotBeAske
 TEST_F(ProbeCompletion, FollowsNoOptionThatHasAnEffectOfItsOwn)
 {
     const std::string file = (folder_ / "made").string();
-    offered({"lsu", "--record", file, "--trace", file, "--log", "record", kName, ""});
+    EXPECT_THAT(offered({"lsu", "--record", file, "--trace", file, "--log", "record", kName, ""}),
+                Contains("home"));
     EXPECT_FALSE(std::filesystem::exists(file));
 }
 

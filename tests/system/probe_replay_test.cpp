@@ -1,5 +1,6 @@
 // What the probe records, replayed by the simulator.
 #include "probe_process.h"
+#include "tests/kit/scripted_service.h"
 #include "tests/system/simulator_process.h"
 
 #include <gmock/gmock.h>
@@ -142,7 +143,8 @@ TEST_F(ProbeRecordings, HoldNoCredentialAndNoToken)
 
 TEST_F(ProbeRecordings, OfARefusedConnectionAreToldAtTheReplaysStart)
 {
-    folder_.write("dead.conf", "filer = http://127.0.0.1:1\n");
+    const kit::DeadPort port;
+    folder_.write("dead.conf", "filer = " + port.url() + "\n");
     run_process(PROBE_PROGRAM, {"discover", kName, "--library", PROBE_LIBRARY, "--config",
                                 (folder_ / "dead.conf").string(), "--record", (folder_ / "one").string()});
     SimulatorProcess replay({"--replay", (folder_ / "one").string()});
