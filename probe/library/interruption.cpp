@@ -51,11 +51,10 @@ std::string readable_seconds(milliseconds time)
 
 } // namespace
 
-Interruption::Interruption(const RunLimits& limits, LibraryNetwork network, ProgressLine& line)
+Interruption::Interruption(const RunLimits& limits, LibraryNetwork network, ProgressLine& line, Time begin)
     : limits_(limits), network_(std::move(network)), line_(line),
-      deadline_(limits.run ? Clock::now() + *limits.run : Time::max()),
-      wake_(required(eventfd(0, EFD_CLOEXEC))), ending_seen_(required(eventfd(0, EFD_CLOEXEC))),
-      watcher_([this] { watch(); })
+      deadline_(limits.run ? begin + *limits.run : Time::max()), wake_(required(eventfd(0, EFD_CLOEXEC))),
+      ending_seen_(required(eventfd(0, EFD_CLOEXEC))), watcher_([this] { watch(); })
 {
 }
 

@@ -51,7 +51,9 @@ struct LibraryNetwork {
 class Interruption
 {
   public:
-    Interruption(const RunLimits& limits, LibraryNetwork network, ProgressLine& line);
+    // `begin`: of the run, which its limit counts from.
+    Interruption(const RunLimits& limits, LibraryNetwork network, ProgressLine& line,
+                 std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now());
     ~Interruption();
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;

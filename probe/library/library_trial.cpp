@@ -16,6 +16,7 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
@@ -209,7 +210,8 @@ Problem trouble(const LibraryPlaces& places, LoadStep step, const std::string& w
 
 } // namespace
 
-std::optional<Problem> try_library(const LibraryPlaces& places, std::chrono::milliseconds limit)
+std::optional<Problem> try_library(const LibraryPlaces& places, std::chrono::milliseconds limit,
+                                   Clock::time_point end_of_run)
 {
     const Progress progress;
     if (!progress) return std::nullopt; // it is a precaution only
@@ -221,10 +223,11 @@ std::optional<Problem> try_library(const LibraryPlaces& places, std::chrono::mil
         signal.let_all_through();
         try_in_child(places, progress, parent);
     }
-    const auto [status, is_abandoned] = wait_for(child, signal, Clock::now() + limit);
+    const Clock::time_point end = Clock::now() + limit;
+    const auto [status, is_abandoned] = wait_for(child, signal, std::min(end, end_of_run));
     if (!status) {
         end_child(child);
-        if (is_abandoned) return std::nullopt;
+        if (is_abandoned || end_of_run < end) return std::nullopt;
         return trouble(places, progress.last(), "did not come back within " + in_seconds(limit));
     }
     if (WIFSIGNALED(*status)) {

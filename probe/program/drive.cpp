@@ -23,6 +23,7 @@
 
 #include <cerrno>
 #include <exception>
+#include <chrono>
 #include <functional>
 #include <iostream>
 #include <optional>
@@ -66,6 +67,12 @@ void say_farewell(const Problem& problem, const CommonOptions& options, const Ru
 }
 
 // What the work goes by, beside the library.
+std::chrono::steady_clock::time_point end_of_run(const RunLimits& limits,
+                                                 std::chrono::steady_clock::time_point begin)
+{
+    return limits.run ? begin + *limits.run : std::chrono::steady_clock::time_point::max();
+}
+
 struct Means {
     const std::optional<Problem>& trouble; // that the library was found to make
     Output& output;
@@ -151,10 +158,12 @@ int drive_library(const CommonOptions& options, const Run& run)
 {
     const EndingSignals signals; // from here on they wait for the interruption
     // Ahead of whatever makes a thread.
-    const std::optional<Problem> trouble = try_library(options.places());
+    const auto begin = std::chrono::steady_clock::now();
+    const std::optional<Problem> trouble =
+        try_library(options.places(), kTrialLimit, end_of_run(options.limits, begin));
     ProgressLine line;
     Interruption interruption(options.limits, {wire::cut, wire::allow, wire::end_connections, wire::where},
-                              line);
+                              line, begin);
     const auto wait = [&](int descriptor) { return interruption.wait_for_room(descriptor); };
     DescriptorStream errors(STDERR_FILENO, wait, line_on(STDERR_FILENO, line));
     const ErrorsBy errors_by(errors);

@@ -22,6 +22,7 @@ namespace
 using nlohmann::json;
 using ::testing::AllOf;
 using ::testing::ContainsRegex;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
@@ -226,6 +227,15 @@ TEST_F(ProbeEnding, ASignalWhileTheLibraryIsTriedEndsTheProbeAtOnce)
         EXPECT_EQ(result.exit_code, 5) << signal;
         EXPECT_EQ(result.err, "hanging\ninterrupted: nothing was open at the service\n");
     }
+}
+
+TEST_F(ProbeEnding, ALimitOfTheWholeRunHoldsWhileTheLibraryIsTried)
+{
+    const std::string hangs = std::string(FAKE_PLUGIN_FOLDER) + "/libprobe_fake_hangs.so";
+    const ProcessResult result =
+        Process(PROBE_PROGRAM, {"discover", kName, "--library", hangs, "--deadline", "0.2"}, {}, {}).finish();
+    EXPECT_EQ(result.exit_code, 5);
+    EXPECT_THAT(result.err, EndsWith("deadline: nothing was open at the service\n"));
 }
 
 TEST_F(ProbeEnding, ALimitOfTheWholeRunClosesWhatIsOpen)
