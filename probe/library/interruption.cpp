@@ -4,6 +4,7 @@
 #include "probe/output/problem.h"
 #include "probe/output/progress_line.h"
 #include "probe/output/readable.h"
+#include "probe/output/text.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -120,11 +121,19 @@ bool Interruption::wait_for_room(int descriptor)
     Time end;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
-        bound_clean_up();
-        end = clean_up_end_;
+        end = end_of_waiting_for_room();
     }
     while (watched[0].revents == 0 && Clock::now() < end) poll(watched, 1, wait_until(end));
     return watched[0].revents != 0;
+}
+
+// Behind an interruption.
+Interruption::Time Interruption::end_of_waiting_for_room() const
+{
+    const Time end = std::min(noted_ != 0 ? noted_at_ : Time::max(), deadline_) + limits_.grace;
+    const bool closes = running_ && running_->kind == CallKind::kCleanUp;
+    // A trace is written while a call runs: the half of the time stays for the closing itself.
+    return closes ? std::min(end, clean_up_end_ - limits_.clean_up / 2) : end;
 }
 
 Interruption::Work::Work(Interruption& interruption) : interruption_(interruption)
@@ -224,7 +233,7 @@ Interruption::Limit Interruption::end_of_call() const
 
 void Interruption::cut_call(const Limit& limit)
 {
-    running_->where = network_.where();
+    running_->where = where();
     note_cut(limit);
     if (closes_yet()) {
         network_.end();
@@ -328,12 +337,18 @@ void Interruption::give_up_call()
     running_->given_up = Clock::now() + limits_.cut;
 }
 
+// A name may come from a configuration or a service.
+std::string Interruption::where() const
+{
+    return clean_line(network_.where());
+}
+
 void Interruption::show_waiting(Time now)
 {
-    const std::string where = network_.where();
+    const std::string whom = where();
     const auto time = std::chrono::floor<seconds>(now - running_->begun);
     running_->line_due = running_->begun + time + seconds(1);
-    line_.show_waiting("waiting for " + (where.empty() ? "the service" : where) + ", " + readable_time(time) +
+    line_.show_waiting("waiting for " + (whom.empty() ? "the service" : whom) + ", " + readable_time(time) +
                        (to_end() ? ", ending" : ""));
 }
 

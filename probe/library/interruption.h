@@ -78,7 +78,8 @@ class Interruption
     // it happens to stand, and must not wait.
     void set_farewell(std::function<void(const Problem&)> farewell);
 
-    // Waits until something can be written there; false: the work is to end, and nobody takes it.
+    // Waits until something can be written there; false: the work is to end, and nobody takes it in the grace
+    // that a call has, too. The time for closing is left alone.
     bool wait_for_room(int descriptor);
 
     // While one lives, or a call runs, a signal doesn't end the process at once: something may be open at the
@@ -155,6 +156,8 @@ class Interruption
     bool closes_yet() const { return running_->after_cut == AfterCut::kCloses && !is_cut_; }
     void give_up_call();
     Time act_on_call();
+    Time end_of_waiting_for_room() const;
+    std::string where() const;
     void show_waiting(Time now);
     void end_if_nothing_is_open() const;
     [[noreturn]] void end_process(const Problem& problem) const;

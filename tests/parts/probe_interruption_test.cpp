@@ -21,6 +21,8 @@
 using namespace soapwrapper::probe;
 using std::chrono::hours;
 using std::chrono::milliseconds;
+using std::chrono::seconds;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
@@ -34,8 +36,10 @@ class Network
     LibraryNetwork network()
     {
         return {[this] { set(cut_, true); }, [this] { set(cut_, false); }, [this] { set(ended_, true); },
-                [] { return std::string("filer:1 (192.0.2.7)"); }};
+                [this] { return where; }};
     }
+
+    std::string where = "filer:1 (192.0.2.7)";
 
     void wait_until_cut()
     {
@@ -203,6 +207,15 @@ TEST(Interruption, CutsACallThatDoesNotEndInItsGrace)
               "interrupted: the service did not answer within 0.02 seconds: filer:1 (192.0.2.7)");
 }
 
+TEST(Interruption, TellsWhomItWaitedForWithoutHarmToATerminal)
+{
+    RunLimits limits = no_limits();
+    limits.call = milliseconds(1);
+    ShortRun run(limits);
+    run.network.where = "\x1b[2J";
+    EXPECT_THAT(run.cut_call(Kind::kWork), EndsWith(": \xEF\xBF\xBD[2J"));
+}
+
 TEST(Interruption, LeavesACallAloneThatEndsInItsGrace)
 {
     ShortRun run;
@@ -327,19 +340,65 @@ class FullPipe
     int ends_[2] = {-1, -1};
 };
 
+DescriptorBuffer::Wait room_in(ShortRun& run)
+{
+    return [&run](int descriptor) { return run.interruption.wait_for_room(descriptor); };
+}
+
 TEST(Interruption, EndsTheWaitingForAReaderOfTheOutput)
 {
     RunLimits limits = no_limits();
-    limits.clean_up = milliseconds(20);
+    limits.grace = milliseconds(20);
+    limits.clean_up = seconds(10);
     ShortRun run(limits);
     const FullPipe pipe;
-    DescriptorStream stream(pipe.end(),
-                            [&](int descriptor) { return run.interruption.wait_for_room(descriptor); });
+    DescriptorStream stream(pipe.end(), room_in(run));
     std::thread sender([] { signal_this(SIGINT); });
     stream << "text" << std::flush;
     EXPECT_EQ(stream.error(), ETIMEDOUT);
     EXPECT_FALSE(stream.good());
     sender.join();
+    const Interruption::Call closing(run.interruption, Kind::kCleanUp);
+    EXPECT_FALSE(run.network.is_cut()) << "closing has its own time";
+}
+
+TEST(Deadline, EndsTheWaitingForAReaderOfTheOutput)
+{
+    RunLimits limits = no_limits();
+    limits.run = limits.grace = milliseconds(20);
+    ShortRun run(limits);
+    const FullPipe pipe;
+    DescriptorStream stream(pipe.end(), room_in(run));
+    stream << "text" << std::flush;
+    EXPECT_EQ(stream.error(), ETIMEDOUT);
+    const Interruption::Call closing(run.interruption, Kind::kCleanUp);
+    EXPECT_FALSE(run.network.is_cut());
+}
+
+// As of a trace.
+TEST(Interruption, LeavesClosingTheTimeWhileItsOwnOutputIsNotTaken)
+{
+    RunLimits limits = no_limits();
+    limits.clean_up = milliseconds(40);
+    ShortRun run(limits);
+    signal_this(SIGINT);
+    const FullPipe pipe;
+    DescriptorStream stream(pipe.end(), room_in(run));
+    const Interruption::Call closing(run.interruption, Kind::kCleanUp);
+    stream << "text" << std::flush;
+    EXPECT_EQ(stream.error(), ETIMEDOUT);
+}
+
+TEST(Deadline, CountsFromTheBeginningOfTheRun)
+{
+    Network network;
+    ProgressLine line;
+    RunLimits limits = no_limits();
+    limits.run = hours(1);
+    const auto begin = std::chrono::steady_clock::now() - hours(1);
+    Interruption interruption(limits, network.network(), line, begin);
+    EXPECT_TRUE(interruption.requested());
+    EXPECT_EQ(interruption.problem("").name(), "deadline");
 }
 
 TEST(DescriptorStream, WaitsForAReaderAndLosesNothing)
