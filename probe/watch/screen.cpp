@@ -1,15 +1,17 @@
 #include "probe/watch/screen.h"
 
+#include "probe/output/descriptor_stream.h"
 #include "probe/output/width.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
+#include <ostream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace soapwrapper::probe
@@ -41,20 +43,12 @@ bool can_move_cursor(int descriptor)
     return isatty(descriptor) == 1 && kind && *kind != '\0' && std::string_view(kind) != "dumb";
 }
 
-// A terminal that takes no more must not end the job.
-void write_to(int descriptor, std::string_view text)
-{
-    while (!text.empty()) {
-        const ssize_t count = write(descriptor, text.data(), text.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) return;
-        text.remove_prefix(static_cast<std::size_t>(count));
-    }
-}
-
 } // namespace
 
-Screen::Screen(int descriptor) : descriptor_(descriptor), usable_(can_move_cursor(descriptor)) {}
+Screen::Screen(int descriptor, DescriptorBuffer::Wait wait)
+    : descriptor_(descriptor), usable_(can_move_cursor(descriptor)), stream_(descriptor, std::move(wait))
+{
+}
 
 void Screen::show(const std::vector<std::string>& lines)
 {
@@ -78,7 +72,7 @@ void Screen::show(const std::vector<std::string>& lines)
         text += line + kToLineEnd + "\r\n";
         shown_.push_back(display_width(line));
     }
-    write_to(descriptor_, text + kToScreenEnd);
+    stream_ << text << kToScreenEnd << std::flush; // a terminal that takes no more must not end the job
 }
 
 } // namespace soapwrapper::probe

@@ -2,6 +2,8 @@
 #ifndef SOAPWRAPPER_PROBE_WATCH_SCREEN_H
 #define SOAPWRAPPER_PROBE_WATCH_SCREEN_H
 
+#include "probe/output/descriptor_stream.h"
+
 #include <unistd.h>
 
 #include <cstddef>
@@ -16,7 +18,9 @@ namespace soapwrapper::probe
 class Screen
 {
   public:
-    explicit Screen(int descriptor = STDOUT_FILENO);
+    // `wait`: until the terminal takes something, which it doesn't while its user has stopped it; behind a
+    // wait in vain nothing is shown any more.
+    explicit Screen(int descriptor = STDOUT_FILENO, DescriptorBuffer::Wait wait = {});
 
     // False: it is no terminal, or one that can't move its cursor.
     bool usable() const { return usable_; }
@@ -29,6 +33,7 @@ class Screen
   private:
     const int descriptor_;
     const bool usable_;
+    DescriptorStream stream_;
     std::vector<std::size_t> shown_; // the columns of each line
 };
 

@@ -10,6 +10,8 @@
 #include "probe/watch/screen.h"
 #include "probe/watch/watched.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <charconv>
 #include <chrono>
@@ -50,7 +52,10 @@ class Watch
 {
   public:
     Watch(const Probe& probe, const WatchOptions& options, const WatchedThings& watched)
-        : probe_(probe), options_(options), watched_(watched), due_(watched.things.size()),
+        : probe_(probe), options_(options), watched_(watched),
+          screen_(STDOUT_FILENO,
+                  [&probe](int descriptor) { return probe.interruption.wait_for_room(descriptor); }),
+          due_(watched.things.size()),
           on_screen_(probe.output.format() == Format::kAligned && screen_.usable() && !probe.session.prints())
     {
     }

@@ -114,6 +114,20 @@ TEST_F(ScreenTest, FindsItsLinesAgainOnATerminalThatHasBecomeNarrower)
     EXPECT_THAT(written(), StartsWith("\r\x1b[6A")); // four rows that were one, and two more
 }
 
+TEST_F(ScreenTest, LeavesATerminalAloneThatTakesNothingAnyMore)
+{
+    int asked = 0;
+    Screen screen(terminal, [&](int descriptor) {
+        EXPECT_EQ(descriptor, terminal);
+        return ++asked == 1;
+    });
+    screen.show({"one"});
+    screen.show({"two"});
+    screen.show({"three"});
+    EXPECT_EQ(asked, 2);
+    EXPECT_THAT(screen_after(written()), ElementsAre("one"));
+}
+
 TEST_F(ScreenTest, IsNotUsedWhereTheCursorCannotBeMoved)
 {
     setenv("TERM", "dumb", 1);
