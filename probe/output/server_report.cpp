@@ -4,6 +4,7 @@
 #include "probe/output/offered_interface.h"
 #include "probe/output/output.h"
 #include "probe/output/text.h"
+#include "probe/output/url_login.h"
 
 #include <iterator>
 #include <string>
@@ -18,6 +19,12 @@ namespace
 using nlohmann::ordered_json;
 
 constexpr int kBitsPerWord = 32;
+
+// Of a row that a service offers, in which a URL may stand wherever it likes.
+std::string shown(const std::string& offered)
+{
+    return clean_line(without_url_logins(offered));
+}
 
 std::vector<int> capabilities(const sts_server_info_v8_t& info)
 {
@@ -78,12 +85,12 @@ void fill(ordered_json& document, const std::string& name, const sts_server_info
     document["interfaces"] = ordered_json::array();
     for (const OfferedInterface& offered : offers) {
         ordered_json entry;
-        entry["row"] = clean_line(offered.row);
+        entry["row"] = shown(offered.row);
         entry["well_formed"] = offered.well_formed();
         if (offered.well_formed()) {
             entry["version"] = offered.version();
-            entry["type"] = clean_line(offered.type());
-            entry["url"] = clean_line(offered.url());
+            entry["type"] = shown(offered.type());
+            entry["url"] = shown(offered.url());
         }
         if (choice_is_known) entry["chosen"] = offered.chosen;
         document["interfaces"].push_back(std::move(entry));
@@ -121,10 +128,10 @@ Table interface_table(const std::vector<OfferedInterface>& offers, bool choice_i
         if (bare || choice_is_known) cells.emplace_back(offered.chosen ? "*" : "");
         if (offered.well_formed()) {
             cells.push_back(offered.version());
-            cells.push_back(clean_line(offered.type()));
-            cells.push_back(clean_line(offered.url()));
+            cells.push_back(shown(offered.type()));
+            cells.push_back(shown(offered.url()));
         } else {
-            cells.insert(cells.end(), {"malformed", "", clean_line(offered.row)});
+            cells.insert(cells.end(), {"malformed", "", shown(offered.row)});
         }
         table.add(std::move(cells));
     }
