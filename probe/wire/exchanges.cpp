@@ -111,6 +111,12 @@ void Exchanges::sent(const Connection& connection, std::string_view bytes)
     }
 }
 
+bool Exchanges::is_over(const Connection& connection) const
+{
+    const auto found = talks_.find(connection.number);
+    return found != talks_.end() && !found->second;
+}
+
 void Exchanges::received(const Connection& connection, std::string_view bytes)
 {
     if (bytes.empty()) {
@@ -122,6 +128,7 @@ void Exchanges::received(const Connection& connection, std::string_view bytes)
         return;
     }
     for (std::size_t taken = 0; taken < bytes.size();) {
+        if (is_over(connection)) return; // behind the reply: nobody asked for the rest
         Talk& talk = talk_on(connection);
         if (talk.reply.is_whole()) return; // to a request that isn't whole itself
         taken += talk.reply.take(bytes.substr(taken));
@@ -131,9 +138,7 @@ void Exchanges::received(const Connection& connection, std::string_view bytes)
 
 void Exchanges::failed(const Connection& connection, const std::string& why)
 {
-    const auto found = talks_.find(connection.number);
-    const bool is_over = found != talks_.end() && !found->second;
-    if (is_over) return;
+    if (is_over(connection)) return;
     Talk& talk = talk_on(connection);
     if (talk.failure.empty()) talk.failure = why;
 }

@@ -47,6 +47,7 @@ class Exchanges final : public Observer
     using Talks = std::map<std::uint64_t, std::unique_ptr<Talk>>;
 
     Talk& talk_on(const Connection& connection);
+    bool is_over(const Connection& connection) const; // its last one is, and no other has begun
     static std::string failure_of(const Talk& talk);
     void give_if_whole(Talk& talk);
     void give(Talk& talk);

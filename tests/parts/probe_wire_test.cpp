@@ -338,14 +338,27 @@ TEST_F(ProbeExchanges, ShowAReplyThatCameAheadOfTheWholeRequest)
     EXPECT_EQ(given_[0].reply_body, "<reply>");
 }
 
-TEST_F(ProbeExchanges, ShowBytesThatNobodyAskedFor)
+TEST_F(ProbeExchanges, AreNotMadeOfBytesBehindAReply)
 {
     exchanges_.sent(connection_, kRequest);
     exchanges_.received(connection_, std::string(kReply) + "more");
+    exchanges_.received(connection_, "and more");
+    ASSERT_THAT(given_, SizeIs(1));
+    exchanges_.sent(connection_, kRequest);
+    exchanges_.received(connection_, kReply);
     exchanges_.closed(connection_);
     ASSERT_THAT(given_, SizeIs(2));
-    EXPECT_EQ(given_[1].reply_body, "more");
-    EXPECT_EQ(given_[1].reply_note, "not HTTP");
+    EXPECT_EQ(given_[1].reply_head + given_[1].reply_body, kReply);
+    EXPECT_TRUE(given_[1].request_is_whole);
+}
+
+TEST_F(ProbeExchanges, ShowBytesAheadOfAnyRequest)
+{
+    exchanges_.received(connection_, "220 another service");
+    exchanges_.closed(connection_);
+    ASSERT_THAT(given_, SizeIs(1));
+    EXPECT_EQ(given_[0].reply_body, "220 another service");
+    EXPECT_EQ(given_[0].reply_note, "not HTTP");
 }
 
 TEST(ProbeExchangesAtTheEnd, AreGivenThoughTheirConnectionIsOpen)
