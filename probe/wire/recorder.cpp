@@ -6,6 +6,7 @@
 #include "messages/utc_time.h"
 #include "probe/output/descriptor_stream.h"
 #include "probe/output/problem.h"
+#include "probe/output/url_login.h"
 #include "probe/wire/exchange.h"
 
 #include <algorithm>
@@ -65,7 +66,7 @@ RecordedExchange recorded(const Exchange& exchange)
     RecordedExchange result;
     result.time = messages::utc_time(exchange.begun);
     result.microseconds = std::max<std::int64_t>(exchange.took.count(), 0);
-    result.url = exchange.url;
+    result.url = without_url_logins(exchange.url);
     // What was to be reached is all there is of a connection that was never made.
     if (result.url.empty()) result.url = exchange.connection.address;
     result.is_tls = exchange.connection.is_tls;

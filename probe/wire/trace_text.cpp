@@ -6,6 +6,7 @@
 #include "messages/secret_fields.h"
 #include "messages/utc_time.h"
 #include "probe/output/text.h"
+#include "probe/output/url_login.h"
 #include "probe/wire/exchange.h"
 
 #include <algorithm>
@@ -30,16 +31,6 @@ std::string milliseconds(std::chrono::microseconds time)
     return text;
 }
 
-// A URL may hold a user and a password ahead of its host.
-std::string without_user(const std::string& url)
-{
-    const std::size_t slashes = url.find("//");
-    if (slashes == std::string::npos) return url;
-    const std::size_t host = slashes + 2;
-    const std::size_t at = std::string_view(url).substr(host, url.find('/', host) - host).rfind('@');
-    return at == kNowhere ? url : url.substr(0, host) + "***" + url.substr(host + at);
-}
-
 // Of a connection without a request it isn't known whether it was to be encrypted.
 std::string encryption(const Exchange& exchange)
 {
@@ -51,7 +42,7 @@ std::string encryption(const Exchange& exchange)
 std::string heading(std::uint64_t number, const Exchange& exchange, messages::Blotter& blotter)
 {
     const std::string method = exchange.request_head.substr(0, exchange.request_head.find(' '));
-    const std::string what = method.empty() ? "-" : method + " " + without_user(exchange.url);
+    const std::string what = method.empty() ? "-" : method + " " + without_url_logins(exchange.url);
     const std::string status = exchange.status == 0 ? "-" : std::to_string(exchange.status);
     std::string text = "#" + std::to_string(number) + "  " + messages::utc_time(exchange.begun);
     for (const std::string& field : {what, exchange.connection.address, encryption(exchange),

@@ -433,7 +433,7 @@ TEST(ProbeTraceText, HoldsNothingSecret)
     for (const char* secret : {"s3cret", "dXNlcjpwYXNz", "id=1", "other", "abc", "czNjcmV0IHdvcmQ"}) {
         EXPECT_THAT(trace, Not(HasSubstr(secret)));
     }
-    EXPECT_THAT(trace, HasSubstr("POST http://***@filer1:8085/path"));
+    EXPECT_THAT(trace, HasSubstr("POST http://(login)@filer1:8085/path"));
     EXPECT_THAT(trace, HasSubstr("\n> Authorization: ***\n> X-Note: ***\n> Cookie: ***\n"));
     EXPECT_THAT(trace, HasSubstr("[token 1]"));
 }
