@@ -31,6 +31,7 @@ struct CommonOptions {
     std::optional<std::string> trace;
     std::optional<std::string> record;
     RunLimits limits{std::chrono::minutes(10), {}};
+    std::string credential_file; // that the command was given; empty: none
 
     LibraryPlaces places() const { return {library, plugin_path, manager, {}}; }
     Format format() const

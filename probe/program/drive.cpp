@@ -13,6 +13,7 @@
 #include "probe/output/problem.h"
 #include "probe/output/progress_line.h"
 #include "probe/program/common_options.h"
+#include "probe/program/separate_files.h"
 #include "probe/program/standard_streams.h"
 #include "probe/wire/config_file.h"
 #include "probe/wire/tap.h"
@@ -22,8 +23,8 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <exception>
 #include <chrono>
+#include <exception>
 #include <functional>
 #include <iostream>
 #include <optional>
@@ -66,13 +67,13 @@ void say_farewell(const Problem& problem, const CommonOptions& options, const Ru
     output.finish();
 }
 
-// What the work goes by, beside the library.
 std::chrono::steady_clock::time_point end_of_run(const RunLimits& limits,
                                                  std::chrono::steady_clock::time_point begin)
 {
     return limits.run ? begin + *limits.run : std::chrono::steady_clock::time_point::max();
 }
 
+// What the work goes by, beside the library.
 struct Means {
     const std::optional<Problem>& trouble; // that the library was found to make
     Output& output;
@@ -110,6 +111,7 @@ std::optional<Problem> work(const CommonOptions& options, const Run& run, const 
                             wire::Watching& watching)
 {
     try {
+        require_separate_files(options);
         std::optional<wire::ConfigFile> config;
         if (options.config) config.emplace(*options.config);
         if (options.trace) watching.trace(*options.trace, std::cerr);
@@ -156,9 +158,9 @@ int exit_code_of(std::optional<Problem> problem, int output_error, Interruption&
 
 int drive_library(const CommonOptions& options, const Run& run)
 {
+    const auto begin = std::chrono::steady_clock::now();
     const EndingSignals signals; // from here on they wait for the interruption
     // Ahead of whatever makes a thread.
-    const auto begin = std::chrono::steady_clock::now();
     const std::optional<Problem> trouble =
         try_library(options.places(), kTrialLimit, end_of_run(options.limits, begin));
     ProgressLine line;

@@ -42,6 +42,15 @@ int answer(const CLI::App& program, const CLI::ParseError& error)
     return end_of_printing(out);
 }
 
+// That the command in its last word was given; empty: none.
+std::string credential_file_of(const CLI::App& program)
+{
+    const CLI::App* command = &program;
+    while (!command->get_subcommands().empty()) command = command->get_subcommands().back();
+    const CLI::Option* const option = command->get_option_no_throw("--credential-file");
+    return option && option->count() > 0 ? option->as<std::string>() : std::string();
+}
+
 } // namespace
 
 int run_command_line(int argc, char** argv)
@@ -83,6 +92,7 @@ int run_command_line(int argc, char** argv)
         print(out);
         return end_of_printing(out);
     }
+    options.credential_file = credential_file_of(program);
     return drive_library(options, run);
 }
 

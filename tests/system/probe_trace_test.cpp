@@ -250,6 +250,37 @@ TEST_F(ProbeTrace, ThatCannotBeBegunIsAUsageError)
     EXPECT_THAT(service.operations(), IsEmpty());
 }
 
+TEST_F(ProbeTrace, ReplacesNoFileThatIsNeeded)
+{
+    const std::string kept = folder.write("kept", "the old one");
+    const std::string none = (folder / "none").string();
+    const std::string again = (folder / "." / "kept").string();
+    const std::vector<std::vector<std::string>> cases = {
+        {"discover", kName, "--trace", none, "--record", none},
+        {"discover", kName, "--trace", kept, "--record", again},
+        {"discover", kName, "--config", kept, "--trace", again},
+        {"discover", kName, "--config", kept, "--record", again},
+        {"server", kName, "--credential-file", kept, "--trace", again},
+        {"snapshot", "show", kName, "vol1", "a", "--record", again, "--credential-file", kept},
+    };
+    for (const std::vector<std::string>& words : cases) {
+        // Not with the fixture's own plug-in path, which doesn't go together with --config.
+        std::vector<std::string> arguments = words;
+        arguments.insert(arguments.end(), {"--library", PROBE_LIBRARY});
+        const ProcessResult result = run_process(PROBE_PROGRAM, arguments);
+        EXPECT_EQ(result.exit_code, 2);
+        EXPECT_THAT(result.err, HasSubstr(" need two files\n"));
+        EXPECT_EQ(read_file(kept), "the old one");
+        EXPECT_FALSE(std::filesystem::exists(none));
+    }
+    EXPECT_THAT(service.operations(), IsEmpty());
+}
+
+TEST_F(ProbeTrace, SharesADeviceWithARecording)
+{
+    EXPECT_EQ(probe({"discover", kName, "--trace", "/dev/null", "--record", "/dev/null"}).exit_code, 0);
+}
+
 class ProbeConfig : public ProbeTest
 {
   protected:
