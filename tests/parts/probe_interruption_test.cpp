@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <csignal>
 #include <functional>
@@ -366,11 +367,14 @@ TEST(Deadline, EndsTheWaitingForAReaderOfTheOutput)
 {
     RunLimits limits = no_limits();
     limits.run = limits.grace = milliseconds(20);
+    limits.clean_up = seconds(10);
     ShortRun run(limits);
     const FullPipe pipe;
     DescriptorStream stream(pipe.end(), room_in(run));
+    const auto begin = std::chrono::steady_clock::now();
     stream << "text" << std::flush;
     EXPECT_EQ(stream.error(), ETIMEDOUT);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, limits.clean_up) << "that is for closing";
     const Interruption::Call closing(run.interruption, Kind::kCleanUp);
     EXPECT_FALSE(run.network.is_cut());
 }
