@@ -106,7 +106,7 @@ class ChildSignal
         const timespec left = {seconds.count(), std::chrono::nanoseconds(time - seconds).count()};
         const int signal = sigtimedwait(&signals_, nullptr, &left);
         if (signal <= 0 || signal == SIGCHLD) return true;
-        raise(signal);
+        kill(getpid(), signal); // it waits for whichever thread looks
         return false;
     }
 
